@@ -1,0 +1,25 @@
+# nimbarrow_feature(<name> URI <uri> SOURCES ... [QML_FILES ...] [RESOURCES ...] [LINK ...])
+#
+# One feature folder is one static library and one QML module. LINK names the libraries whose types stand in
+# the feature's headers.
+function(nimbarrow_feature name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "SOURCES;QML_FILES;RESOURCES;LINK")
+    if(arg_UNPARSED_ARGUMENTS OR NOT arg_URI)
+        message(FATAL_ERROR "nimbarrow_feature(${name}): bad arguments: ${arg_UNPARSED_ARGUMENTS}")
+    endif()
+    qt_add_library(nimbarrow_${name} STATIC)
+    qt_add_qml_module(nimbarrow_${name}
+        URI ${arg_URI}
+        VERSION 1.0
+        RESOURCE_PREFIX /qt/qml
+        SOURCES ${arg_SOURCES}
+        QML_FILES ${arg_QML_FILES}
+        RESOURCES ${arg_RESOURCES}
+    )
+    # The generated type registration includes the headers by bare name.
+    target_include_directories(nimbarrow_${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+    target_link_libraries(nimbarrow_${name}
+        PUBLIC nimbarrow_platform Qt6::Gui Qt6::Qml Qt6::Quick ${arg_LINK}
+        PRIVATE project_options
+    )
+endfunction()

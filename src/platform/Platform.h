@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/AccessibilityTrust.h"
+#include "platform/Applications.h"
+#include "platform/Clock.h"
+#include "platform/DesktopPreferences.h"
+#include "platform/HotKeys.h"
+#include "platform/Instance.h"
+#include "platform/Keystrokes.h"
+#include "platform/Locations.h"
+#include "platform/LoginItem.h"
+#include "platform/PanelWindow.h"
+#include "platform/Pasteboard.h"
+#include "platform/Pointer.h"
+#include "platform/Scheduler.h"
+#include "platform/Screens.h"
+#include "platform/UserDefaults.h"
+#include "platform/WorkQueue.h"
+
+#include <functional>
+#include <memory>
+
+class QQuickWindow;
+
+namespace nimbarrow {
+
+/// The ports of one system, all set. A capability that the session cannot serve is a port that says so.
+struct Platform {
+    std::unique_ptr<Clock> clock;
+    std::unique_ptr<Scheduler> scheduler;
+    std::unique_ptr<WorkQueues> workQueues;
+    std::unique_ptr<Locations> locations;
+    std::unique_ptr<UserDefaults> userDefaults;
+    std::unique_ptr<DesktopPreferences> desktopPreferences;
+    std::unique_ptr<Instance> instance;
+    std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<Screens> screens;
+    std::unique_ptr<Pointer> pointer;
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<Applications> applications;
+    std::unique_ptr<HotKeys> hotKeys;
+    std::unique_ptr<Keystrokes> keystrokes;
+    std::unique_ptr<AccessibilityTrust> accessibilityTrust;
+
+    /// Turns a window that was never shown into the panel. The window must outlive the port.
+    std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;
+};
+
+/// Settles what must be settled before the application object is made, such as the windowing system.
+void preparePlatform();
+
+/// Called once, after the application object is made. Each system defines it in one file; the build picks it.
+[[nodiscard]] Platform makePlatform();
+
+} // namespace nimbarrow

@@ -1,0 +1,2 @@
+// Most of the doubles live in headers; a library needs one source file.
+#include "support/ManualTime.h"
