@@ -1,0 +1,18 @@
+#pragma once
+
+#include "clipboard/ClipboardItem.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <optional>
+
+/// The history as one JSON file: plain functions of plain values.
+namespace nimbarrow::clipboardindex {
+
+[[nodiscard]] QByteArray encode(const QList<ClipboardItem>& items);
+
+/// None when any element is unreadable: the index is read whole or not at all.
+[[nodiscard]] std::optional<QList<ClipboardItem>> decode(const QByteArray& json);
+
+} // namespace nimbarrow::clipboardindex

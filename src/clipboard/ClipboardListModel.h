@@ -1,0 +1,59 @@
+#pragma once
+
+#include "clipboard/ClipboardItem.h"
+
+#include <QAbstractListModel>
+#include <qqmlintegration.h>
+
+namespace nimbarrow {
+
+/// A part of the history in the order it is shown, as a list whose rows come, go and move.
+class ClipboardListModel final : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the store")
+    Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
+
+public:
+    enum Role {
+        ItemIdRole = Qt::UserRole,
+        SymbolRole,
+        SummaryRole,
+        KindLabelRole,
+        /// "link", "text", "image" or "files".
+        KindRole,
+        PinnedRole,
+        /// A file URL, or empty.
+        ImageUrlRole,
+        SourceAppRole,
+        /// What the help text of the entry says: the summary and, for files, their names.
+        HelpRole,
+    };
+    Q_ENUM(Role)
+
+    using QAbstractListModel::QAbstractListModel;
+
+    [[nodiscard]] int count() const { return static_cast<int>(m_items.size()); }
+    [[nodiscard]] const QList<ClipboardItem>& items() const { return m_items; }
+
+    /// The row of an entry, or -1.
+    Q_INVOKABLE [[nodiscard]] int rowOf(const QUuid& id) const;
+
+    /// Turns the rows into `items` by the fewest removes, moves and inserts that a simple walk finds.
+    void setItems(const QList<ClipboardItem>& items);
+    /// The texts of the interface have changed.
+    void retranslate();
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    /// itemId, symbol, summary, kindLabel, kind, pinned, imageUrl, sourceApp, help.
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void countChanged();
+
+private:
+    QList<ClipboardItem> m_items;
+};
+
+} // namespace nimbarrow
