@@ -1,0 +1,79 @@
+#include "notch/HoverTrackingView.h"
+
+#include "clipboard/PasteboardCapture.h"
+#include "platform/qt/MimeContent.h"
+
+#include <algorithm>
+
+namespace nimbarrow {
+
+namespace {
+
+// What is dragged out of the surface itself is in the history already.
+bool isAcceptable(const QDropEvent& event)
+{
+    if (event.source())
+        return false;
+    const auto types = MimeContent(*event.mimeData()).types();
+    return std::ranges::any_of(
+        PasteboardCapture::draggedTypes(), [&types](const QString& type) { return types.contains(type); });
+}
+
+void call(const std::function<void()>& action)
+{
+    if (action)
+        action();
+}
+
+void answer(QDropEvent& event, bool acceptable)
+{
+    event.setDropAction(acceptable ? Qt::CopyAction : Qt::IgnoreAction);
+    event.setAccepted(acceptable);
+}
+
+} // namespace
+
+HoverTrackingView::HoverTrackingView(QQuickItem* parent)
+    : QQuickItem(parent)
+{
+    setAcceptHoverEvents(true);
+    setFlag(ItemAcceptsDrops);
+}
+
+void HoverTrackingView::hoverEnterEvent(QHoverEvent* event)
+{
+    QQuickItem::hoverEnterEvent(event);
+    call(onEnter);
+}
+
+void HoverTrackingView::hoverLeaveEvent(QHoverEvent* event)
+{
+    QQuickItem::hoverLeaveEvent(event);
+    call(onExit);
+}
+
+void HoverTrackingView::dragEnterEvent(QDragEnterEvent* event)
+{
+    const auto acceptable = isAcceptable(*event);
+    if (acceptable)
+        call(onDragEntered);
+    answer(*event, acceptable);
+}
+
+void HoverTrackingView::dragMoveEvent(QDragMoveEvent* event) { answer(*event, isAcceptable(*event)); }
+
+void HoverTrackingView::dragLeaveEvent(QDragLeaveEvent* event)
+{
+    QQuickItem::dragLeaveEvent(event);
+    call(onDragExited);
+}
+
+void HoverTrackingView::dropEvent(QDropEvent* event)
+{
+    const auto acceptable = isAcceptable(*event);
+    if (acceptable && onDrop)
+        onDrop(MimeContent(*event->mimeData()));
+    answer(*event, acceptable);
+}
+
+} // namespace nimbarrow

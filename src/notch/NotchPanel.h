@@ -1,0 +1,46 @@
+#pragma once
+
+#include "notch/NotchGeometry.h"
+#include "notch/NotchState.h"
+
+#include <QObject>
+
+namespace nimbarrow {
+
+class PanelWindow;
+
+/// The panel over the notch: which frame each mode has, and when it may have the keyboard.
+class NotchPanel final : public QObject {
+    Q_OBJECT
+
+public:
+    /// The window outlives the panel.
+    explicit NotchPanel(PanelWindow& window, QObject* parent = nullptr);
+
+    /// True only in keyboard mode. Forbidding it gives the keyboard back.
+    void setAllowsKey(bool allows);
+    [[nodiscard]] bool allowsKey() const { return m_allowsKey; }
+    /// Takes the keyboard where it is allowed.
+    void makeKey();
+    [[nodiscard]] bool isKey() const;
+
+    void setFrame(const ScreenRect& frame);
+    [[nodiscard]] const ScreenRect& frame() const { return m_frame; }
+    void orderFront();
+    void orderOut();
+    [[nodiscard]] bool isVisible() const { return m_visible; }
+
+    /// The frame of a mode; `expandedSize` in points.
+    [[nodiscard]] static ScreenRect frameFor(
+        NotchState::Mode mode, const NotchGeometry& geometry, QSizeF expandedSize);
+    /// The frame while the large preview is open.
+    [[nodiscard]] static ScreenRect previewFrame(const NotchGeometry& geometry);
+
+private:
+    PanelWindow& m_window;
+    ScreenRect m_frame;
+    bool m_allowsKey = false;
+    bool m_visible = false;
+};
+
+} // namespace nimbarrow
