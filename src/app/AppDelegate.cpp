@@ -1,0 +1,65 @@
+#include "app/AppDelegate.h"
+
+#include "app/AppModel.h"
+#include "app/NotchSurface.h"
+#include "clipboard/Thumbnail.h"
+#include "notch/NotchController.h"
+#include "style/Motion.h"
+
+#include <QLoggingCategory>
+
+namespace nimbarrow {
+
+Q_LOGGING_CATEGORY(logApp, "ua.tessak.Nimbarrow.app")
+
+AppDelegate::AppDelegate(Platform platform)
+    : m_platform(std::move(platform))
+{
+}
+
+AppDelegate::~AppDelegate()
+{
+    // The views go before what they show, and the window after the controller that moves it.
+    if (m_surface)
+        m_surface->unload();
+    m_notch.reset();
+    m_surface.reset();
+    Thumbnail::setLoader(nullptr);
+}
+
+bool AppDelegate::applicationDidFinishLaunching()
+{
+    if (m_platform.instance->anotherIsRunning())
+        return false;
+    qCInfo(logApp, "did finish launching");
+
+    m_model = std::make_unique<AppModel>(m_platform);
+    Thumbnail::setLoader(&m_model->thumbnails());
+    const auto& desktop = *m_platform.desktopPreferences;
+    const auto followMotion = [&desktop] { Motion::instance().setReduced(desktop.reduceMotion()); };
+    QObject::connect(&desktop, &DesktopPreferences::reduceMotionChanged, &Motion::instance(), followMotion);
+    followMotion();
+
+    m_surface = std::make_unique<NotchSurface>(m_platform);
+    m_notch = std::make_unique<NotchController>(NotchServices {
+        .screens = *m_platform.screens,
+        .pointer = *m_platform.pointer,
+        .panelWindow = m_surface->panelWindow(),
+        .applications = *m_platform.applications,
+        .keystrokes = *m_platform.keystrokes,
+        .scheduler = *m_platform.scheduler,
+        .settings = m_model->settings(),
+        .store = m_model->store(),
+        .monitor = m_model->clipboard(),
+        .capture = m_model->capture(),
+        .paster = m_model->paster(),
+    });
+    m_surface->load(*m_notch, *m_model);
+    m_model->start(*m_notch);
+    m_notch->start();
+    return true;
+}
+
+bool AppDelegate::hasNotch() const { return m_notch && m_notch->state().hasNotch(); }
+
+} // namespace nimbarrow

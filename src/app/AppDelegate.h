@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/Platform.h"
+
+#include <memory>
+
+namespace nimbarrow {
+
+class AppModel;
+class NotchController;
+class NotchSurface;
+
+/// The root of the program: owns the model, the controller and the surface for as long as the process runs.
+class AppDelegate final {
+public:
+    explicit AppDelegate(Platform platform);
+    ~AppDelegate();
+    Q_DISABLE_COPY_MOVE(AppDelegate)
+
+    /// False when the program is to end because another copy runs.
+    [[nodiscard]] bool applicationDidFinishLaunching();
+
+    /// Whether any screen has a notch now.
+    [[nodiscard]] bool hasNotch() const;
+
+private:
+    Platform m_platform;
+    std::unique_ptr<AppModel> m_model;
+    std::unique_ptr<NotchSurface> m_surface;
+    std::unique_ptr<NotchController> m_notch;
+};
+
+} // namespace nimbarrow

@@ -1,0 +1,55 @@
+#include "app/AppModel.h"
+
+#include "notch/NotchController.h"
+#include "platform/Platform.h"
+
+#include <QPointer>
+
+namespace nimbarrow {
+
+AppModel::AppModel(const Platform& platform, QObject* parent)
+    : QObject(parent)
+    , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
+          *platform.desktopPreferences, *platform.scheduler)
+    , m_hotKey(*platform.hotKeys)
+    , m_thumbnails(*platform.workQueues)
+    , m_store(m_settings, *platform.locations, *platform.clock, *platform.scheduler, *platform.workQueues)
+    , m_capture(m_store, *platform.workQueues)
+    , m_clipboard(m_capture, *platform.pasteboard, *platform.applications, *platform.scheduler)
+    , m_paster(m_store, m_clipboard, m_settings, *platform.accessibilityTrust, *platform.keystrokes)
+{
+}
+
+void AppModel::start(NotchController& notch)
+{
+    const QPointer<NotchController> controller(&notch);
+
+    m_store.onNewItem = [this, controller](const ClipboardItem& item) {
+        if (controller && m_settings.peekOnClipboard())
+            controller->peek(PeekContent::forItem(item));
+    };
+    connect(&m_settings, &Settings::historyLimitChanged, &m_store, &ClipboardStore::enforceLimit);
+    m_hotKey.onPressed = [controller] {
+        if (controller)
+            controller->toggleKeyboard();
+    };
+    m_paster.deliverPaste = [controller, deliverAtOnce = m_paster.deliverPaste] {
+        if (controller)
+            controller->deliverPaste();
+        else
+            deliverAtOnce();
+    };
+    connect(&m_settings, &Settings::hotKeyEnabledChanged, this, &AppModel::applyHotKeyEnabled);
+    applyHotKeyEnabled();
+    m_clipboard.start();
+}
+
+void AppModel::applyHotKeyEnabled()
+{
+    if (m_settings.hotKeyEnabled())
+        m_hotKey.registerKey();
+    else
+        m_hotKey.unregister();
+}
+
+} // namespace nimbarrow

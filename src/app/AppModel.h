@@ -1,0 +1,51 @@
+#pragma once
+
+#include "app/HotKey.h"
+#include "clipboard/ClipboardMonitor.h"
+#include "clipboard/ClipboardStore.h"
+#include "clipboard/PasteboardCapture.h"
+#include "clipboard/Paster.h"
+#include "clipboard/ThumbnailLoader.h"
+#include "preferences/Settings.h"
+
+#include <QObject>
+
+namespace nimbarrow {
+
+class NotchController;
+struct Platform;
+
+/// Owns every long-lived service, built in one order and linked to the surface in one place.
+class AppModel final : public QObject {
+    Q_OBJECT
+
+public:
+    /// The platform outlives the model.
+    explicit AppModel(const Platform& platform, QObject* parent = nullptr);
+
+    /// Links the services to the controller and starts them. The controller may die first.
+    void start(NotchController& notch);
+
+    [[nodiscard]] Settings& settings() { return m_settings; }
+    [[nodiscard]] ClipboardStore& store() { return m_store; }
+    [[nodiscard]] ClipboardMonitor& clipboard() { return m_clipboard; }
+    [[nodiscard]] PasteboardCapture& capture() { return m_capture; }
+    [[nodiscard]] Paster& paster() { return m_paster; }
+    [[nodiscard]] ThumbnailLoader& thumbnails() { return m_thumbnails; }
+
+private:
+    void applyHotKeyEnabled();
+
+    // The members stand in the order they are built. What is playing, keeping awake, the calendar and the
+    // screenshots join it: the first two after the settings, the calendar after the hot key, the last at the
+    // end.
+    Settings m_settings;
+    HotKey m_hotKey;
+    ThumbnailLoader m_thumbnails;
+    ClipboardStore m_store;
+    PasteboardCapture m_capture;
+    ClipboardMonitor m_clipboard;
+    Paster m_paster;
+};
+
+} // namespace nimbarrow

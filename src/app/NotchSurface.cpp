@@ -1,0 +1,48 @@
+#include "app/NotchSurface.h"
+
+#include "app/AppModel.h"
+#include "notch/HoverTrackingView.h"
+#include "notch/NotchController.h"
+#include "notch/NotchShape.h"
+#include "platform/Platform.h"
+
+#include <QQmlEngine>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+NotchSurface::NotchSurface(const Platform& platform)
+{
+    m_view.setColor(Qt::transparent);
+    m_view.setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view.engine()->addImportPath(u"qrc:/qt/qml"_s);
+    m_panelWindow = platform.adoptPanel(m_view);
+}
+
+NotchSurface::~NotchSurface() = default;
+
+void NotchSurface::load(NotchController& controller, AppModel& model)
+{
+    m_view.setInitialProperties({
+        { u"notch"_s, QVariant::fromValue(&controller.state()) },
+        { u"actions"_s, QVariant::fromValue(&controller.actions()) },
+        { u"store"_s, QVariant::fromValue(&model.store()) },
+        { u"paster"_s, QVariant::fromValue(&model.paster()) },
+        { u"settings"_s, QVariant::fromValue(&model.settings()) },
+    });
+    m_view.setSource(QUrl(u"qrc:/qt/qml/Nimbarrow/Notch/NotchRootView.qml"_s));
+    auto* root = qobject_cast<HoverTrackingView*>(m_view.rootObject());
+    auto* shape = root ? root->property("shape").value<NotchShape*>() : nullptr;
+    // The views are part of the program: one that does not load is a broken build.
+    if (!shape)
+        qFatal("The views cannot be made.");
+    const auto follow = [this, shape] { m_panelWindow->setOutline(shape->outline()); };
+    QObject::connect(shape, &NotchShape::outlineChanged, m_panelWindow.get(), follow);
+    follow();
+    controller.attach(*root);
+}
+
+void NotchSurface::unload() { m_view.setSource({}); }
+
+} // namespace nimbarrow

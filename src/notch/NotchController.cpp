@@ -1,0 +1,285 @@
+#include "notch/NotchController.h"
+
+#include "clipboard/ClipboardMonitor.h"
+#include "clipboard/ClipboardStore.h"
+#include "clipboard/PasteboardCapture.h"
+#include "clipboard/Paster.h"
+#include "notch/HoverTrackingView.h"
+#include "notch/NotchMotion.h"
+#include "platform/Keystrokes.h"
+#include "platform/PanelWindow.h"
+#include "platform/Pointer.h"
+#include "platform/Screens.h"
+#include "preferences/L10n.h"
+#include "preferences/Settings.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+using namespace std::chrono_literals;
+
+namespace nimbarrow {
+
+namespace {
+
+constexpr double expandedWidth = 460;
+constexpr double heightWithoutCalendar = 240;
+constexpr double heightWithFoldedCalendar = 258;
+constexpr double heightWithUnfoldedCalendar = 322;
+
+constexpr auto peekDuration = 2400ms;
+constexpr auto collapseAfterExit = 40ms;
+constexpr auto collapseAfterRelease = 150ms;
+constexpr auto exitWatchPeriod = 50ms;
+constexpr auto exitWatchTolerance = 20ms;
+constexpr auto dragWatchPeriod = 150ms;
+
+// How far outside the surface the pointer still counts as inside, in points.
+constexpr double exitMargin = 4;
+
+} // namespace
+
+NotchController::NotchController(const NotchServices& services, QObject* parent)
+    : QObject(parent)
+    , m_services(services)
+    , m_panel(services.panelWindow)
+    , m_selection(m_state, services.store)
+{
+    m_actions.onHold = [this] { hold(); };
+    m_actions.onRelease = [this] { release(); };
+    m_actions.onCollapse = [this] { collapse(); };
+    m_actions.onPreview = [this](const QUuid& item) { preview(item); };
+}
+
+void NotchController::attach(HoverTrackingView& view)
+{
+    const QPointer<NotchController> self(this);
+    const auto forward = [self](void (NotchController::*verb)()) {
+        return [self, verb] {
+            if (self)
+                (self->*verb)();
+        };
+    };
+    view.onEnter = forward(&NotchController::hoverEntered);
+    view.onExit = forward(&NotchController::hoverExited);
+    view.onDragEntered = forward(&NotchController::dragEntered);
+    view.onDragExited = forward(&NotchController::dragExited);
+    view.onDrop = [self](const PasteboardContent& content) {
+        if (self)
+            self->dropped(content);
+    };
+}
+
+void NotchController::start()
+{
+    auto& window = m_services.panelWindow;
+    connect(&m_services.screens, &Screens::changed, this, &NotchController::relayout);
+    connect(&window, &PanelWindow::resignedKey, this, [this] { closeKeyboard(true); });
+    connect(&window, &PanelWindow::keyPressed, this, &NotchController::handleKey);
+    connect(&window, &PanelWindow::keyReleased, this, &NotchController::handleKeyUp);
+    connect(&m_services.store, &ClipboardStore::itemsChanged, this, [this] { m_selection.reconcile(); });
+    connect(&m_services.settings, &Settings::showCalendarChanged, this, &NotchController::relayout);
+    // Queued: a surface that folds its calendar because it collapses must not shrink its panel first.
+    connect(&m_state, &NotchState::calendarExpandedChanged, this, &NotchController::resizeForCalendar,
+        Qt::QueuedConnection);
+    relayout();
+}
+
+QSizeF NotchController::currentExpandedSize() const
+{
+    if (!m_services.settings.showCalendar())
+        return { expandedWidth, heightWithoutCalendar };
+    return { expandedWidth, m_state.calendarExpanded() ? heightWithUnfoldedCalendar : heightWithFoldedCalendar };
+}
+
+void NotchController::relayout()
+{
+    m_state.setExpandedSize(currentExpandedSize());
+    m_state.setGeometry(NotchGeometry::find(m_services.screens.screens()));
+    if (!m_state.geometry()) {
+        closeKeyboard(false);
+        m_panel.orderOut();
+        return;
+    }
+    layOut(m_state.mode());
+    m_panel.orderFront();
+}
+
+void NotchController::layOut(NotchState::Mode mode)
+{
+    const auto& geometry = *m_state.geometry();
+    m_panel.setFrame(m_state.preview().isNull() ? NotchPanel::frameFor(mode, geometry, m_state.expandedSize())
+                                                : NotchPanel::previewFrame(geometry));
+}
+
+void NotchController::resizeForCalendar()
+{
+    m_state.setExpandedSize(currentExpandedSize());
+    if (m_state.mode() == NotchState::Expanded && m_state.geometry())
+        layOut(NotchState::Expanded);
+}
+
+void NotchController::settleLater(std::function<void()> task)
+{
+    m_settleTimer = m_services.scheduler.after(notchmotion::settleDelay, std::move(task));
+}
+
+void NotchController::setMode(NotchState::Mode mode)
+{
+    if (mode == m_state.mode() || !m_state.geometry())
+        return;
+    if (mode == NotchState::Expanded) {
+        m_state.setShowSettings(false);
+        if (onExpand)
+            onExpand();
+        startExitWatch();
+    } else {
+        m_state.setPreview({});
+        m_state.setCalendarExpanded(false);
+        m_exitWatch.cancel();
+    }
+    if (mode == NotchState::Collapsed) {
+        // The panel keeps its size until the surface has shrunk inside it.
+        settleLater([this] {
+            if (m_state.mode() != NotchState::Collapsed || !m_state.geometry())
+                return;
+            layOut(NotchState::Collapsed);
+            m_state.setPeek(std::nullopt);
+        });
+    } else {
+        // The surface needs the room before it grows into it.
+        m_settleTimer.cancel();
+        layOut(mode);
+    }
+    m_state.setMode(mode);
+    if (mode == NotchState::Expanded)
+        m_state.setPeek(std::nullopt);
+}
+
+void NotchController::peek(const PeekContent& content)
+{
+    if (!m_state.geometry() || m_state.mode() != NotchState::Collapsed)
+        return;
+    m_state.setPeek(content);
+    setMode(NotchState::Peek);
+    m_peekTimer = m_services.scheduler.after(peekDuration, [this] {
+        if (m_state.mode() == NotchState::Peek)
+            setMode(NotchState::Collapsed);
+    });
+}
+
+void NotchController::hoverEntered()
+{
+    m_collapseTimer.cancel();
+    m_dragWatch.cancel();
+    setMode(NotchState::Expanded);
+}
+
+void NotchController::hoverExited()
+{
+    if (m_state.mode() == NotchState::Expanded)
+        scheduleCollapse(collapseAfterExit);
+}
+
+void NotchController::scheduleCollapse(Scheduler::Duration delay)
+{
+    m_collapseTimer = m_services.scheduler.after(delay, [this] { collapseIfIdle(); });
+}
+
+void NotchController::startExitWatch()
+{
+    if (!m_exitWatch.isSet())
+        m_exitWatch
+            = m_services.scheduler.every(exitWatchPeriod, exitWatchTolerance, [this] { collapseIfIdle(); });
+}
+
+void NotchController::collapseIfIdle()
+{
+    if (m_state.mode() != NotchState::Expanded || m_holdCount > 0 || !m_state.geometry())
+        return;
+    const auto pointer = m_services.pointer.location();
+    if (m_panel.frame().grown(exitMargin).contains(pointer)
+        || m_state.geometry()->notchRect.grown(exitMargin).contains(pointer))
+        return;
+    // A row that is being dragged out keeps the surface open until it is let go.
+    if (m_services.pointer.isAnyButtonDown())
+        watchDrag();
+    else
+        collapse();
+}
+
+void NotchController::watchDrag()
+{
+    if (m_dragWatch.isSet())
+        return;
+    m_dragWatch = m_services.scheduler.every(dragWatchPeriod, 0ms, [this] {
+        if (m_services.pointer.isAnyButtonDown())
+            return;
+        m_dragWatch.cancel();
+        collapseIfIdle();
+    });
+}
+
+void NotchController::hold() { ++m_holdCount; }
+
+void NotchController::release()
+{
+    m_holdCount = std::max(m_holdCount - 1, 0);
+    if (m_holdCount < 1)
+        scheduleCollapse(collapseAfterRelease);
+}
+
+void NotchController::collapse()
+{
+    if (m_state.keyboardMode())
+        closeKeyboard(true);
+    else
+        setMode(NotchState::Collapsed);
+}
+
+void NotchController::dragEntered()
+{
+    if (m_dragHeld)
+        return;
+    m_dragHeld = true;
+    hold();
+    m_state.setDropTargeted(true);
+    setMode(NotchState::Expanded);
+}
+
+void NotchController::dragExited()
+{
+    if (!m_dragHeld)
+        return;
+    m_dragHeld = false;
+    m_state.setDropTargeted(false);
+    release();
+}
+
+void NotchController::dropped(const PasteboardContent& content)
+{
+    m_services.capture.capture(content, L10n::text(L10n::Key::Shelf));
+    // A drop ends the drag without leaving first.
+    dragExited();
+}
+
+void NotchController::preview(const QUuid& item)
+{
+    if (item == m_state.preview())
+        return;
+    m_state.setPreview(item);
+    if (!m_state.geometry())
+        return;
+    if (!item.isNull()) {
+        m_settleTimer.cancel();
+        layOut(m_state.mode());
+        return;
+    }
+    settleLater([this] {
+        if (m_state.geometry())
+            layOut(m_state.mode());
+    });
+}
+
+} // namespace nimbarrow
