@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QRectF>
+
+#include <optional>
+
+namespace nimbarrow {
+
+/// The smallest box around an SVG path: the curves' true extent, not that of their control points. None for
+/// text that is no path, for coordinates that are no sane lengths, and for a path without any drawn segment.
+[[nodiscard]] std::optional<QRectF> svgPathBounds(QByteArrayView path);
+
+} // namespace nimbarrow

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Screens.h"
+
+#include <QTimer>
+
+#include <memory>
+
+class QScreen;
+
+namespace nimbarrow {
+
+class ScreenCutouts;
+
+/// The screens that Qt knows, with the cut-outs that the system knows of.
+class QtScreens final : public Screens {
+    Q_OBJECT
+
+public:
+    explicit QtScreens(std::unique_ptr<ScreenCutouts> cutouts);
+    ~QtScreens() override;
+
+    [[nodiscard]] QList<Screen> screens() const override;
+
+private:
+    void follow(QScreen* screen);
+    void compare();
+
+    std::unique_ptr<ScreenCutouts> m_cutouts;
+    QList<Screen> m_last;
+    QTimer m_settled;
+};
+
+} // namespace nimbarrow

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+namespace nimbarrow {
+
+/// Takes the input focus for a window that the window manager does not know, and gives it back.
+class X11KeyFocus {
+public:
+    X11KeyFocus(xcb_connection_t* connection, xcb_window_t window);
+
+    /// False when the server refuses it, as for a window that is not mapped.
+    bool take();
+
+    /// Back to where it was, if it is still ours.
+    void giveBack();
+
+    [[nodiscard]] bool isOurs() const;
+
+private:
+    [[nodiscard]] xcb_window_t focused() const;
+    [[nodiscard]] bool isViewable(xcb_window_t window) const;
+    bool set(xcb_window_t window) const;
+
+    xcb_connection_t* m_connection;
+    xcb_window_t m_window;
+    xcb_window_t m_before = XCB_NONE;
+};
+
+} // namespace nimbarrow

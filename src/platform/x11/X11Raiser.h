@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <xcb/xcb.h>
+
+class QWindow;
+
+namespace nimbarrow {
+
+/// Keeps a window above those that the window manager puts on top of it, such as full-screen ones. Raises a
+/// few times a second at most, so that two windows of this kind do not fight for ever.
+class X11Raiser final : public QAbstractNativeEventFilter {
+public:
+    /// The window exists at the server already.
+    X11Raiser(xcb_connection_t* connection, QWindow& window);
+    ~X11Raiser() override;
+    Q_DISABLE_COPY_MOVE(X11Raiser)
+
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+
+private:
+    void raise();
+
+    QWindow& m_window;
+    xcb_window_t m_id;
+    xcb_atom_t m_stacking;
+    xcb_atom_t m_active;
+    int m_count = 0;
+    QElapsedTimer m_since;
+    QTimer m_later;
+};
+
+} // namespace nimbarrow
