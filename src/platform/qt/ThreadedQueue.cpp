@@ -1,0 +1,140 @@
+#include "platform/qt/ThreadedQueue.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include <chrono>
+#include <pthread.h>
+#include <utility>
+
+namespace nimbarrow {
+
+namespace {
+
+constexpr auto idleTime = std::chrono::seconds(2);
+
+void nameThisThread(const QByteArray& name)
+{
+    // The kernel keeps 15 characters.
+#ifdef __APPLE__
+    pthread_setname_np(name.left(15).constData());
+#else
+    pthread_setname_np(pthread_self(), name.left(15).constData());
+#endif
+}
+
+} // namespace
+
+/// Carries answers to the main loop. They are handed over under a lock of its own; the event only wakes the
+/// loop.
+class ThreadedQueue::Mailbox final : public QObject {
+public:
+    explicit Mailbox(QObject* parent)
+        : QObject(parent)
+    {
+    }
+
+    void deliver(Answer answer)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_answers.push_back(std::move(answer));
+        // Inside the lock, so that the main loop cannot take the answer and delete the mailbox before the
+        // event is posted.
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
+protected:
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        std::deque<Answer> answers;
+        {
+            const std::lock_guard lock(m_mutex);
+            answers.swap(m_answers);
+        }
+        for (const auto& answer : answers) {
+            if (answer.receiver)
+                answer.done();
+        }
+        return true;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::deque<Answer> m_answers;
+};
+
+ThreadedQueue::ThreadedQueue(const QString& label, unsigned mostThreads)
+    : m_name(label.section(u'.', -1).toUtf8())
+    , m_mostThreads(mostThreads)
+    , m_mailbox(new Mailbox(QCoreApplication::instance()))
+{
+}
+
+ThreadedQueue::~ThreadedQueue()
+{
+    std::list<std::thread> threads;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_closing = true;
+        threads.splice(threads.end(), m_threads);
+        threads.splice(threads.end(), m_ended);
+    }
+    m_wake.notify_all();
+    for (auto& thread : threads)
+        thread.join();
+    // Behind the answers that wait in the event queue.
+    if (m_mailbox)
+        m_mailbox->deleteLater();
+}
+
+void ThreadedQueue::run(Work work, QObject* receiver, Work done)
+{
+    std::list<std::thread> ended;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_jobs.push_back({ std::move(work), { receiver, std::move(done) } });
+        ended.splice(ended.end(), m_ended);
+        if (m_jobs.size() > m_idle && m_threads.size() < m_mostThreads) {
+            const auto self = m_threads.emplace(m_threads.end());
+            *self = std::thread(&ThreadedQueue::runThread, this, self);
+        }
+    }
+    m_wake.notify_one();
+    for (auto& thread : ended)
+        thread.join();
+}
+
+void ThreadedQueue::runThread(std::list<std::thread>::iterator self)
+{
+    nameThisThread(m_name);
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        if (m_jobs.empty()) {
+            if (m_closing)
+                return;
+            ++m_idle;
+            const bool woken
+                = m_wake.wait_for(lock, idleTime, [this] { return m_closing || !m_jobs.empty(); });
+            --m_idle;
+            if (!woken) {
+                m_ended.splice(m_ended.end(), m_threads, self);
+                return;
+            }
+            continue;
+        }
+        auto job = std::move(m_jobs.front());
+        m_jobs.pop_front();
+        lock.unlock();
+
+        job.work();
+        // What the work held goes on this thread, and before the answer tells that it is over.
+        job.work = {};
+        if (job.answer.done)
+            m_mailbox->deliver(std::move(job.answer));
+        lock.lock();
+    }
+}
+
+} // namespace nimbarrow
