@@ -76,7 +76,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, written);
         QFETCH(bool, boolean);
         QFETCH(qint64, integer);
-        m_path = m_folder.filePath(u"written.conf"_s);
+        // QSettings knows a file by its path, size and time of change, and these rows follow within one tick.
+        m_path = m_folder.filePath("%1.conf"_L1.arg(QLatin1StringView(QTest::currentDataTag())));
         store("key=" + written + "\n");
         QSettingsDefaults defaults(m_path);
         // A default must not shine through a value that cannot be read.

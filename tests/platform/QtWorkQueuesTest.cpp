@@ -39,23 +39,26 @@ private Q_SLOTS:
         const auto queue = QtWorkQueues().serial(u"ua.tessak.Nimbarrow.store"_s);
         QList<int> worked;
         QList<int> answered;
-        bool elsewhere = true;
+        const auto* const mainThread = QThread::currentThread();
+        bool workedElsewhere = true;
+        bool answeredHere = true;
         for (int i = 0; i < 200; ++i) {
             queue->run(
                 [&, i] {
                     worked << i;
-                    elsewhere = elsewhere && QThread::currentThread() != qApp->thread();
+                    workedElsewhere = workedElsewhere && QThread::currentThread() != mainThread;
                 },
                 this,
                 [&, i] {
                     answered << i;
-                    elsewhere = elsewhere && QThread::currentThread() == qApp->thread();
+                    answeredHere = answeredHere && QThread::currentThread() == mainThread;
                 });
         }
         QTRY_COMPARE(answered.size(), 200);
         QCOMPARE(worked, answered);
         QVERIFY(std::is_sorted(worked.begin(), worked.end()));
-        QVERIFY(elsewhere);
+        QVERIFY(workedElsewhere);
+        QVERIFY(answeredHere);
     }
 
     void concurrentWorkRunsTogether()

@@ -25,44 +25,39 @@ void nameThisThread(const QByteArray& name)
 
 } // namespace
 
-/// Carries answers to the main loop. They are handed over under a lock of its own; the event only wakes the
-/// loop.
-class ThreadedQueue::Mailbox final : public QObject {
+/// Made, read and destroyed on the main thread; the other thread only sends it.
+class ThreadedQueue::Answer final : public QEvent {
 public:
-    explicit Mailbox(QObject* parent)
-        : QObject(parent)
+    Answer(QObject* receiver, Work done)
+        : QEvent(QEvent::User)
+        , m_receiver(receiver)
+        , m_done(std::move(done))
     {
     }
 
-    void deliver(Answer answer)
+    void deliver() const
     {
-        const std::lock_guard lock(m_mutex);
-        m_answers.push_back(std::move(answer));
-        // Inside the lock, so that the main loop cannot take the answer and delete the mailbox before the
-        // event is posted.
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    }
-
-protected:
-    bool event(QEvent* event) override
-    {
-        if (event->type() != QEvent::User)
-            return QObject::event(event);
-        std::deque<Answer> answers;
-        {
-            const std::lock_guard lock(m_mutex);
-            answers.swap(m_answers);
-        }
-        for (const auto& answer : answers) {
-            if (answer.receiver)
-                answer.done();
-        }
-        return true;
+        if (m_receiver)
+            m_done();
     }
 
 private:
-    std::mutex m_mutex;
-    std::deque<Answer> m_answers;
+    QPointer<QObject> m_receiver;
+    Work m_done;
+};
+
+class ThreadedQueue::Mailbox final : public QObject {
+public:
+    using QObject::QObject;
+
+    bool event(QEvent* event) override
+    {
+        if (const auto* const answer = dynamic_cast<Answer*>(event)) {
+            answer->deliver();
+            return true;
+        }
+        return QObject::event(event);
+    }
 };
 
 ThreadedQueue::ThreadedQueue(const QString& label, unsigned mostThreads)
@@ -91,10 +86,11 @@ ThreadedQueue::~ThreadedQueue()
 
 void ThreadedQueue::run(Work work, QObject* receiver, Work done)
 {
+    auto answer = done ? std::make_unique<Answer>(receiver, std::move(done)) : nullptr;
     std::list<std::thread> ended;
     {
         const std::lock_guard lock(m_mutex);
-        m_jobs.push_back({ std::move(work), { receiver, std::move(done) } });
+        m_jobs.push_back({ std::move(work), std::move(answer) });
         ended.splice(ended.end(), m_ended);
         if (m_jobs.size() > m_idle && m_threads.size() < m_mostThreads) {
             const auto self = m_threads.emplace(m_threads.end());
@@ -131,8 +127,8 @@ void ThreadedQueue::runThread(std::list<std::thread>::iterator self)
         job.work();
         // What the work held goes on this thread, and before the answer tells that it is over.
         job.work = {};
-        if (job.answer.done)
-            m_mailbox->deliver(std::move(job.answer));
+        if (job.answer)
+            QCoreApplication::postEvent(m_mailbox, job.answer.release());
         lock.lock();
     }
 }

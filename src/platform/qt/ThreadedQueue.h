@@ -3,13 +3,17 @@
 #include "platform/WorkQueue.h"
 
 #include <QByteArray>
+#include <QObject>
 #include <QPointer>
 
 #include <condition_variable>
 #include <deque>
 #include <list>
+#include <memory>
 #include <mutex>
 #include <thread>
+
+class QEvent;
 
 namespace nimbarrow {
 
@@ -24,13 +28,10 @@ public:
     void run(Work work, QObject* receiver, Work done) override;
 
 private:
-    struct Answer {
-        QPointer<QObject> receiver;
-        Work done;
-    };
+    class Answer;
     struct Job {
         Work work;
-        Answer answer;
+        std::unique_ptr<QEvent> answer;
     };
     class Mailbox;
 
