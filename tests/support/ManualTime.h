@@ -3,6 +3,8 @@
 #include "platform/Clock.h"
 #include "platform/Scheduler.h"
 
+#include <QTimeZone>
+
 #include <list>
 
 namespace nimbarrow {
@@ -93,7 +95,7 @@ private:
     }
 
     Instant m_now {};
-    QDateTime m_wall = QDateTime::fromSecsSinceEpoch(1'772'358'067, Qt::UTC);
+    QDateTime m_wall = QDateTime::fromSecsSinceEpoch(1'772'358'067, QTimeZone::utc());
     Entries m_entries;
 };
 

@@ -1,0 +1,73 @@
+#include "platform/Platform.h"
+#include "platform/linux/AutostartLoginItem.h"
+#include "platform/linux/BusInstance.h"
+#include "platform/linux/LinuxPreferences.h"
+#include "platform/linux/SessionBus.h"
+#include "platform/linux/XdgLocations.h"
+#include "platform/qt/QSettingsDefaults.h"
+#include "platform/qt/QtScheduler.h"
+#include "platform/qt/QtScreens.h"
+#include "platform/qt/QtWorkQueues.h"
+#include "platform/qt/SystemClock.h"
+#include "platform/x11/X11Applications.h"
+#include "platform/x11/X11HotKeys.h"
+#include "platform/x11/X11Keystrokes.h"
+#include "platform/x11/X11PanelWindow.h"
+#include "platform/x11/X11Pasteboard.h"
+#include "platform/x11/X11Pointer.h"
+#include "platform/x11/X11Trust.h"
+
+#include <QCoreApplication>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+void setUnlessSet(const char* variable, const char* value)
+{
+    if (!qEnvironmentVariableIsSet(variable))
+        qputenv(variable, value);
+}
+
+} // namespace
+
+void preparePlatform()
+{
+    // On a Wayland session too: a panel that stands above everything is an X11 window there.
+    setUnlessSet("QT_QPA_PLATFORM", "xcb");
+    // The panel is small; a GL driver would cost three times the memory of the whole program.
+    setUnlessSet("QT_QUICK_BACKEND", "software");
+    // What the program writes is what the user copied.
+    ::umask(S_IRWXG | S_IRWXO);
+}
+
+Platform makePlatform()
+{
+    Platform platform;
+    platform.clock = std::make_unique<SystemClock>();
+    platform.scheduler = std::make_unique<QtScheduler>();
+    platform.workQueues = std::make_unique<QtWorkQueues>();
+    platform.locations = std::make_unique<XdgLocations>();
+    const auto configuration = XdgLocations::configuration();
+    platform.userDefaults = std::make_unique<QSettingsDefaults>(configuration + "/Nimbarrow.conf"_L1);
+    platform.desktopPreferences = std::make_unique<LinuxPreferences>(liveSessionBus());
+    platform.instance = std::make_unique<BusInstance>();
+    platform.loginItem
+        = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());
+    platform.screens = std::make_unique<QtScreens>();
+    platform.pointer = std::make_unique<X11Pointer>();
+    platform.pasteboard = std::make_unique<X11Pasteboard>();
+    auto applications = std::make_unique<X11Applications>();
+    platform.keystrokes = std::make_unique<X11Keystrokes>(*applications);
+    platform.applications = std::move(applications);
+    platform.hotKeys = std::make_unique<X11HotKeys>();
+    platform.accessibilityTrust = std::make_unique<X11Trust>();
+    platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
+    return platform;
+}
+
+} // namespace nimbarrow

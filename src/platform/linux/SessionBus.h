@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QDBusConnection>
+
+#include <optional>
+
+namespace nimbarrow {
+
+/// The session's message bus, or none where there is no bus that answers. Asked once, at the first call; it
+/// takes a moment at most, also when what stands behind the address is frozen, and never starts a bus.
+[[nodiscard]] std::optional<QDBusConnection> liveSessionBus();
+
+} // namespace nimbarrow

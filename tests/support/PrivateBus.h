@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QProcess>
+
+namespace nimbarrow {
+
+/// A message bus of the test's own, which ends with this object.
+class PrivateBus {
+public:
+    PrivateBus()
+    {
+        m_daemon.start(QStringLiteral("dbus-daemon"),
+            { QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address=1") });
+        m_daemon.waitForReadyRead();
+        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+    }
+
+    ~PrivateBus()
+    {
+        m_daemon.kill();
+        m_daemon.waitForFinished();
+    }
+    Q_DISABLE_COPY_MOVE(PrivateBus)
+
+    /// Empty when the bus could not be started.
+    [[nodiscard]] QString address() const { return m_address; }
+
+private:
+    QProcess m_daemon;
+    QString m_address;
+};
+
+} // namespace nimbarrow
