@@ -182,6 +182,20 @@ private Q_SLOTS:
         QCOMPARE(at.seen, QStringList());
     }
 
+    void announcesACopyThatItsOwnWriteOvertook()
+    {
+        Fixture at;
+        ForeignOwner owner(at.server.display());
+        owner.copy({ { "UTF8_STRING", "theirs" } });
+        // The main loop stands still, so the copy is read but not yet announced.
+        while (owner.dataRequests() == 0)
+            std::this_thread::yield();
+        at.pasteboard.write({ { u"ours"_s, {}, {} } });
+        QTRY_COMPARE(at.seen, QStringList { u"theirs"_s });
+        QCOMPARE(at.pasteboard.string(), u"ours"_s);
+        QCOMPARE(paste(at.server, "UTF8_STRING"), "ours"_ba);
+    }
+
     void isSilentWithoutAServer()
     {
         Fixture at;

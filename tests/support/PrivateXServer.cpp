@@ -48,7 +48,7 @@ QByteArray PrivateXServer::run(
     process.write(input);
     process.closeWriteChannel();
     process.waitForFinished(20'000);
-    return process.readAllStandardOutput();
+    return input.isNull() ? process.readAllStandardOutput() : QByteArray();
 }
 
 } // namespace nimbarrow

@@ -148,8 +148,10 @@ QString textFrom(QStringView target, QByteArray bytes)
     dropPartialCharacter(whole);
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = utf8(whole);
-    // Without a named encoding the bytes may be an old program's.
-    if (target == plainText && utf8.hasError())
+    // Without a named encoding the bytes may be an old program's. Its text may end like a cut one.
+    const bool ascii
+        = std::none_of(whole.begin(), whole.end(), [](char byte) { return (byte & '\x80') != 0; });
+    if (target == plainText && (utf8.hasError() || (ascii && whole.size() < bytes.size())))
         return QString::fromLatin1(bytes);
     return text;
 }

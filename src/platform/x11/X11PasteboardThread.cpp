@@ -112,7 +112,7 @@ void X11PasteboardThread::handle(const xcb_generic_event_t& event)
     if ((event.response_type & 0x7f) == m_connection.ownerChangeEvent()) {
         const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
         const bool vanished = change.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;
-        ownerChanged(vanished ? XCB_WINDOW_NONE : change.owner, change.timestamp);
+        ownerChanged(vanished ? xcb_window_t(XCB_WINDOW_NONE) : change.owner, change.timestamp);
         return;
     }
     const bool taken = std::any_of(
