@@ -10,7 +10,7 @@
 namespace nimbarrow {
 
 /// Fills the panel and tells when the pointer enters and leaves it, and what is dragged over it and dropped.
-class HoverTrackingView final : public QQuickItem {
+class HoverTrackingView : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
 

@@ -9,7 +9,7 @@ namespace nimbarrow {
 
 /// The outline that every mode is drawn in, filled black: it hangs from the top edge, flares into it with two
 /// concave corners and ends in two round ones.
-class NotchShape final : public QQuickPaintedItem {
+class NotchShape : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     /// Radius of the flares in points; limited to what the size allows, as is the other.

@@ -1,0 +1,54 @@
+import QtQuick
+
+/// A small button that is one symbol.
+Item {
+    id: root
+
+    required property string symbol
+    /// Says what the button does, to the eye and to assistive programs.
+    required property string help
+    /// In points of type.
+    property real size: Theme.smallText
+    /// Stands for something that is on.
+    property bool active: false
+    readonly property bool hovered: hover.hovered
+
+    signal clicked
+
+    Accessible.name: help
+    Accessible.role: Accessible.Button
+    implicitHeight: 24
+    implicitWidth: 24
+
+    Accessible.onPressAction: clicked()
+
+    Symbol {
+        anchors.centerIn: parent
+        name: root.symbol
+        size: root.size
+        strength: root.hovered || root.active ? 0.92 : 0.5
+
+        Behavior on strength {
+            NumberAnimation {
+                duration: Theme.fadeDuration
+            }
+        }
+    }
+
+    HoverHandler {
+        id: hover
+    }
+
+    // Takes the press for itself, so that what lies below is not clicked too.
+    TapHandler {
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+
+        onTapped: root.clicked()
+    }
+
+    HelpTip {
+        owner: root
+        text: root.help
+        wanted: root.hovered
+    }
+}
