@@ -48,6 +48,8 @@ private Q_SLOTS:
     {
         PrivateXServer server;
         (void)server.run(u"xclip"_s, { u"-selection"_s, u"clipboard"_s }, "old");
+        // xclip goes into the background before it has claimed the selection.
+        QTRY_COMPARE(paste(server, "UTF8_STRING"), "old"_ba);
         X11Pasteboard pasteboard(server.display());
         QSignalSpy changed(&pasteboard, &Pasteboard::changed);
         (void)server.run(u"xclip"_s, { u"-selection"_s, u"clipboard"_s }, "new");
