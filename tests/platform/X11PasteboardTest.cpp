@@ -158,6 +158,8 @@ private Q_SLOTS:
         at.pasteboard.write({ { u"Ґрунт é"_s, {}, {} } });
         QCOMPARE(at.pasteboard.changeCount(), 1);
         QCOMPARE(at.pasteboard.string(), u"Ґрунт é"_s);
+        // The claim is made on a thread; another program may ask before it.
+        QTRY_COMPARE(paste(at.server, "UTF8_STRING"), "Ґрунт é"_ba);
         for (const auto target : { "UTF8_STRING", "text/plain", "text/plain;charset=utf-8", "TEXT" })
             QCOMPARE(paste(at.server, target), "Ґрунт é"_ba);
         QCOMPARE(paste(at.server, "STRING").right(2), " \xE9"_ba);
@@ -173,13 +175,13 @@ private Q_SLOTS:
             image[place] = static_cast<char>(place * 31 >> 7);
         const auto file = QUrl::fromLocalFile(u"/a b.png"_s);
         at.pasteboard.write({ { {}, file, [image] { return image; } } });
-        QVERIFY(paste(at.server, "image/png") == image);
+        QTRY_VERIFY(paste(at.server, "image/png") == image);
         QCOMPARE(paste(at.server, "text/uri-list"), "file:///a%20b.png\r\n"_ba);
         QCOMPARE(paste(at.server, "x-special/gnome-copied-files"), "copy\nfile:///a%20b.png"_ba);
         QVERIFY(!paste(at.server, "TARGETS").contains("UTF8_STRING"));
 
         at.pasteboard.write({ { {}, file, {} }, { {}, QUrl::fromLocalFile(u"/c"_s), {} } });
-        QCOMPARE(paste(at.server, "UTF8_STRING"), "/a b.png\n/c"_ba);
+        QTRY_COMPARE(paste(at.server, "UTF8_STRING"), "/a b.png\n/c"_ba);
         QCOMPARE(at.pasteboard.fileUrls().size(), 2);
         QCOMPARE(at.seen, QStringList());
     }
@@ -195,7 +197,7 @@ private Q_SLOTS:
         at.pasteboard.write({ { u"ours"_s, {}, {} } });
         QTRY_COMPARE(at.seen, QStringList { u"theirs"_s });
         QCOMPARE(at.pasteboard.string(), u"ours"_s);
-        QCOMPARE(paste(at.server, "UTF8_STRING"), "ours"_ba);
+        QTRY_COMPARE(paste(at.server, "UTF8_STRING"), "ours"_ba);
     }
 
     void isSilentWithoutAServer()
