@@ -13,9 +13,9 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QProcess>
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QProcess>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -252,6 +252,7 @@ private Q_SLOTS:
         QTRY_COMPARE(m_user->pixelAt(outsideOutline), white);
         QTRY_COMPARE(m_user->pixelAt(inPanel), panelColor);
         panel->setOutline({});
+        QTRY_VERIFY(m_user->topAt(inPanel) != panel.id());
         m_user->click(inPanel);
         QTRY_COMPARE(film.clicks(), 3);
     }
@@ -354,7 +355,6 @@ private Q_SLOTS:
         editor.forgetKeys();
 
         keystrokes.postPaste();
-        if (!QTest::qWaitFor([&]{return editor.keys().contains(std::pair(-code, mask));},2000)) qDebug()<<editor.keys();
         QTRY_VERIFY(editor.keys().contains(std::pair(-code, mask)));
         QVERIFY(editor.keys().contains(std::pair(code, mask)));
         QTRY_VERIFY(m_user->isDown(Super) && m_user->isDown(Shift) && !m_user->isDown(Control));
@@ -428,7 +428,8 @@ private:
     static void bringUp(XClient& client, bool fullScreen = false)
     {
         client.map(fullScreen);
-        while (!QTest::qWaitFor([&client] { return client.isActive(); }, 500) && !QTest::currentTestFailed()) {
+        while (
+            !QTest::qWaitFor([&client] { return client.isActive(); }, 500) && !QTest::currentTestFailed()) {
             client.map(fullScreen);
             X11Applications(noEntries()).activate({ {}, {}, client.window() });
         }

@@ -181,8 +181,8 @@ void XClient::readEvents()
     while (const auto event = owned(xcb_poll_for_event(m_connection.get()))) {
         const auto* key = reinterpret_cast<const xcb_key_press_event_t*>(event.get());
         switch (event->response_type & 0x7f) {
-        case XCB_KEY_PRESS: m_keys << std::pair(int(key->detail), int(key->state & 0xff)); break;
-        case XCB_KEY_RELEASE: m_keys << std::pair(-int(key->detail), int(key->state & 0xff)); break;
+        case XCB_KEY_PRESS: m_keys << std::pair(int(key->detail), int(key->state & 0x7f)); break;
+        case XCB_KEY_RELEASE: m_keys << std::pair(-int(key->detail), int(key->state & 0x7f)); break;
         case XCB_BUTTON_PRESS: ++m_clicks; break;
         default: break;
         }

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] bool isActive() const;
 
     /// What has arrived so far: key codes with the modifiers of that moment, in order; presses positive,
-    /// releases negative.
+    /// releases negative. Without Mod5, which stands for the second layout here.
     [[nodiscard]] const QList<std::pair<int, int>>& keys();
     [[nodiscard]] int clicks();
     void forgetKeys();
