@@ -51,6 +51,16 @@ void XClient::destroy()
     xcb_flush(m_connection.get());
 }
 
+void XClient::restack()
+{
+    auto* c = m_connection.get();
+    const quint32 above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(c, m_window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_change_property(c, XCB_PROP_MODE_REPLACE, m_root, atom("_NET_CLIENT_LIST_STACKING"), XCB_ATOM_WINDOW,
+        32, 1, &m_window);
+    xcb_flush(c);
+}
+
 bool XClient::hasFocus() const
 {
     return focus() == m_window;

@@ -19,6 +19,8 @@ public:
 
     void map(bool fullScreen = false);
     void destroy();
+    /// Puts the window on top, and says so as a window manager does; for a test without one.
+    void restack();
     [[nodiscard]] xcb_window_t window() const { return m_window; }
     [[nodiscard]] bool hasFocus() const;
     [[nodiscard]] bool isActive() const;
