@@ -82,9 +82,7 @@ private Q_SLOTS:
         // Another program comes to the front while the panel has the keyboard.
         panel->makeKey();
         XClient intruder("Intruder");
-        intruder.map();
-        X11Applications(std::make_unique<DesktopEntries>(QStringList(), u"C"_s))
-            .activate({ {}, {}, intruder.window() });
+        QVERIFY(m_desktop->bringUp(intruder));
         QTRY_COMPARE(resigned.size(), 1);
         QVERIFY(!panel->isKey());
         panel->resignKey();
