@@ -158,7 +158,7 @@ private Q_SLOTS:
         at.pasteboard.write({ { u"Ґрунт é"_s, {}, {} } });
         QCOMPARE(at.pasteboard.changeCount(), 1);
         QCOMPARE(at.pasteboard.string(), u"Ґрунт é"_s);
-        // The claim is made on a thread; another program may ask before it.
+        // At once: a paste keystroke follows a write in the same breath.
         QCOMPARE(paste(at.server, "UTF8_STRING"), "Ґрунт é"_ba);
         for (const auto target : { "UTF8_STRING", "text/plain", "text/plain;charset=utf-8", "TEXT" })
             QCOMPARE(paste(at.server, target), "Ґрунт é"_ba);

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace nimbarrow {
 namespace {
 
-constexpr qint64 largestDescription = 256 * 1024;
+constexpr qint64 largestDescription = 262'144;
 constexpr qint64 largestProperty = 4096;
 constexpr auto tallestNotch = 4096U;
 
