@@ -114,6 +114,7 @@ private Q_SLOTS:
         QCOMPARE(QDir(fixture.path({})).entryList(QDir::Files), QStringList { u"index.json"_s });
         auto index = privatefiles::read(fixture.path(u"index.json"_s), 1'000'000);
         QCOMPARE(clipboardindex::decode(index.value())->size(), 1);
+        fixture.store->togglePin(fixture.store->items().first().id);
         fixture.restart();
         QCOMPARE(fixture.store->items().size(), 2);
     }
