@@ -19,7 +19,7 @@ constexpr int bytesPerPixel = 4;
 
 bool isTooLarge(qint64 width, qint64 height)
 {
-    return width * height > maxPixels;
+    return height > 0 && width > maxPixels / height;
 }
 
 // A PNG begins with its signature and the header chunk: length, name, width, height.
