@@ -33,13 +33,16 @@ public:
     void paint(QPainter* painter) override;
 
 Q_SIGNALS:
-    /// Size, place or a radius has changed.
+    /// Size, place or a radius has changed; sent once for each frame that is drawn.
     void outlineChanged();
 
 protected:
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    void updatePolish() override;
 
 private:
+    void setRadius(qreal& field, qreal radius);
+
     qreal m_topRadius = 0;
     qreal m_bottomRadius = 0;
 };
