@@ -10,6 +10,9 @@
 /// The history as one JSON file: plain functions of plain values.
 namespace nimbarrow::clipboardindex {
 
+/// In bytes: what is longer is not read.
+inline constexpr qsizetype maxSize = qsizetype { 256 } * 1024 * 1024;
+
 [[nodiscard]] QByteArray encode(const QList<ClipboardItem>& items);
 
 /// None when any element is unreadable: the index is read whole or not at all.

@@ -11,7 +11,8 @@
 
 namespace nimbarrow {
 
-/// One entry of the history: a text, a link, an image or a set of files that the user copied, or a screenshot.
+/// One entry of the history: a text, a link, an image or a set of files that the user copied, or a
+/// screenshot.
 struct ClipboardItem {
     enum class Kind { Text, Link, Image, Files };
 
@@ -22,7 +23,8 @@ struct ClipboardItem {
     QDateTime createdAt;
     /// Of texts and links.
     std::optional<QString> text;
-    /// Absolute path of an image entry's file: in the history's own folder, or where it lay when it was copied.
+    /// Absolute path of an image entry's file: in the history's own folder, or where it lay when it was
+    /// copied.
     std::optional<QString> imagePath;
     /// Absolute paths of a files entry, in the order of the pasteboard.
     std::optional<QStringList> filePaths;

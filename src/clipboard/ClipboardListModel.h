@@ -3,12 +3,13 @@
 #include "clipboard/ClipboardItem.h"
 
 #include <QAbstractListModel>
+#include <QSet>
 #include <qqmlintegration.h>
 
 namespace nimbarrow {
 
 /// A part of the history in the order it is shown, as a list whose rows come, go and move.
-class ClipboardListModel final : public QAbstractListModel {
+class ClipboardListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the store")
@@ -53,6 +54,13 @@ Q_SIGNALS:
     void countChanged();
 
 private:
+    void removeGone(int first, int end, const QSet<QUuid>& stay);
+    /// Brings the entry that `items` has at a row to it. Rows before it are settled; those from `end` on, and
+    /// in `items` from `last` on, stay.
+    void settleRow(int row, int last, int end, const QList<ClipboardItem>& items, const QSet<QUuid>& oldIds);
+    void moveRow(int from, int target);
+    void removeSpan(int begin, int end);
+
     QList<ClipboardItem> m_items;
 };
 

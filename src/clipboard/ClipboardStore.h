@@ -36,8 +36,8 @@ class ClipboardStore final : public QObject {
 
 public:
     /// Loads what is on disk. All references outlive the store.
-    ClipboardStore(const Settings& settings, const Locations& locations, const Clock& clock, Scheduler& scheduler,
-        WorkQueues& queues, QObject* parent = nullptr);
+    ClipboardStore(const Settings& settings, const Locations& locations, const Clock& clock,
+        Scheduler& scheduler, WorkQueues& queues, QObject* parent = nullptr);
     ~ClipboardStore() override;
 
     /// Newest capture first; pinned entries stand where their capture put them.
@@ -81,10 +81,35 @@ Q_SIGNALS:
     void itemsChanged();
 
 private:
-    // The implementer of ClipboardStore.cpp shapes this part.
+    void load();
+    void insertText(const QString& text, const QString& key, const std::optional<QString>& sourceApp);
+    void storeImage(const QByteArray& pngData, const QString& key, const std::optional<QString>& sourceApp);
+    [[nodiscard]] ClipboardItem makeItem(
+        ClipboardItem::Kind kind, const QString& key, const std::optional<QString>& sourceApp) const;
+    /// True when an entry with this hash is at the top now.
+    bool promoteExisting(const QString& key);
+    void insert(const ClipboardItem& item);
+    void promoteOrInsert(const ClipboardItem& item);
+    /// Takes the oldest entries out that are above the limit.
+    [[nodiscard]] QList<ClipboardItem> takeOverflow();
+    /// Of entries that are no longer in the history.
+    void removeStoredFiles(const QList<ClipboardItem>& removed);
+    void publish();
+    void scheduleSave();
+    void save();
+
+    const Settings& m_settings;
+    const Clock& m_clock;
+    Scheduler& m_scheduler;
+    QString m_directory;
+    QString m_imagesDirectory;
+    QString m_indexPath;
     QList<ClipboardItem> m_items;
     ClipboardListModel m_textualModel;
     ClipboardListModel m_imageModel;
+    std::unique_ptr<WorkQueue> m_io;
+    /// Set while the index on disk is behind.
+    Timer m_saveTimer;
 };
 
 } // namespace nimbarrow

@@ -15,8 +15,8 @@ namespace nimbarrow::imagecodec {
 /// pixels than the program is ready to hold.
 [[nodiscard]] std::optional<QByteArray> pngData(const QByteArray& data);
 
-/// The first image, upright, at most `maxPixel` pixels on its longest side and never enlarged; null when there
-/// is none.
+/// The first image, upright, at most `maxPixel` pixels on its longest side and never enlarged; null when
+/// there is none.
 [[nodiscard]] QImage thumbnail(QIODevice& source, int maxPixel);
 
 } // namespace nimbarrow::imagecodec

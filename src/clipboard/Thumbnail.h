@@ -48,12 +48,16 @@ Q_SIGNALS:
 
 private:
     void load();
+    void setImage(const QImage& image);
+    /// The picture in the pixels that `bounds` has on the screen.
+    [[nodiscard]] const QImage& scaled(QSize pixels);
 
     QUrl m_source;
     int m_maxPixel = 200;
     qreal m_radius = 0;
     bool m_fit = false;
     QImage m_image;
+    QImage m_scaled;
 };
 
 } // namespace nimbarrow

@@ -1,12 +1,17 @@
 #pragma once
 
+#include "clipboard/ThumbnailCache.h"
+
 #include <QImage>
+#include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QUrl>
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace nimbarrow {
 
@@ -32,7 +37,24 @@ public:
     void forget(const QUrl& file);
 
 private:
-    // The implementer of ThumbnailLoader.cpp shapes this part.
+    struct Waiter {
+        QPointer<QObject> receiver;
+        std::function<void(const QImage&)> done;
+    };
+    /// One file being read, for everybody who asks for it meanwhile.
+    struct Load {
+        QString path;
+        int maxPixel = 0;
+        /// The file was forgotten since.
+        bool isStale = false;
+        std::vector<Waiter> waiters;
+    };
+
+    void finish(const std::shared_ptr<Load>& load, const QImage& image);
+
+    /// Looking up changes which entry is the next to go.
+    mutable ThumbnailCache m_cache;
+    QList<std::shared_ptr<Load>> m_loads;
     std::unique_ptr<WorkQueue> m_queue;
 };
 

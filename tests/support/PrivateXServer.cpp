@@ -1,18 +1,27 @@
 #include "support/PrivateXServer.h"
 
+#include <QProcessEnvironment>
+
+#include <csignal>
+#include <sys/prctl.h>
+
 using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
+
 namespace {
 
-constexpr auto patience = 20'000;
+constexpr int patience = 20'000; // milliseconds
 
-}
+} // namespace
 
 PrivateXServer::PrivateXServer(const QStringList& extraArgs)
 {
+    // A test that crashes must not leave its server behind.
+    m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_process.setStandardErrorFile(QProcess::nullDevice());
-    m_process.start(u"Xvfb"_s, QStringList { u"-displayfd"_s, u"1"_s, u"-nolisten"_s, u"tcp"_s } + extraArgs);
+    m_process.start(u"Xvfb"_s,
+        QStringList { u"-displayfd"_s, u"1"_s, u"-nolisten"_s, u"tcp"_s, u"-noreset"_s } + extraArgs);
     QByteArray number;
     while (!number.endsWith('\n') && m_process.waitForReadyRead(patience))
         number += m_process.readAllStandardOutput();
@@ -20,12 +29,30 @@ PrivateXServer::PrivateXServer(const QStringList& extraArgs)
         m_displayName = ':' + number.trimmed();
 }
 
-PrivateXServer::~PrivateXServer()
+PrivateXServer::~PrivateXServer() { kill(); }
+
+void PrivateXServer::kill()
 {
-    m_process.terminate();
-    if (!m_process.waitForFinished(patience))
-        m_process.kill();
-    m_process.waitForFinished();
+    m_process.kill();
+    m_process.waitForFinished(patience);
+}
+
+QByteArray PrivateXServer::run(
+    const QString& program, const QStringList& arguments, const QByteArray& input) const
+{
+    QProcess process;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"DISPLAY"_s, QString::fromLatin1(m_displayName));
+    process.setProcessEnvironment(environment);
+    process.setStandardErrorFile(QProcess::nullDevice());
+    // A clipboard tool stays in the background and would keep the pipe open.
+    if (!input.isNull())
+        process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished(patience);
+    return input.isNull() ? process.readAllStandardOutput() : QByteArray();
 }
 
 } // namespace nimbarrow

@@ -6,7 +6,8 @@
 
 namespace nimbarrow {
 
-/// An X server without a screen for one test program, on a display number that the server picks itself.
+/// An X server for one test, on a display number that the server picks; it ends with this object, and with the
+/// test's process.
 class PrivateXServer {
 public:
     explicit PrivateXServer(const QStringList& extraArgs = {});
@@ -15,8 +16,15 @@ public:
 
     [[nodiscard]] bool isRunning() const { return !m_displayName.isEmpty(); }
 
-    /// For DISPLAY, such as ":7".
-    [[nodiscard]] QByteArray displayName() const { return m_displayName; }
+    /// For DISPLAY, such as ":7"; empty when the server did not start.
+    [[nodiscard]] const QByteArray& displayName() const { return m_displayName; }
+
+    /// Ends the server at once, as when it crashes.
+    void kill();
+
+    /// Runs another program on this display with `input` on its standard input, and gives its output.
+    [[nodiscard]] QByteArray run(
+        const QString& program, const QStringList& arguments, const QByteArray& input = {}) const;
 
 private:
     QProcess m_process;

@@ -21,7 +21,7 @@ QHash<QString, QString> readEntry(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    constexpr qint64 most = 64 * 1024;
+    constexpr qint64 most = 65'536;
     const auto lines = QString::fromUtf8(file.read(most)).split(u'\n');
     QHash<QString, QString> entry;
     bool inEntry = false;
@@ -43,12 +43,12 @@ QString execLine(const QString& program)
         switch (character.unicode()) {
         case u'"':
         case u'`':
-        case u'$': line += "\\\\"_L1 + character; break;
-        case u'\\': line += "\\\\\\\\"_L1; break;
+        case u'$': line += R"(\\)"_L1 + character; break;
+        case u'\\': line += R"(\\\\)"_L1; break;
         case u'%': line += "%%"_L1; break;
-        case u'\n': line += "\\n"_L1; break;
-        case u'\r': line += "\\r"_L1; break;
-        case u'\t': line += "\\t"_L1; break;
+        case u'\n': line += R"(\n)"_L1; break;
+        case u'\r': line += R"(\r)"_L1; break;
+        case u'\t': line += R"(\t)"_L1; break;
         default: line += character;
         }
     }

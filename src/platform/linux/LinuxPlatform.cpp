@@ -1,6 +1,7 @@
 #include "platform/Platform.h"
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/BusInstance.h"
+#include "platform/linux/DisplayPanels.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/XdgLocations.h"
@@ -58,7 +59,7 @@ Platform makePlatform()
     platform.instance = std::make_unique<BusInstance>();
     platform.loginItem
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());
-    platform.screens = std::make_unique<QtScreens>();
+    platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
     platform.pointer = std::make_unique<X11Pointer>();
     platform.pasteboard = std::make_unique<X11Pasteboard>();
     auto applications = std::make_unique<X11Applications>();

@@ -1,12 +1,11 @@
 #include "platform/linux/SessionBus.h"
 
-#include <QFile>
 #include <QStringList>
-#include <QUrl>
 
 #include <cstddef>
 #include <cstring>
 #include <poll.h>
+#include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -26,7 +25,7 @@ QByteArray socketName(const QString& addresses)
         if (!address.startsWith("unix:"_L1))
             continue;
         for (const auto& part : address.mid(5).split(u',')) {
-            const auto value = QByteArray::fromPercentEncoding(part.section(u'=', 1).toUtf8());
+            auto value = QByteArray::fromPercentEncoding(part.section(u'=', 1).toUtf8());
             if (part.startsWith("path="_L1))
                 return value;
             if (part.startsWith("abstract="_L1))
@@ -56,10 +55,10 @@ bool answers(const QByteArray& name)
     bool greeted = false;
     if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), static_cast<socklen_t>(length)) == 0) {
         // A zero byte opens the conversation; an empty AUTH asks what the bus would accept.
-        constexpr char hello[] = "\0AUTH\r\n";
+        constexpr std::string_view hello("\0AUTH\r\n", 7);
         pollfd watched { socket, POLLIN, 0 };
         char first = 0;
-        greeted = ::send(socket, hello, sizeof hello - 1, MSG_NOSIGNAL) == sizeof hello - 1
+        greeted = ::send(socket, hello.data(), hello.size(), MSG_NOSIGNAL) == ssize_t(hello.size())
             && ::poll(&watched, 1, patience) == 1 && ::read(socket, &first, 1) == 1 && first == 'R';
     }
     ::close(socket);

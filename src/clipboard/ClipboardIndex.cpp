@@ -1,0 +1,187 @@
+#include "clipboard/ClipboardIndex.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow::clipboardindex {
+
+namespace {
+
+namespace key {
+constexpr auto id = "id"_L1;
+constexpr auto kind = "kind"_L1;
+constexpr auto createdAt = "createdAt"_L1;
+constexpr auto text = "text"_L1;
+constexpr auto imagePath = "imagePath"_L1;
+constexpr auto filePaths = "filePaths"_L1;
+constexpr auto isScreenshot = "isScreenshot"_L1;
+constexpr auto sourceApp = "sourceApp"_L1;
+constexpr auto contentHash = "contentHash"_L1;
+constexpr auto pinned = "pinned"_L1;
+} // namespace key
+
+QJsonObject encodeItem(const ClipboardItem& item)
+{
+    QJsonObject object {
+        { key::id, item.id.toString(QUuid::WithoutBraces).toUpper() },
+        { key::kind, rawValue(item.kind) },
+        { key::createdAt, item.createdAt.toUTC().toString(Qt::ISODate) },
+        { key::isScreenshot, item.isScreenshot },
+        { key::pinned, item.pinned },
+    };
+    const auto put = [&object](QLatin1StringView name, const std::optional<QString>& value) {
+        if (value)
+            object.insert(name, *value);
+    };
+    put(key::text, item.text);
+    put(key::imagePath, item.imagePath);
+    put(key::sourceApp, item.sourceApp);
+    put(key::contentHash, item.contentHash);
+    if (item.filePaths)
+        object.insert(key::filePaths, QJsonArray::fromStringList(*item.filePaths));
+    return object;
+}
+
+/// Reads the values of one object and remembers whether any of them was not what it has to be.
+class Reader {
+public:
+    explicit Reader(const QJsonObject& object)
+        : m_object(object)
+    {
+    }
+
+    [[nodiscard]] bool isGood() const { return m_good; }
+
+    QString string(QLatin1StringView name) { return text(m_object.value(name)); }
+
+    bool boolean(QLatin1StringView name)
+    {
+        const auto value = m_object.value(name);
+        require(value.isBool());
+        return value.toBool();
+    }
+
+    std::optional<QString> optionalString(QLatin1StringView name)
+    {
+        const auto value = m_object.value(name);
+        if (value.isUndefined() || value.isNull())
+            return std::nullopt;
+        return text(value);
+    }
+
+    std::optional<QStringList> optionalStrings(QLatin1StringView name)
+    {
+        const auto value = m_object.value(name);
+        if (value.isUndefined() || value.isNull())
+            return std::nullopt;
+        require(value.isArray());
+        QStringList strings;
+        for (const auto& element : value.toArray())
+            strings << text(element);
+        return strings;
+    }
+
+    QUuid uuid(QLatin1StringView name)
+    {
+        static const QRegularExpression canonical(QRegularExpression::anchoredPattern(
+            u"[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{12}"_s));
+        const auto text = string(name);
+        require(canonical.match(text).hasMatch());
+        return QUuid::fromString(text);
+    }
+
+    QDateTime date(QLatin1StringView name)
+    {
+        // Qt's own reader takes fractions, a lone date and more.
+        static const QRegularExpression internet(QRegularExpression::anchoredPattern(
+            u"[0-9]{4}-[0-9]{2}-[0-9]{2}T([01][0-9]|2[0-3]):[0-5][0-9]:[0-5][0-9]"
+            u"(Z|[+-]([01][0-9]|2[0-3]):[0-5][0-9])"_s));
+        const auto text = string(name);
+        const auto date = QDateTime::fromString(text, Qt::ISODate);
+        require(internet.match(text).hasMatch() && date.isValid());
+        return date.toUTC();
+    }
+
+    ClipboardItem::Kind kind(QLatin1StringView name)
+    {
+        using Kind = ClipboardItem::Kind;
+        const auto text = string(name);
+        for (const auto kind : { Kind::Text, Kind::Link, Kind::Image, Kind::Files }) {
+            if (rawValue(kind) == text)
+                return kind;
+        }
+        require(false);
+        return {};
+    }
+
+private:
+    void require(bool condition) { m_good = m_good && condition; }
+
+    QString text(const QJsonValue& value)
+    {
+        require(value.isString());
+        return value.toString();
+    }
+
+    const QJsonObject& m_object;
+    bool m_good = true;
+};
+
+std::optional<ClipboardItem> decodeItem(const QJsonValue& value)
+{
+    if (!value.isObject())
+        return std::nullopt;
+    const auto object = value.toObject();
+    Reader reader(object);
+    ClipboardItem item {
+        .id = reader.uuid(key::id),
+        .kind = reader.kind(key::kind),
+        .createdAt = reader.date(key::createdAt),
+        .text = reader.optionalString(key::text),
+        .imagePath = reader.optionalString(key::imagePath),
+        .filePaths = reader.optionalStrings(key::filePaths),
+        .isScreenshot = reader.boolean(key::isScreenshot),
+        .sourceApp = reader.optionalString(key::sourceApp),
+        .contentHash = reader.optionalString(key::contentHash),
+        .pinned = reader.boolean(key::pinned),
+    };
+    return reader.isGood() ? std::optional(std::move(item)) : std::nullopt;
+}
+
+} // namespace
+
+QByteArray encode(const QList<ClipboardItem>& items)
+{
+    QJsonArray array;
+    for (const auto& item : items)
+        array.append(encodeItem(item));
+    // Outside of strings JSON has no slash, and the writer never puts a lone backslash before one.
+    return QJsonDocument(array).toJson(QJsonDocument::Indented).replace('/', "\\/");
+}
+
+std::optional<QList<ClipboardItem>> decode(const QByteArray& json)
+{
+    if (json.size() > maxSize)
+        return std::nullopt;
+    const auto document = QJsonDocument::fromJson(json);
+    if (!document.isArray())
+        return std::nullopt;
+    const auto array = document.array();
+    QList<ClipboardItem> items;
+    items.reserve(array.size());
+    for (const auto& element : array) {
+        auto item = decodeItem(element);
+        if (!item)
+            return std::nullopt;
+        items << *std::move(item);
+    }
+    return items;
+}
+
+} // namespace nimbarrow::clipboardindex

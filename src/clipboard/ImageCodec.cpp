@@ -1,0 +1,101 @@
+#include "clipboard/ImageCodec.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QtEndian>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow::imagecodec {
+
+namespace {
+
+/// A file of a few bytes can claim any size, and the size is what memory is taken for.
+constexpr qint64 maxPixels = 100'000'000;
+constexpr int bytesPerPixel = 4;
+
+bool isTooLarge(qint64 width, qint64 height)
+{
+    return width * height > maxPixels;
+}
+
+// A PNG begins with its signature and the header chunk: length, name, width, height.
+bool isTooLargePng(const QByteArray& png)
+{
+    constexpr qsizetype widthAt = 16;
+    constexpr qsizetype heightAt = 20;
+    return png.size() >= heightAt + 4 && QByteArrayView(png).sliced(12, 4) == "IHDR"
+        && isTooLarge(qFromBigEndian<quint32>(png.constData() + widthAt),
+            qFromBigEndian<quint32>(png.constData() + heightAt));
+}
+
+// Qt has readers that take almost any bytes for a picture, and one that follows references to other files.
+bool isKnownFormat(const QByteArray& format)
+{
+    static const QByteArrayList known { "png", "jpeg", "jpg", "gif", "tiff", "tif", "webp", "bmp", "heic",
+        "heif" };
+    return known.contains(format);
+}
+
+/// True when the reader may be asked for the image.
+bool prepare(QImageReader& reader)
+{
+    // Qt's own bound is lower than ours, and also holds for readers that tell no size beforehand.
+    static const auto raised = [] {
+        QImageReader::setAllocationLimit(static_cast<int>(maxPixels * bytesPerPixel / (1024 * 1024) + 1));
+        return true;
+    }();
+    const auto size = reader.size();
+    reader.setAutoTransform(true);
+    return raised && isKnownFormat(reader.format()) && !isTooLarge(size.width(), size.height());
+}
+
+QSize fitted(QSize size, int maxPixel)
+{
+    const auto longest = std::max(size.width(), size.height());
+    if (longest <= maxPixel)
+        return size;
+    const auto factor = static_cast<double>(maxPixel) / longest;
+    return QSize(qRound(size.width() * factor), qRound(size.height() * factor)).expandedTo({ 1, 1 });
+}
+
+} // namespace
+
+std::optional<QByteArray> pngData(const QByteArray& data)
+{
+    if (data.startsWith("\x89PNG"_ba))
+        return isTooLargePng(data) ? std::nullopt : std::optional(data);
+    QBuffer source;
+    source.setData(data);
+    source.open(QIODevice::ReadOnly);
+    QImageReader reader(&source);
+    QImage image;
+    if (!prepare(reader) || !reader.read(&image))
+        return std::nullopt;
+    QByteArray png;
+    QBuffer target(&png);
+    target.open(QIODevice::WriteOnly);
+    return QImageWriter(&target, "png"_ba).write(image) ? std::optional(png) : std::nullopt;
+}
+
+QImage thumbnail(QIODevice& source, int maxPixel)
+{
+    QImageReader reader(&source);
+    if (maxPixel <= 0 || !prepare(reader))
+        return {};
+    // The limit is a square, so a picture that lies on its side until it is turned fits it as well.
+    if (const auto size = reader.size(); size.isValid())
+        reader.setScaledSize(fitted(size, maxPixel));
+    auto image = reader.read();
+    if (const auto size = fitted(image.size(), maxPixel); size != image.size())
+        image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (image.isNull())
+        return {};
+    return std::move(image).convertToFormat(
+        image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+}
+
+} // namespace nimbarrow::imagecodec

@@ -1,0 +1,60 @@
+#include "clipboard/PrivateFiles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSaveFile>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow::privatefiles {
+
+namespace {
+
+constexpr QFile::Permissions forFiles = QFile::ReadOwner | QFile::WriteOwner;
+constexpr QFile::Permissions forFolders = forFiles | QFile::ExeOwner;
+
+} // namespace
+
+void makeFolder(const QString& path)
+{
+    const QFileInfo folder(path);
+    QDir().mkpath(folder.path());
+    QDir().mkdir(path, forFolders);
+    // A folder that was there before has the mode that somebody else gave it.
+    QFile::setPermissions(path, forFolders);
+}
+
+std::optional<QByteArray> read(const QString& path, qsizetype maxSize)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QFile::ReadOnly) || file.size() > maxSize)
+        return std::nullopt;
+    auto data = file.read(maxSize);
+    return file.error() == QFile::NoError ? std::optional(std::move(data)) : std::nullopt;
+}
+
+bool write(const QString& path, const QByteArray& data)
+{
+    QSaveFile file(path);
+    if (!file.open(QFile::WriteOnly) || !file.setPermissions(forFiles))
+        return false;
+    file.write(data);
+    return file.commit();
+}
+
+void tidyFolder(const QString& path)
+{
+    static const QRegularExpression unfinished(
+        QRegularExpression::anchoredPattern(u".+\\.(json|png)\\.[A-Za-z]{6}"_s));
+    const auto files = QDir(path).entryInfoList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    for (const auto& file : files) {
+        if (unfinished.match(file.fileName()).hasMatch())
+            QFile::remove(file.filePath());
+        else if ((file.permissions() & ~(forFiles | QFile::ReadUser | QFile::WriteUser)) != 0)
+            QFile::setPermissions(file.filePath(), forFiles);
+    }
+}
+
+} // namespace nimbarrow::privatefiles

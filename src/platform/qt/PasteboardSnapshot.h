@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+
+#include <QHash>
+
+namespace nimbarrow {
+
+/// What somebody offered at one moment, already read; it no longer depends on who offered it.
+struct PasteboardSnapshot {
+    QStringList types;
+    QHash<QString, QByteArray> bytes;
+    std::optional<QString> string;
+    QList<QUrl> urls;
+
+    [[nodiscard]] QByteArray data(QStringView type) const
+    {
+        // A text may be long, and its bytes are hardly ever asked for, so it is kept in one form only.
+        if (type == pasteboardtype::string)
+            return string.value_or(QString()).toUtf8();
+        return bytes.value(type.toString());
+    }
+};
+
+} // namespace nimbarrow

@@ -1,0 +1,159 @@
+#include "app/AppModel.h"
+
+#include "notch/NotchController.h"
+#include "platform/Platform.h"
+#include "support/FakeApplications.h"
+#include "support/FakeDesktop.h"
+#include "support/FakeDesktopPreferences.h"
+#include "support/FakeHotKeys.h"
+#include "support/FakeKeystrokes.h"
+#include "support/FakeLocations.h"
+#include "support/FakeLoginItem.h"
+#include "support/FakePasteboard.h"
+#include "support/FakeTrust.h"
+#include "support/FakeUserDefaults.h"
+#include "support/ManualQueues.h"
+#include "support/ManualTime.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using namespace nimbarrow;
+
+namespace {
+
+/// Makes the port and keeps a look at the double behind it.
+template <typename Fake, typename PortPointer>
+Fake& give(PortPointer& port)
+{
+    auto fake = std::make_unique<Fake>();
+    auto& reference = *fake;
+    port = std::move(fake);
+    return reference;
+}
+
+/// The model and the controller as the program links them, over doubles of the whole system.
+struct Program {
+    QTemporaryDir disk;
+    ManualTime time;
+    Platform platform;
+    FakeUserDefaults& defaults = give<FakeUserDefaults>(platform.userDefaults);
+    FakeHotKeys& hotKeys = give<FakeHotKeys>(platform.hotKeys);
+    FakePasteboard& pasteboard = give<FakePasteboard>(platform.pasteboard);
+    FakeKeystrokes& keystrokes = give<FakeKeystrokes>(platform.keystrokes);
+    FakeTrust& trust = give<FakeTrust>(platform.accessibilityTrust);
+    FakeScreens& screens = give<FakeScreens>(platform.screens);
+    FakePanelWindow window;
+    std::unique_ptr<AppModel> model;
+    std::unique_ptr<NotchController> notch;
+
+    Program()
+    {
+        give<FakeLocations>(platform.locations).folder = disk.path();
+        give<ManualTime>(platform.clock);
+        give<ManualTime>(platform.scheduler);
+        give<ManualQueues>(platform.workQueues);
+        give<FakeDesktopPreferences>(platform.desktopPreferences);
+        give<FakeLoginItem>(platform.loginItem);
+        give<FakePointer>(platform.pointer);
+        give<FakeApplications>(platform.applications);
+        screens.plugIn({ FakeScreens::notched() });
+    }
+
+    void start()
+    {
+        model = std::make_unique<AppModel>(platform);
+        notch = std::make_unique<NotchController>(NotchServices { screens, *platform.pointer, window,
+            *platform.applications, keystrokes, *platform.scheduler, model->settings(), model->store(),
+            model->clipboard(), model->capture(), model->paster() });
+        model->start(*notch);
+        notch->start();
+    }
+
+    void copy(const QString& text) const
+    {
+        FakePasteboard::Content content;
+        content.string = text;
+        pasteboard.copy(content);
+    }
+};
+
+} // namespace
+
+class AppModelTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void announcesWhatIsCopied_data()
+    {
+        QTest::addColumn<bool>("wanted");
+        QTest::newRow("on") << true;
+        QTest::newRow("off") << false;
+    }
+
+    void announcesWhatIsCopied()
+    {
+        QFETCH(const bool, wanted);
+        Program program;
+        program.copy(u"there before the start"_s);
+        program.start();
+        program.model->settings().setPeekOnClipboard(wanted);
+        QVERIFY(program.model->store().isEmpty());
+        program.copy(u"copied"_s);
+        QCOMPARE(program.model->store().items().size(), 1);
+        QCOMPARE(program.notch->state().hasPeek(), wanted);
+        if (wanted)
+            QCOMPARE(program.notch->state().peek()->line, u"copied"_s);
+    }
+
+    void followsTheHotKeySetting()
+    {
+        Program program;
+        program.start();
+        QCOMPARE(program.hotKeys.registered, 1);
+        program.hotKeys.press(program.hotKeys.lastId);
+        QVERIFY(program.notch->state().keyboardMode());
+        program.model->settings().setHotKeyEnabled(false);
+        QCOMPARE(program.hotKeys.registered, 0);
+        program.model->settings().setHotKeyEnabled(true);
+        QCOMPARE(program.hotKeys.registered, 1);
+        QCOMPARE(program.hotKeys.handlers, 1);
+    }
+
+    void staysSilentWhenSwitchedOffBeforeTheStart()
+    {
+        Program program;
+        program.defaults.values.insert(u"hotKeyEnabled"_s, false);
+        program.start();
+        QCOMPARE(program.hotKeys.registered, 0);
+    }
+
+    void dropsEntriesWhenTheLimitFalls()
+    {
+        Program program;
+        program.start();
+        for (int i = 0; i < 30; ++i)
+            program.copy(QString::number(i));
+        program.model->settings().setHistoryLimit(12);
+        QCOMPARE(program.model->store().items().size(), 12);
+        program.model->settings().setHistoryLimit(3);
+        QCOMPARE(program.model->store().items().size(), 10);
+    }
+
+    void outlivesItsController()
+    {
+        Program program;
+        program.start();
+        program.notch.reset();
+        program.copy(u"copied"_s);
+        program.hotKeys.press(program.hotKeys.lastId);
+        program.model->settings().setPasteOnClick(true);
+        QVERIFY(program.model->paster().pasteClicked(program.model->store().items().first().id));
+        QCOMPARE(program.keystrokes.pastes, 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(AppModelTest)
+#include "AppModelTest.moc"

@@ -1,0 +1,251 @@
+"""A private desktop: an X server, a window manager, a compositor, a message bus and folders of its own."""
+
+import json
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+WIDTH, HEIGHT = 1512, 982
+NOTCH_LEFT, NOTCH_RIGHT, NOTCH_HEIGHT = 664, 848, 32
+NOTCH_MIDDLE = (NOTCH_LEFT + NOTCH_RIGHT) // 2
+
+
+class StageMissed(Exception):
+    """Something that a person would have seen did not happen."""
+
+
+def wait_until(what, condition, seconds=15.0):
+    """Returns what `condition` gives as soon as that is true."""
+    end = time.monotonic() + seconds
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > end:
+            raise StageMissed(what)
+        time.sleep(0.02)
+
+
+class Desktop:
+    """`with Desktop(program) as desktop:` starts it all and ends it all."""
+
+    def __init__(self, program, window_manager="openbox", compositor=True, bus=True, scale=1, settings=None):
+        self.program = os.path.abspath(program)
+        self.window_manager = window_manager
+        self.compositor = compositor
+        self.bus = bus
+        self.scale = scale
+        self.processes = []
+        self.nimbarrow = None
+        self.home = pathlib.Path(tempfile.mkdtemp(prefix="nimbarrow-desktop-"))
+        self.environment = {
+            name: value for name, value in os.environ.items()
+            if name not in ("DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS",
+                            "DBUS_SYSTEM_BUS_ADDRESS", "SESSION_MANAGER", "QT_QPA_PLATFORM")
+        }
+        for name, folder in (("HOME", "home"), ("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "data"),
+                             ("XDG_CACHE_HOME", "cache"), ("XDG_RUNTIME_DIR", "runtime")):
+            path = self.home / folder
+            path.mkdir(mode=0o700)
+            self.environment[name] = str(path)
+        self.environment.update({
+            "GSETTINGS_BACKEND": "memory", "NO_AT_BRIDGE": "1", "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8",
+            "XDG_DATA_DIRS": "/usr/local/share:/usr/share", "GTK_THEME": "Adwaita",
+        })
+        self.set_settings(settings or {})
+        self.declare_notch()
+
+    # What the person has set up before the program starts.
+
+    def set_settings(self, settings):
+        lines = "".join(f"{key}={str(value).lower()}\n" for key, value in settings.items())
+        (self.home / "config" / "Nimbarrow.conf").write_text("[General]\n" + lines)
+
+    def declare_notch(self):
+        panels = self.home / "data" / "Nimbarrow" / "display-panels"
+        panels.mkdir(parents=True, exist_ok=True)
+        left, right, height = (n * self.scale for n in (NOTCH_LEFT, NOTCH_RIGHT, NOTCH_HEIGHT))
+        (panels / "screen.json").write_text(json.dumps({
+            "name": "A screen with a notch", "x-res": WIDTH * self.scale, "y-res": HEIGHT * self.scale,
+            "cutouts": [{"name": "notch", "path": f"M {left} 0 H {right} V {height} H {left} Z"}],
+        }))
+
+    # Starting and ending.
+
+    def __enter__(self):
+        try:
+            self._start_server()
+            if self.bus:
+                self._start_bus()
+            self.spawn(["openbox", "--sm-disable"] if self.window_manager == "openbox" else [self.window_manager])
+            wait_until("a window manager", lambda: "window id" in self._root_property("_NET_SUPPORTING_WM_CHECK"))
+            self._paint_background()
+            if self.compositor:
+                self.spawn(["picom", "--config", "/dev/null", "--backend", "xrender", "--no-fading-openclose"])
+                wait_until("a compositor", self._is_composited)
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+        for process in reversed(self.processes):
+            if process.poll() is None:
+                process.terminate()
+        for process in reversed(self.processes):
+            try:
+                process.wait(5)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+        shutil.rmtree(self.home, ignore_errors=True)
+
+    def spawn(self, command, **more):
+        process = subprocess.Popen(command, env=self.environment, cwd=self.home, stdin=subprocess.DEVNULL,
+                                   stdout=more.pop("stdout", subprocess.DEVNULL),
+                                   stderr=more.pop("stderr", subprocess.DEVNULL), **more)
+        self.processes.append(process)
+        return process
+
+    def start(self, **environment):
+        """Starts Nimbarrow and waits until its panel stands over the notch."""
+        log = open(self.home / "nimbarrow.log", "ab")
+        scale = {"QT_SCALE_FACTOR": str(self.scale)} if self.scale != 1 else {}
+        self.nimbarrow = subprocess.Popen([self.program], env={**self.environment, **scale, **environment},
+                                          cwd=self.home, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+        log.close()
+        wait_until("the panel over the notch", lambda: self._still_runs() and self.is_black(NOTCH_MIDDLE, 16))
+
+    def _still_runs(self):
+        if self.nimbarrow.poll() is not None:
+            raise StageMissed(f"Nimbarrow ended with {self.nimbarrow.returncode}:\n{self.log()}")
+        return True
+
+    def stop(self, how=signal.SIGTERM):
+        if self.nimbarrow and self.nimbarrow.poll() is None:
+            self.nimbarrow.send_signal(how)
+            try:
+                self.nimbarrow.wait(10)
+            except subprocess.TimeoutExpired:
+                self.nimbarrow.kill()
+                self.nimbarrow.wait()
+        self.nimbarrow = None
+
+    def log(self):
+        path = self.home / "nimbarrow.log"
+        return path.read_text(errors="replace") if path.exists() else ""
+
+    def _start_server(self):
+        read, write = os.pipe()
+        self.spawn(["Xvfb", "-displayfd", str(write), "-screen", "0",
+                    f"{WIDTH * self.scale}x{HEIGHT * self.scale}x24", "-nolisten", "tcp", "-noreset"],
+                   pass_fds=[write])
+        os.close(write)
+        with os.fdopen(read) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise StageMissed("a private X server")
+        self.environment["DISPLAY"] = ":" + number
+
+    def _start_bus(self):
+        bus = self.spawn(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+
+    def _paint_background(self):
+        size = f"{WIDTH * self.scale}x{HEIGHT * self.scale}"
+        picture = self.home / "background.png"
+        self.call(["convert", "-size", size, "gradient:#31547a-#b98b6d", str(picture)])
+        # `display -window root` wants a visual that Xvfb has and leaves the pixmap behind for compositors.
+        self.call(["display", "-window", "root", str(picture)])
+
+    def _root_property(self, name):
+        return self.call(["xprop", "-root", name]).decode(errors="replace")
+
+    def _is_composited(self):
+        return subprocess.run(["xprop", "-root", "_NET_SUPPORTED"], env=self.environment,
+                              capture_output=True).returncode == 0 and self._compositor_owns_selection()
+
+    def _compositor_owns_selection(self):
+        # A composited screen redirects its windows; picom says so through a property on its own window.
+        return b"picom" in self.call(["xwininfo", "-root", "-tree"])
+
+    # What a person does and sees.
+
+    def call(self, command, **more):
+        return subprocess.run(command, env=self.environment, cwd=self.home, check=True, stdout=subprocess.PIPE,
+                              stderr=more.pop("stderr", subprocess.DEVNULL), timeout=60, **more).stdout
+
+    def xdotool(self, *words):
+        return self.call(["xdotool", *map(str, words)])
+
+    def move(self, x, y):
+        """Moves the pointer there in a few steps, as a hand does."""
+        place = dict(line.split("=") for line in self.xdotool("getmouselocation", "--shell").decode().split())
+        from_x, from_y = int(place["X"]), int(place["Y"])
+        to_x, to_y = x * self.scale, y * self.scale
+        for step in range(1, 6):
+            self.xdotool("mousemove", from_x + (to_x - from_x) * step // 5, from_y + (to_y - from_y) * step // 5)
+            time.sleep(0.015)
+
+    def click(self, x, y):
+        self.move(x, y)
+        self.xdotool("click", 1)
+
+    def drag(self, start, end):
+        """Drags slowly enough for the drag protocol's handshakes."""
+        self.move(*start)
+        time.sleep(0.1)
+        self.xdotool("mousedown", 1)
+        for step in range(1, 13):
+            time.sleep(0.08)
+            self.xdotool("mousemove", (start[0] + (end[0] - start[0]) * step // 12) * self.scale,
+                         (start[1] + (end[1] - start[1]) * step // 12) * self.scale)
+        time.sleep(0.3)
+
+    def key(self, *keys):
+        self.xdotool("key", "--clearmodifiers", "--delay", "40", *keys)
+
+    def copy(self, data, target=None):
+        """Copies with xclip, which stays in the background to serve what it copied."""
+        words = ["xclip", "-selection", "clipboard", "-in"] + (["-t", target] if target else [])
+        process = subprocess.Popen(words, env=self.environment, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL)
+        process.communicate(data if isinstance(data, bytes) else data.encode())
+
+    def pasted(self, target="UTF8_STRING"):
+        """What any other program would paste now."""
+        run = subprocess.run(["xclip", "-selection", "clipboard", "-out", "-t", target], env=self.environment,
+                             capture_output=True, timeout=10)
+        return run.stdout
+
+    def pixel(self, x, y):
+        data = self.call(["import", "-window", "root", "-crop", f"1x1+{x * self.scale}+{y * self.scale}",
+                          "-depth", "8", "rgb:-"])
+        return tuple(data[:3])
+
+    def is_black(self, x, y):
+        return max(self.pixel(x, y)) <= 8
+
+    def picture(self, path):
+        self.call(["import", "-window", "root", str(path)])
+        return path
+
+    # What the history holds, as the disk has it.
+
+    @property
+    def history_folder(self):
+        return self.home / "data" / "Nimbarrow"
+
+    def history(self):
+        try:
+            return json.loads((self.history_folder / "index.json").read_text())
+        except FileNotFoundError:
+            return []
+
+    def wait_for_entry(self, what, matches, seconds=15.0):
+        return wait_until(f"{what} in the history", lambda: next(filter(matches, self.history()), None), seconds)

@@ -1,0 +1,216 @@
+"""The main flow as a person lives it: copy, see the notice, open the surface, paste, use the keyboard, drop."""
+
+import hashlib
+import pathlib
+import time
+
+from desktop import NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_MIDDLE, NOTCH_RIGHT, StageMissed, wait_until
+
+# Where things are in the expanded surface, in points of the screen: 460 wide, centred on the notch.
+SURFACE_LEFT = NOTCH_MIDDLE - 230
+STRIP_Y = 95
+FIRST_ROW_Y = 142
+ROW_HEIGHT = 30
+FIRST_ROW_WITHOUT_STRIP_Y = 92
+BELOW_THE_SURFACE = (NOTCH_MIDDLE, 600)
+
+
+class Editor:
+    """A text editor of another program, asked for its text by saving it."""
+
+    def __init__(self, desktop, name="note.txt"):
+        self.desktop = desktop
+        self.file = desktop.home / name
+        self.file.write_text("")
+        self.process = desktop.spawn(["mousepad", "--disable-server", str(self.file)])
+        window = wait_until("the editor's window", lambda: self._find(), 30)
+        desktop.xdotool("windowsize", window, 700 * desktop.scale, 300 * desktop.scale)
+        desktop.xdotool("windowmove", window, 400 * desktop.scale, 560 * desktop.scale)
+        desktop.xdotool("windowactivate", "--sync", window)
+        self.window = window
+        time.sleep(0.5)
+        desktop.click(750, 720)
+
+    def _find(self):
+        words = self.desktop.xdotool("search", "--sync", "--onlyvisible", "--class", "mousepad").split()
+        return words[-1].decode() if words else None
+
+    def text(self):
+        self.desktop.key("ctrl+s")
+        time.sleep(0.15)
+        return self.file.read_text()
+
+    def wait_for_text(self, what, expected):
+        wait_until(f"{what} in the editor (it has {self.text()!r})", lambda: expected in self.text())
+
+
+class Flow:
+    """Plays the stages in order; `show` is called with each stage's name when a person would look."""
+
+    def __init__(self, desktop, show=lambda stage: None):
+        self.desktop = desktop
+        self.show = show
+
+    # What a person sees.
+
+    def is_open(self):
+        return self.desktop.is_black(SURFACE_LEFT + 40, 200)
+
+    def wait_open(self):
+        wait_until("the surface grown down", self.is_open)
+        time.sleep(0.4)
+
+    def wait_closed(self):
+        wait_until("the surface shrunk to the notch", lambda: not self.is_open() and not self.desktop.is_black(
+            NOTCH_MIDDLE, NOTCH_HEIGHT + 8))
+        time.sleep(0.35)
+
+    def open_by_pointer(self):
+        self.desktop.move(NOTCH_MIDDLE, 16)
+        self.wait_open()
+
+    def leave(self):
+        self.desktop.move(*BELOW_THE_SURFACE)
+        self.wait_closed()
+
+    def wait_for_notice(self, what):
+        wait_until(f"a notice for {what}", lambda: self.desktop.is_black(NOTCH_LEFT - 40, 4)
+                   and self.desktop.is_black(NOTCH_RIGHT + 140, 4), 8)
+        time.sleep(0.35)
+
+    def wait_notice_gone(self):
+        wait_until("the end of the notice", lambda: not self.desktop.is_black(NOTCH_LEFT - 40, 4), 8)
+        time.sleep(0.35)
+
+    # The stages.
+
+    def copies(self):
+        """Text, a link, an image and a file, each copied by another program and announced by a notice."""
+        desktop = self.desktop
+        picture = desktop.home / "Sunset.png"
+        desktop.call(["convert", "-size", "640x400", "gradient:#f6a04d-#5b3fa8", str(picture)])
+        document = desktop.home / "Budget 2026.ods"
+        document.write_bytes(b"numbers")
+        stages = (
+            ("text", "Зустріч переносимо на п’ятницю, 14:30", None,
+             lambda item: item["kind"] == "text" and item["text"].startswith("Зустріч")),
+            ("link", "https://www.debian.org/releases/stable/", None,
+             lambda item: item["kind"] == "link"),
+            ("image", picture.read_bytes(), "image/png",
+             lambda item: item["kind"] == "image" and _same_bytes(item["imagePath"], picture)),
+            ("file", document.as_uri() + "\r\n", "text/uri-list",
+             lambda item: item["kind"] == "files" and item["filePaths"] == [str(document)]),
+        )
+        for name, data, target, matches in stages:
+            desktop.copy(data, target)
+            self.wait_for_notice(name)
+            self.show(f"notice-{name}")
+            desktop.wait_for_entry(name, matches)
+            self.wait_notice_gone()
+
+    def hovers(self):
+        self.open_by_pointer()
+        self.show("surface")
+
+    def row(self, index):
+        return SURFACE_LEFT + 120, FIRST_ROW_Y + ROW_HEIGHT * index + ROW_HEIGHT // 2
+
+    def click_pastes(self, editor):
+        """The second row, the link, goes into the editor; the surface closes by itself."""
+        self.desktop.move(*self.row(1))
+        time.sleep(0.4)
+        self.show("hovered-row")
+        self.desktop.click(*self.row(1))
+        self.wait_closed()
+        if self.desktop.pasted() != b"https://www.debian.org/releases/stable/":
+            raise StageMissed("the clicked link on the clipboard")
+        self.desktop.move(*BELOW_THE_SURFACE)
+        editor.wait_for_text("the clicked link", "https://www.debian.org/releases/stable/")
+        self.show("pasted-by-click")
+
+    def leaves(self):
+        self.open_by_pointer()
+        self.leave()
+        self.show("left")
+
+    def keyboard(self, editor):
+        """Down to the last row, Return pastes; then Delete, Escape, and the editor has the keyboard again."""
+        desktop = self.desktop
+        desktop.key("super+shift+v")
+        self.wait_open()
+        desktop.key("Down", "Down")
+        time.sleep(0.3)
+        self.show("keyboard-mode")
+        desktop.key("Return")
+        self.wait_closed()
+        editor.wait_for_text("the text chosen with the keyboard", "Зустріч переносимо на п’ятницю, 14:30")
+        before = len(desktop.history())
+        desktop.key("super+shift+v")
+        self.wait_open()
+        desktop.key("Delete")
+        wait_until("an entry less in the history", lambda: len(desktop.history()) == before - 1)
+        self.show("deleted")
+        desktop.key("Escape")
+        self.wait_closed()
+        desktop.xdotool("type", "--delay", "30", " back again")
+        editor.wait_for_text("what was typed after Escape", "back again")
+        self.show("keyboard-given-back")
+
+    def drops(self, drag_source):
+        """Text dragged out of another program, then a file."""
+        desktop = self.desktop
+        desktop.move(*drag_source.text_place)
+        desktop.drag(drag_source.text_place, (NOTCH_MIDDLE, 20))
+        wait_until("the surface open for the drop", self.is_open)
+        self.show("drop-hint")
+        desktop.xdotool("mouseup", 1)
+        desktop.wait_for_entry("the dropped text", lambda item: item.get("text") == drag_source.text
+                               and item.get("sourceApp") in ("Shelf", "Полиця"))
+        time.sleep(0.5)
+        desktop.move(*BELOW_THE_SURFACE)
+        self.wait_closed()
+        desktop.drag(drag_source.file_place, (NOTCH_MIDDLE, 20))
+        wait_until("the surface open for the file", self.is_open)
+        desktop.xdotool("mouseup", 1)
+        desktop.wait_for_entry("the dropped file",
+                               lambda item: item.get("filePaths") == [str(drag_source.file)])
+        time.sleep(0.5)
+        desktop.move(*BELOW_THE_SURFACE)
+        self.wait_closed()
+
+    def restarts(self, **environment):
+        before = self.desktop.history()
+        if not before:
+            raise StageMissed("a history to restart with")
+        self.desktop.stop()
+        self.desktop.start(**environment)
+        self.open_by_pointer()
+        self.show("after-restart")
+        if self.desktop.history() != before:
+            raise StageMissed("the same history after a restart")
+        self.leave()
+
+
+class DragSource:
+    """A window of another program with a text and a file to drag out."""
+
+    def __init__(self, desktop, program):
+        self.text = "Dragged from afar"
+        self.file = desktop.home / "Agenda.pdf"
+        self.file.write_bytes(b"%PDF-1.4\n")
+        self.process = desktop.spawn([str(program), self.text, str(self.file)])
+        window = wait_until("the drag source's window", lambda: desktop.xdotool(
+            "search", "--sync", "--onlyvisible", "--name", "Drag source").split()[-1].decode(), 20)
+        desktop.xdotool("windowmove", window, 100 * desktop.scale, 600 * desktop.scale)
+        time.sleep(0.5)
+        self.text_place = (160, 680)
+        self.file_place = (160, 780)
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait(10)
+
+
+def _same_bytes(path, picture):
+    digest = lambda file: hashlib.sha256(pathlib.Path(file).read_bytes()).digest()
+    return pathlib.Path(path).exists() and digest(path) == digest(picture)

@@ -1,0 +1,426 @@
+#include "notch/NotchController.h"
+
+#include "clipboard/ClipboardMonitor.h"
+#include "clipboard/ClipboardStore.h"
+#include "clipboard/PasteboardCapture.h"
+#include "clipboard/Paster.h"
+#include "preferences/L10n.h"
+#include "support/FakeApplications.h"
+#include "support/FakeDesktop.h"
+#include "support/FakeKeystrokes.h"
+#include "support/FakePasteboard.h"
+#include "support/HistoryFixture.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using namespace nimbarrow;
+
+namespace {
+
+const RunningApplication editor { u"Editor"_s, u"editor"_s, 7 };
+constexpr ScreenPoint insideNotch { 750, -16 };
+constexpr ScreenPoint farAway { 100, -900 };
+
+/// The whole surface over doubles of the desktop.
+struct Surface : HistoryFixture {
+    FakeScreens screens;
+    FakePointer pointer;
+    FakePanelWindow window;
+    FakeApplications applications;
+    FakeKeystrokes keystrokes;
+    FakePasteboard pasteboard;
+    PasteboardCapture capture { *store, queues };
+    ClipboardMonitor monitor { capture, pasteboard, applications, time };
+    Paster paster { *store, monitor, settings, trust, keystrokes };
+    NotchController controller { NotchServices { screens, pointer, window, applications, keystrokes, time,
+        settings, *store, monitor, capture, paster } };
+
+    Surface()
+    {
+        paster.deliverPaste = [this] { controller.deliverPaste(); };
+        screens.plugIn({ FakeScreens::notched() });
+        applications.front = editor;
+        controller.start();
+    }
+
+    NotchState& state() { return controller.state(); }
+    [[nodiscard]] bool isExpanded() { return state().mode() == NotchState::Expanded; }
+
+    /// The last one is the newest, at the top of the list.
+    void remember(const QStringList& texts)
+    {
+        for (const auto& text : texts) {
+            store->addText(text, std::nullopt);
+            time.advance(1s);
+        }
+    }
+
+    void rememberImage(const QString& name)
+    {
+        store->addFiles({ QUrl::fromLocalFile(u'/' + name + u".png"_s) }, std::nullopt);
+        time.advance(1s);
+    }
+
+    [[nodiscard]] QString selected()
+    {
+        const auto* item = store->find(state().selection());
+        return item ? item->text.value_or(item->imagePath.value_or(QString())) : QString();
+    }
+};
+
+PeekContent notice(const QString& line) { return PeekContent::make(u"link"_s, line); }
+
+} // namespace
+
+class NotchControllerTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { L10n::setCurrent(L10n::English); }
+
+    void coversTheNotchExactlyAndHidesWithoutOne()
+    {
+        Surface s;
+        const ScreenRect notch { 664, -32, 184, 32 };
+        QCOMPARE(s.window.frame, notch);
+        QVERIFY(s.window.visible);
+
+        s.controller.toggleKeyboard();
+        s.screens.plugIn({});
+        QVERIFY(!s.window.visible);
+        QVERIFY(!s.state().keyboardMode());
+        s.controller.hoverEntered();
+        s.controller.peek(notice(u"unseen"_s));
+        QVERIFY(!s.state().hasPeek());
+
+        // The screen that comes back is laid out for whatever mode it meets.
+        s.screens.plugIn({ FakeScreens::notched() });
+        QVERIFY(s.window.visible);
+    }
+
+    void followsAScreenThatChangesWhileExpanded()
+    {
+        Surface s;
+        s.controller.hoverEntered();
+        auto moved = FakeScreens::notched();
+        for (auto* rect : { &moved.frame, &*moved.topLeftArea, &*moved.topRightArea })
+            rect->x += 1000;
+        s.screens.plugIn({ moved });
+        QVERIFY(s.isExpanded());
+        QCOMPARE(s.window.frame, (ScreenRect { 1526, -258, 460, 258 }));
+    }
+
+    void expandsAtOnceAndShrinksThePanelLater()
+    {
+        Surface s;
+        int expansions = 0;
+        s.controller.onExpand = [&expansions] { ++expansions; };
+        s.state().setShowSettings(true);
+        s.controller.hoverEntered();
+        s.controller.hoverEntered();
+        QCOMPARE(s.window.frame, (ScreenRect { 526, -258, 460, 258 }));
+        QCOMPARE(expansions, 1);
+        QVERIFY(!s.state().showSettings());
+
+        s.controller.hoverExited();
+        s.time.advance(39ms);
+        QVERIFY(s.isExpanded());
+        s.time.advance(1ms);
+        QCOMPARE(s.state().mode(), NotchState::Collapsed);
+        s.time.advance(279ms);
+        QCOMPARE(s.window.frame.width, 460.0);
+        s.time.advance(1ms);
+        QCOMPARE(s.window.frame, s.state().geometry()->notchRect);
+        QCOMPARE(s.time.pending(), 0);
+    }
+
+    void keepsItsSizeWhenItGrowsAgainWhileItShrinks()
+    {
+        Surface s;
+        s.controller.hoverEntered();
+        s.controller.actions().collapse();
+        s.time.advance(200ms);
+        s.controller.hoverEntered();
+        s.time.advance(1s);
+        s.pointer.place = insideNotch;
+        QCOMPARE(s.window.frame.width, s.isExpanded() ? 460.0 : 184.0);
+    }
+
+    void isAsHighAsTheCalendarNeeds()
+    {
+        Surface s;
+        s.pointer.place = insideNotch;
+        s.controller.hoverEntered();
+        s.state().setCalendarExpanded(true);
+        QCoreApplication::processEvents();
+        QCOMPARE(s.window.frame.height, 322.0);
+        s.settings.setShowCalendar(false);
+        QCOMPARE(s.window.frame.height, 240.0);
+        s.settings.setShowCalendar(true);
+        s.controller.actions().collapse();
+        QCoreApplication::processEvents();
+        // The calendar folds with the surface, without a panel that is too small for what still shrinks.
+        QVERIFY(!s.state().calendarExpanded());
+        QCOMPARE(s.window.frame.height, 322.0);
+    }
+
+    void collapsesOnlyWhenNothingHoldsIt_data()
+    {
+        QTest::addColumn<QPointF>("pointer");
+        QTest::addColumn<int>("holds");
+        QTest::addColumn<bool>("button");
+        QTest::addColumn<bool>("stays");
+        QTest::newRow("far away") << QPointF(100, -900) << 0 << false << false;
+        QTest::newRow("4 points below") << QPointF(756, -262) << 0 << false << true;
+        QTest::newRow("5 points below") << QPointF(756, -263) << 0 << false << false;
+        QTest::newRow("4 points beside") << QPointF(522, -100) << 0 << false << true;
+        QTest::newRow("5 points beside") << QPointF(521, -100) << 0 << false << false;
+        QTest::newRow("held") << QPointF(100, -900) << 1 << false << true;
+        QTest::newRow("dragging out") << QPointF(100, -900) << 0 << true << true;
+    }
+
+    void collapsesOnlyWhenNothingHoldsIt()
+    {
+        QFETCH(const QPointF, pointer);
+        QFETCH(const int, holds);
+        QFETCH(const bool, button);
+        QFETCH(const bool, stays);
+        Surface s;
+        s.controller.hoverEntered();
+        s.pointer.place = { pointer.x(), pointer.y() };
+        s.pointer.buttonDown = button;
+        for (int i = 0; i < holds; ++i)
+            s.controller.actions().hold();
+        s.time.advance(50ms);
+        QCOMPARE(s.isExpanded(), stays);
+        s.pointer.buttonDown = false;
+        s.pointer.place = farAway;
+        for (int i = 0; i < holds; ++i)
+            s.controller.actions().release();
+        s.time.advance(150ms);
+        QVERIFY(!s.isExpanded());
+    }
+
+    void countsHoldsAndNeverBelowZero()
+    {
+        Surface s;
+        auto& actions = s.controller.actions();
+        s.controller.hoverEntered();
+        actions.release();
+        actions.release();
+        actions.hold();
+        actions.hold();
+        actions.release();
+        s.time.advance(10s);
+        QVERIFY(s.isExpanded());
+        actions.release();
+        s.time.advance(150ms);
+        QVERIFY(!s.isExpanded());
+    }
+
+    void showsOneNoticeAtATime()
+    {
+        Surface s;
+        s.controller.peek(notice(u"first"_s));
+        QCOMPARE(s.window.frame, (ScreenRect { 510, -60, 492, 60 }));
+        s.controller.peek(notice(u"second"_s));
+        QCOMPARE(s.state().peek()->line, u"first"_s);
+        s.time.advance(2399ms);
+        QCOMPARE(s.state().mode(), NotchState::Peek);
+        s.time.advance(1ms);
+        QCOMPARE(s.state().mode(), NotchState::Collapsed);
+        QVERIFY(s.state().hasPeek());
+        s.time.advance(280ms);
+        QVERIFY(!s.state().hasPeek());
+    }
+
+    void turnsANoticeIntoTheSurfaceUnderThePointer()
+    {
+        Surface s;
+        s.controller.peek(notice(u"first"_s));
+        s.controller.hoverEntered();
+        s.pointer.place = insideNotch;
+        s.time.advance(5s);
+        QVERIFY(s.isExpanded());
+        QVERIFY(!s.state().hasPeek());
+        s.controller.peek(notice(u"while open"_s));
+        QVERIFY(!s.state().hasPeek());
+    }
+
+    void takesWhatIsDropped()
+    {
+        Surface s;
+        L10n::setCurrent(L10n::Ukrainian);
+        s.controller.dragEntered();
+        s.controller.dragEntered();
+        QVERIFY(s.state().dropTargeted());
+        s.time.advance(5s);
+        QVERIFY(s.isExpanded());
+        s.pasteboard.content.string = u"dropped"_s;
+        s.controller.dropped(s.pasteboard);
+        QCOMPARE(s.store->items().first().text, u"dropped"_s);
+        QCOMPARE(s.store->items().first().sourceApp, u"Полиця"_s);
+        QVERIFY(!s.state().dropTargeted());
+        s.controller.dragExited();
+        s.time.advance(150ms);
+        QVERIFY(!s.isExpanded());
+    }
+
+    void selectsWithTheArrowKeys()
+    {
+        Surface s;
+        s.remember({ u"c"_s, u"b"_s, u"a"_s });
+        s.rememberImage(u"y"_s);
+        s.rememberImage(u"x"_s);
+        s.controller.toggleKeyboard();
+        const struct {
+            Key key;
+            QString selected;
+        } steps[] = {
+            { Key::Up, u"a"_s },
+            { Key::Down, u"b"_s },
+            { Key::Right, u"/x.png"_s },
+            { Key::Right, u"/y.png"_s },
+            { Key::Right, u"/y.png"_s },
+            { Key::Up, u"b"_s }, // where it was in the list
+            { Key::Down, u"c"_s },
+            { Key::Down, u"c"_s },
+            { Key::Left, u"/y.png"_s },
+            { Key::Left, u"/x.png"_s },
+            { Key::Left, u"/x.png"_s },
+        };
+        QCOMPARE(s.selected(), u"a"_s);
+        for (const auto& step : steps) {
+            s.window.press(step.key);
+            QCOMPARE(s.selected(), step.selected);
+        }
+    }
+
+    void keepsTheSelectionOnAnEntryThatExists()
+    {
+        Surface s;
+        s.remember({ u"c"_s, u"b"_s, u"a"_s });
+        s.controller.toggleKeyboard();
+        s.window.press(Key::Down);
+        s.window.press(Key::ForwardDelete);
+        QCOMPARE(s.selected(), u"c"_s); // the one that moved up
+        s.window.press(Key::Backspace);
+        QCOMPARE(s.selected(), u"a"_s); // the last one left
+        s.store->addText(u"new"_s, std::nullopt);
+        QCOMPARE(s.selected(), u"a"_s);
+        s.store->clear();
+        QVERIFY(s.state().selection().isNull());
+        s.window.press(Key::Down);
+        s.window.press(Key::Return);
+        QVERIFY(!s.state().keyboardMode());
+        QCOMPARE(s.keystrokes.pastes, 0);
+    }
+
+    void givesTheKeyboardBack_data()
+    {
+        QTest::addColumn<Key>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<bool>("closes");
+        QTest::addColumn<QString>("copied");
+        const auto command = static_cast<int>(KeyModifier::Command);
+        const auto shift = static_cast<int>(KeyModifier::Shift);
+        QTest::newRow("escape") << Key::Escape << 0 << true << QString();
+        QTest::newRow("the hot key") << Key::V << (command | shift) << true << QString();
+        QTest::newRow("command-v") << Key::V << command << false << QString();
+        QTest::newRow("command-c") << Key::C << command << true << u"a"_s;
+        QTest::newRow("c") << Key::C << 0 << false << QString();
+        QTest::newRow("command-shift-c") << Key::C << (command | shift) << false << QString();
+        QTest::newRow("another key") << Key::Other << 0 << false << QString();
+    }
+
+    void givesTheKeyboardBack()
+    {
+        QFETCH(const Key, key);
+        QFETCH(const int, modifiers);
+        QFETCH(const bool, closes);
+        QFETCH(const QString, copied);
+        Surface s;
+        s.remember({ u"a"_s });
+        s.controller.toggleKeyboard();
+        QVERIFY(s.window.key);
+        s.pointer.place = insideNotch;
+        s.time.advance(10s);
+        QVERIFY(s.isExpanded());
+        s.window.press(key, KeyModifiers::fromInt(modifiers));
+        QCOMPARE(s.state().keyboardMode(), !closes);
+        QCOMPARE(s.window.key, !closes);
+        QCOMPARE(s.isExpanded(), !closes);
+        QCOMPARE(s.applications.activated, closes ? QList { editor } : QList<RunningApplication> {});
+        QCOMPARE(s.pasteboard.content.string.value_or(QString()), copied);
+        QVERIFY(s.state().selection().isNull() == closes);
+    }
+
+    void leavesTheKeyboardToWhoeverTookIt()
+    {
+        Surface s;
+        s.controller.toggleKeyboard();
+        s.window.loseKey();
+        QVERIFY(!s.state().keyboardMode());
+        QVERIFY(!s.isExpanded());
+        QCOMPARE(s.applications.activated, {});
+    }
+
+    void pastesAfterTheKeyboardWasGivenBack()
+    {
+        Surface s;
+        s.remember({ u"b"_s, u"a"_s });
+        s.controller.toggleKeyboard();
+        s.window.press(Key::Down);
+        s.window.press(Key::KeypadEnter);
+        QCOMPARE(s.pasteboard.content.string, u"b"_s);
+        QCOMPARE(s.applications.activated, QList { editor });
+        s.time.advance(49ms);
+        QCOMPARE(s.keystrokes.pastes, 0);
+        s.time.advance(1ms);
+        QCOMPARE(s.keystrokes.pastes, 1);
+        QVERIFY(!s.isExpanded());
+    }
+
+    void pastesAtOnceOutsideKeyboardMode()
+    {
+        Surface s;
+        s.controller.deliverPaste();
+        QCOMPARE(s.keystrokes.pastes, 1);
+    }
+
+    void tellsATapOfSpaceFromAHold()
+    {
+        Surface s;
+        int plays = 0;
+        s.controller.onPlayPause = [&plays] { ++plays; };
+        s.remember({ u"a"_s });
+        s.rememberImage(u"x"_s);
+        s.controller.toggleKeyboard();
+        s.window.press(Key::Space);
+        QCOMPARE(plays, 1); // in the list of texts it plays at once
+        s.window.letGo(Key::Space);
+        QCOMPARE(plays, 1);
+
+        s.window.press(Key::Right);
+        s.window.press(Key::Space);
+        s.time.advance(349ms);
+        s.window.letGo(Key::Space);
+        QCOMPARE(plays, 2);
+
+        s.window.press(Key::Space);
+        s.time.advance(350ms);
+        QCOMPARE(s.state().preview(), s.state().selection());
+        QCOMPARE(s.window.frame, (ScreenRect { 376, -480, 760, 480 }));
+        s.window.letGo(Key::Space);
+        QVERIFY(s.state().preview().isNull());
+        QCOMPARE(plays, 2);
+        s.time.advance(280ms);
+        QCOMPARE(s.window.frame.width, 460.0);
+    }
+};
+
+QTEST_GUILESS_MAIN(NotchControllerTest)
+#include "NotchControllerTest.moc"

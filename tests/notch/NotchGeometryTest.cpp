@@ -1,0 +1,87 @@
+#include "notch/NotchPanel.h"
+#include "support/FakeDesktop.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+namespace {
+
+Screen screen(ScreenRect frame, double inset, std::optional<double> left, std::optional<double> right)
+{
+    Screen result { u"eDP-1"_s, frame, inset, std::nullopt, std::nullopt };
+    const auto y = frame.maxY() - inset;
+    if (left)
+        result.topLeftArea = ScreenRect { frame.x, y, *left, inset };
+    if (right)
+        result.topRightArea = ScreenRect { frame.maxX() - *right, y, *right, inset };
+    return result;
+}
+
+} // namespace
+
+class NotchGeometryTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsTheFirstScreenWithANotch_data()
+    {
+        const ScreenRect frame { 0, 0, 1512, 982 };
+        const auto notched = screen(frame, 32, 664, 664);
+        QTest::addColumn<QList<Screen>>("screens");
+        QTest::addColumn<QRectF>("notch"); // Null where there is none.
+        QTest::newRow("no screen") << QList<Screen> {} << QRectF();
+        QTest::newRow("no inset") << QList { screen(frame, 0, 664, 664) } << QRectF();
+        QTest::newRow("no left area") << QList { screen(frame, 32, {}, 664) } << QRectF();
+        QTest::newRow("no right area") << QList { screen(frame, 32, 664, {}) } << QRectF();
+        QTest::newRow("areas meet") << QList { screen(frame, 32, 756, 756) } << QRectF();
+        QTest::newRow("areas overlap") << QList { screen(frame, 32, 800, 756) } << QRectF();
+        QTest::newRow("whole points") << QList { notched } << QRectF(664, 950, 184, 32);
+        QTest::newRow("a fraction wide") << QList { screen(frame, 32, 663.3, 663.3) } << QRectF(663, 950, 186, 32);
+        QTest::newRow("the second screen") << QList { screen({ -1920, 0, 1920, 1080 }, 0, {}, {}), notched }
+                                           << QRectF(664, 950, 184, 32);
+        QTest::newRow("left of the main screen")
+            << QList { screen({ -1512, -100, 1512, 982 }, 32, 664, 664) } << QRectF(-848, 850, 184, 32);
+    }
+
+    void findsTheFirstScreenWithANotch()
+    {
+        QFETCH(const QList<Screen>, screens);
+        QFETCH(const QRectF, notch);
+        const auto geometry = NotchGeometry::find(screens);
+        QCOMPARE(geometry.has_value(), !notch.isNull());
+        if (geometry) {
+            const auto& rect = geometry->notchRect;
+            QCOMPARE(QRectF(rect.x, rect.y, rect.width, rect.height), notch);
+            QCOMPARE(geometry->screenFrame, screens.last().frame);
+        }
+    }
+
+    void hangsEachModeFromTheTopEdge_data()
+    {
+        QTest::addColumn<double>("notchX");
+        QTest::addColumn<double>("expandedX");
+        QTest::newRow("whole middle") << 664.0 << 526.0;
+        QTest::newRow("half points round away from zero") << 664.5 << 527.0;
+        QTest::newRow("also below zero") << -848.5 << -987.0;
+    }
+
+    void hangsEachModeFromTheTopEdge()
+    {
+        QFETCH(const double, notchX);
+        QFETCH(const double, expandedX);
+        const NotchGeometry geometry { { -2000, 0, 4000, 982 }, { notchX, 950, 184, 32 } };
+        QCOMPARE(NotchPanel::frameFor(NotchState::Collapsed, geometry, {}), geometry.notchRect);
+        QCOMPARE(NotchPanel::frameFor(NotchState::Expanded, geometry, { 460, 258 }),
+            (ScreenRect { expandedX, 724, 460, 258 }));
+        const auto peek = NotchPanel::frameFor(NotchState::Peek, geometry, {});
+        QCOMPARE(peek.width, 492.0);
+        QCOMPARE(peek.y, 922.0);
+        QCOMPARE(NotchPanel::previewFrame(geometry).width, 760.0);
+        QCOMPARE(NotchPanel::previewFrame(geometry).y, 502.0);
+    }
+};
+
+QTEST_GUILESS_MAIN(NotchGeometryTest)
+#include "NotchGeometryTest.moc"

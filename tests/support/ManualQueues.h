@@ -1,0 +1,86 @@
+#pragma once
+
+#include "platform/WorkQueue.h"
+
+#include <QList>
+#include <QPointer>
+#include <QStringList>
+
+#include <utility>
+
+namespace nimbarrow {
+
+/// Work queues whose work runs on the test's thread, when the test says so and in the order it was handed in.
+class ManualQueues final : public WorkQueues {
+public:
+    [[nodiscard]] std::unique_ptr<WorkQueue> serial(const QString& label) override { return make(label); }
+    [[nodiscard]] std::unique_ptr<WorkQueue> concurrent(const QString& label) override { return make(label); }
+
+    /// Runs one piece of work and hands its answer back. False when there was none.
+    bool runNext()
+    {
+        if (m_jobs->isEmpty())
+            return false;
+        const auto job = m_jobs->takeFirst();
+        job.work();
+        if (job.receiver && job.done)
+            job.done();
+        return true;
+    }
+
+    /// Until nothing is left, the work that answers ask for included.
+    void runAll()
+    {
+        while (runNext()) { }
+    }
+
+    [[nodiscard]] qsizetype waiting() const { return m_jobs->size(); }
+    [[nodiscard]] const QStringList& labels() const { return m_labels; }
+
+private:
+    struct Job {
+        const WorkQueue* queue;
+        WorkQueue::Work work;
+        QPointer<QObject> receiver;
+        WorkQueue::Work done;
+    };
+    using Jobs = QList<Job>;
+
+    class Queue final : public WorkQueue {
+    public:
+        explicit Queue(std::shared_ptr<Jobs> jobs)
+            : m_jobs(std::move(jobs))
+        {
+        }
+        ~Queue() override
+        {
+            // What was handed in runs in any case; nobody waits for the answer any more.
+            for (const auto& job : std::exchange(*m_jobs, {})) {
+                if (job.queue == this)
+                    job.work();
+                else
+                    *m_jobs << job;
+            }
+        }
+
+        using WorkQueue::run;
+        void run(Work work, QObject* receiver, Work done) override
+        {
+            *m_jobs << Job { this, std::move(work), receiver, std::move(done) };
+        }
+
+    private:
+        std::shared_ptr<Jobs> m_jobs;
+    };
+
+    std::unique_ptr<WorkQueue> make(const QString& label)
+    {
+        m_labels << label;
+        return std::make_unique<Queue>(m_jobs);
+    }
+
+    std::shared_ptr<Jobs> m_jobs = std::make_shared<Jobs>();
+    QStringList m_labels;
+};
+
+} // namespace nimbarrow
