@@ -1,0 +1,89 @@
+#include "clipboard/ClipboardItem.h"
+
+#include "preferences/L10n.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+using Kind = ClipboardItem::Kind;
+
+namespace {
+
+ClipboardItem textItem(const QString& text)
+{
+    ClipboardItem item;
+    item.text = text;
+    return item;
+}
+
+} // namespace
+
+class ClipboardItemTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { L10n::setCurrent(L10n::English); }
+
+    void summaryOfATextIsItsFirstLine_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("summary");
+        QTest::newRow("first of two") << u"\n\n  first line  \nsecond"_s << u"first line"_s;
+        QTest::newRow("every line break") << u"\v\f\r\n\u0085\u2028\u2029a\u2028b"_s << u"a"_s;
+        QTest::newRow("a line of spaces is a line") << u"  \t\nsecond"_s << u""_s;
+        QTest::newRow("wide spaces and tabs go") << u"\u00a0\t\u3000a b\u2003"_s << u"a b"_s;
+        QTest::newRow("other invisible characters stay") << u"\u200ba\x1c"_s << u"\u200ba\x1c"_s;
+        QTest::newRow("only line breaks") << u"\n\r\n"_s << u""_s;
+    }
+    void summaryOfATextIsItsFirstLine()
+    {
+        QFETCH(QString, text);
+        QTEST(textItem(text).summary().value(), "summary");
+    }
+
+    void linkIsSummedUpByItsHost()
+    {
+        auto link = textItem(u"https://example.org/a?b"_s);
+        link.kind = Kind::Link;
+        QCOMPARE(link.summary(), u"example.org"_s);
+        QCOMPARE(link.dragUrl(), QUrl(u"https://example.org/a?b"_s));
+        link.text = u"https://[broken"_s;
+        QCOMPARE(link.summary(), link.text);
+        QCOMPARE(link.dragUrl(), std::nullopt);
+        link.text.reset();
+        QCOMPARE(link.summary(), std::nullopt);
+    }
+
+    void filesAreNamedOrCounted()
+    {
+        ClipboardItem item;
+        item.kind = Kind::Files;
+        item.filePaths = QStringList { u"/a/one.txt"_s };
+        QCOMPARE(item.symbol(), u"doc"_s);
+        QCOMPARE(item.kindLabel(), u"File"_s);
+        QCOMPARE(item.summary(), u"one.txt"_s);
+        item.filePaths = QStringList { u"/a/one.txt"_s, u"/a/b#c"_s };
+        QCOMPARE(item.symbol(), u"doc.on.doc"_s);
+        QCOMPARE(item.kindLabel(), u"Files"_s);
+        L10n::setCurrent(L10n::Ukrainian);
+        QCOMPARE(item.summary(), u"2 файли"_s);
+        QCOMPARE(item.fileUrls().last().toLocalFile(), u"/a/b#c"_s);
+    }
+
+    void screenshotIsAnImageOfItsOwn()
+    {
+        ClipboardItem item;
+        item.kind = Kind::Image;
+        QCOMPARE(item.symbol(), u"photo"_s);
+        QCOMPARE(item.summary(), std::nullopt);
+        item.isScreenshot = true;
+        item.imagePath = u"/a/Shot 1.png"_s;
+        QCOMPARE(item.symbol(), u"camera.viewfinder"_s);
+        QCOMPARE(item.kindLabel(), u"Screenshot"_s);
+        QCOMPARE(item.summary(), u"Shot 1.png"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(ClipboardItemTest)
+#include "ClipboardItemTest.moc"

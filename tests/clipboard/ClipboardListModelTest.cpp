@@ -1,0 +1,129 @@
+#include "clipboard/ClipboardListModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+namespace {
+
+ClipboardItem numbered(int number)
+{
+    ClipboardItem item;
+    item.id = QUuid(static_cast<uint>(number), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+    item.text = QString::number(number);
+    return item;
+}
+
+QList<ClipboardItem> list(std::initializer_list<int> numbers)
+{
+    QList<ClipboardItem> items;
+    for (const auto number : numbers)
+        items << numbered(number);
+    return items;
+}
+
+} // namespace
+
+class ClipboardListModelTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void touchesNoMoreRowsThanChanged_data()
+    {
+        QTest::addColumn<QList<ClipboardItem>>("after");
+        QTest::addColumn<QList<int>>("insertsMovesRemoves");
+        QTest::newRow("new on top") << list({ 9, 1, 2, 3, 4 }) << QList { 1, 0, 0 };
+        QTest::newRow("last to the top") << list({ 4, 1, 2, 3 }) << QList { 0, 1, 0 };
+        QTest::newRow("first to the end") << list({ 2, 3, 4, 1 }) << QList { 0, 1, 0 };
+        QTest::newRow("neighbours") << list({ 1, 3, 2, 4 }) << QList { 0, 1, 0 };
+        QTest::newRow("two in the middle gone") << list({ 1, 4 }) << QList { 0, 0, 1 };
+        QTest::newRow("new on top, last gone") << list({ 9, 1, 2, 3 }) << QList { 1, 0, 1 };
+        QTest::newRow("the same") << list({ 1, 2, 3, 4 }) << QList { 0, 0, 0 };
+        QTest::newRow("all gone") << list({}) << QList { 0, 0, 1 };
+    }
+    void touchesNoMoreRowsThanChanged()
+    {
+        QFETCH(QList<ClipboardItem>, after);
+        ClipboardListModel model;
+        model.setItems(list({ 1, 2, 3, 4 }));
+        const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        const QSignalSpy inserts(&model, &ClipboardListModel::rowsInserted);
+        const QSignalSpy moves(&model, &ClipboardListModel::rowsMoved);
+        const QSignalSpy removes(&model, &ClipboardListModel::rowsRemoved);
+        const QSignalSpy counts(&model, &ClipboardListModel::countChanged);
+        model.setItems(after);
+        QCOMPARE(model.items(), after);
+        QTEST(QList({ int(inserts.size()), int(moves.size()), int(removes.size()) }), "insertsMovesRemoves");
+        QCOMPARE(counts.size(), after.size() == 4 ? 0 : 1);
+    }
+
+    void followsAnyChange()
+    {
+        auto random = QRandomGenerator(20260301);
+        ClipboardListModel model;
+        const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        // A view knows the rows only by the signals: it keeps a copy by them.
+        QStringList seen;
+        const auto text
+            = [&model](int row) { return model.index(row).data(ClipboardListModel::SummaryRole).toString(); };
+        connect(
+            &model, &ClipboardListModel::rowsInserted, this, [&](const QModelIndex&, int first, int last) {
+                for (auto row = first; row <= last; ++row)
+                    seen.insert(row, text(row));
+            });
+        connect(&model, &ClipboardListModel::rowsRemoved, this,
+            [&](const QModelIndex&, int first, int last) { seen.remove(first, last - first + 1); });
+        connect(&model, &ClipboardListModel::rowsMoved, this,
+            [&](const QModelIndex&, int from, int, const QModelIndex&, int to) {
+                seen.move(from, to > from ? to - 1 : to);
+            });
+        connect(&model, &ClipboardListModel::dataChanged, this,
+            [&](const QModelIndex& index) { seen[index.row()] = text(index.row()); });
+
+        QList<ClipboardItem> items;
+        for (auto round = 0; round < 1000; ++round) {
+            for (auto change = random.bounded(1, 4); change > 0; --change) {
+                const auto size = int(items.size());
+                const auto place = random.bounded(size + 1);
+                if (place == size || size < 5)
+                    items.insert(place, numbered(random.bounded(40)));
+                else if (random.bounded(3) == 0)
+                    items.removeAt(place);
+                else if (random.bounded(2) == 0)
+                    items.move(place, random.bounded(size));
+                else
+                    items[place].text = QString::number(round);
+            }
+            model.setItems(items);
+            QCOMPARE(model.items(), items);
+            QStringList expected;
+            for (const auto& item : items)
+                expected << *item.text;
+            QCOMPARE(seen, expected);
+        }
+    }
+
+    void boundsWhatARowShows()
+    {
+        auto text = numbered(1);
+        text.text = QString(20'000, u'x');
+        auto files = numbered(2);
+        files.kind = ClipboardItem::Kind::Files;
+        files.filePaths = QStringList { u"/a/one"_s, u"/b/two"_s };
+        ClipboardListModel model;
+        model.setItems({ text, files });
+        QVERIFY(model.index(0).data(ClipboardListModel::SummaryRole).toString().size() < 1000);
+        QVERIFY(model.index(1).data(ClipboardListModel::HelpRole).toString().endsWith(u"\none\ntwo"_s));
+        QCOMPARE(model.rowOf(files.id), 1);
+        QCOMPARE(model.rowOf(QUuid::createUuid()), -1);
+    }
+};
+
+QTEST_GUILESS_MAIN(ClipboardListModelTest)
+#include "ClipboardListModelTest.moc"
