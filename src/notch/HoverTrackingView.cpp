@@ -60,7 +60,10 @@ void HoverTrackingView::dragEnterEvent(QDragEnterEvent* event)
     answer(*event, acceptable);
 }
 
-void HoverTrackingView::dragMoveEvent(QDragMoveEvent* event) { answer(*event, isAcceptable(*event)); }
+void HoverTrackingView::dragMoveEvent(QDragMoveEvent* event)
+{
+    answer(*event, isAcceptable(*event));
+}
 
 void HoverTrackingView::dragLeaveEvent(QDragLeaveEvent* event)
 {

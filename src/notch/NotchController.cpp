@@ -90,7 +90,8 @@ QSizeF NotchController::currentExpandedSize() const
 {
     if (!m_services.settings.showCalendar())
         return { expandedWidth, heightWithoutCalendar };
-    return { expandedWidth, m_state.calendarExpanded() ? heightWithUnfoldedCalendar : heightWithFoldedCalendar };
+    return { expandedWidth,
+        m_state.calendarExpanded() ? heightWithUnfoldedCalendar : heightWithFoldedCalendar };
 }
 
 void NotchController::relayout()
@@ -221,7 +222,10 @@ void NotchController::watchDrag()
     });
 }
 
-void NotchController::hold() { ++m_holdCount; }
+void NotchController::hold()
+{
+    ++m_holdCount;
+}
 
 void NotchController::release()
 {

@@ -33,7 +33,10 @@ void NotchPanel::makeKey()
         m_window.makeKey();
 }
 
-bool NotchPanel::isKey() const { return m_window.isKey(); }
+bool NotchPanel::isKey() const
+{
+    return m_window.isKey();
+}
 
 void NotchPanel::setFrame(const ScreenRect& frame)
 {
@@ -59,7 +62,8 @@ ScreenRect NotchPanel::frameFor(NotchState::Mode mode, const NotchGeometry& geom
 {
     switch (mode) {
     case NotchState::Collapsed: break;
-    case NotchState::Peek: return geometry.hangingFrame(geometry.notchRect.width + peekExtraWidth, peekHeight);
+    case NotchState::Peek:
+        return geometry.hangingFrame(geometry.notchRect.width + peekExtraWidth, peekHeight);
     case NotchState::Expanded: return geometry.hangingFrame(expandedSize.width(), expandedSize.height());
     }
     return geometry.notchRect;

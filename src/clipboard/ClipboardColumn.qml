@@ -1,0 +1,89 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Nimbarrow.Clipboard
+import Nimbarrow.Preferences
+import Nimbarrow.Style
+
+/// The history: its title, the images and the list of everything else.
+Item {
+    id: root
+
+    required property ClipboardStore store
+    required property Paster paster
+    /// Identifier of the entry that the keyboard has selected, while it is used.
+    required property var selection
+    required property bool keyboardMode
+
+    signal collapseRequested
+
+    readonly property real _titleHeight: 16
+    readonly property bool _hasImages: store.imageItems.count > 0
+
+    Line {
+        id: title
+
+        color: Theme.secondary
+        font.weight: Font.DemiBold
+        height: root._titleHeight
+        text: L10n.texts[L10n.Clipboard]
+        width: Math.min(implicitWidth, root.width - clear.width - Theme.gap)
+    }
+
+    TextButton {
+        id: clear
+
+        anchors.right: parent.right
+        height: root._titleHeight
+        text: L10n.texts[L10n.Clear]
+        visible: !root.store.isEmpty
+
+        onClicked: root.store.clear()
+    }
+
+    FadingLoader {
+        anchors.fill: parent
+        anchors.topMargin: root._titleHeight
+        shown: root.store.isEmpty
+
+        sourceComponent: EmptyHistory {}
+    }
+
+    FadingLoader {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        height: Theme.thumbHeight
+        shown: root._hasImages
+        y: root._titleHeight + 4
+
+        sourceComponent: ImageStrip {
+            keyboardMode: root.keyboardMode
+            paster: root.paster
+            selection: root.selection
+            store: root.store
+
+            onCollapseRequested: root.collapseRequested()
+        }
+    }
+
+    ClipboardList {
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.topMargin: root._titleHeight + 4 + (root._hasImages ? Theme.thumbHeight + Theme.gap : 0)
+        keyboardMode: root.keyboardMode
+        paster: root.paster
+        selection: root.selection
+        store: root.store
+
+        Behavior on anchors.topMargin {
+            NumberAnimation {
+                duration: Theme.slideDuration
+                easing.type: Easing.OutCubic
+            }
+        }
+
+        onCollapseRequested: root.collapseRequested()
+    }
+}

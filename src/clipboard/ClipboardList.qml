@@ -1,0 +1,53 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Nimbarrow.Clipboard
+import Nimbarrow.Style
+
+/// The texts, links and files of the history, one a row.
+Item {
+    id: root
+
+    required property ClipboardStore store
+    required property Paster paster
+    required property var selection
+    required property bool keyboardMode
+
+    signal collapseRequested
+
+    EntryList {
+        id: list
+
+        anchors.fill: parent
+        entries: root.store.textualItems
+        keyboardMode: root.keyboardMode
+        preferredHighlightBegin: Theme.fadeLength / 2
+        preferredHighlightEnd: height - Theme.fadeLength
+        selection: root.selection
+        spacing: Theme.rowSpacing
+
+        delegate: ClipboardRow {
+            keyboardMode: root.keyboardMode
+            paster: root.paster
+            selection: root.selection
+            store: root.store
+            width: list.width
+
+            onCollapseRequested: root.collapseRequested()
+        }
+    }
+
+    EdgeFade {
+        beyond: list.contentY - list.originY
+        edge: Qt.TopEdge
+        height: Theme.fadeLength / 2
+        width: root.width
+    }
+
+    EdgeFade {
+        anchors.bottom: parent.bottom
+        beyond: list.contentHeight + list.originY - list.contentY - list.height
+        height: Theme.fadeLength
+        width: root.width
+    }
+}

@@ -1,0 +1,100 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Nimbarrow.Preferences
+import Nimbarrow.Style
+
+/// A text, a link or a set of files in the history: its symbol, one line of it, and its actions under the
+/// pointer.
+ClipboardEntry {
+    id: root
+
+    readonly property bool _showsActions: hovered && !copiedFlash
+    readonly property color _ink: selected ? Theme.onAccent : Theme.title
+
+    implicitHeight: Theme.rowHeight
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.accent
+        radius: Theme.rowRadius
+        visible: root.selected
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.hoverFill
+        opacity: root.hovered ? 1 : 0
+        radius: Theme.rowRadius
+        visible: opacity > 0
+
+        Behavior on opacity {
+            NumberAnimation {
+                duration: Theme.fadeDuration
+            }
+        }
+    }
+
+    Symbol {
+        anchors.verticalCenter: parent.verticalCenter
+        name: root.symbol
+        strength: root.selected ? 0.92 : 0.5
+        x: Theme.gap
+    }
+
+    Line {
+        anchors.left: parent.left
+        anchors.leftMargin: 32
+        anchors.right: meta.left
+        anchors.rightMargin: Theme.gap
+        color: root._ink
+        font.pixelSize: Theme.rowText
+        height: root.height
+        text: root.title
+    }
+
+    // What stands at the end of the row takes its room from the end of the title, and nothing else moves.
+    Item {
+        id: meta
+
+        anchors.right: parent.right
+        anchors.rightMargin: 4
+        height: root.height
+        width: root.copiedFlash ? copied.width + 4 : root._showsActions ? actions.width : root.pinned ? 24 : 0
+
+        Line {
+            id: copied
+
+            color: root.selected ? Theme.onAccent : Theme.secondary
+            height: root.height
+            text: L10n.texts[L10n.Copied]
+            visible: root.copiedFlash
+        }
+
+        Symbol {
+            anchors.right: parent.right
+            anchors.rightMargin: (24 - width) / 2
+            anchors.verticalCenter: parent.verticalCenter
+            name: "pin.fill"
+            size: 8
+            strength: root.selected ? 0.92 : 0.35
+            visible: root.pinned && !root.copiedFlash && !root._showsActions
+        }
+
+        Loader {
+            id: actions
+
+            active: root._showsActions
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+
+            sourceComponent: EntryActions {
+                pinned: root.pinned
+
+                onCopyClicked: root.copy()
+                onPinClicked: root.store.togglePin(root.itemId)
+                onRemoveClicked: root.store.remove(root.itemId)
+            }
+        }
+    }
+}

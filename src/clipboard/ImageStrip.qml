@@ -1,0 +1,69 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Nimbarrow.Clipboard
+import Nimbarrow.Style
+
+/// The images of the history side by side.
+Item {
+    id: root
+
+    required property ClipboardStore store
+    required property Paster paster
+    required property var selection
+    required property bool keyboardMode
+
+    signal collapseRequested
+
+    implicitHeight: Theme.thumbHeight
+
+    EntryList {
+        id: list
+
+        // Room for the ring around a selected image.
+        anchors.fill: parent
+        anchors.margins: -2
+        entries: root.store.imageItems
+        keyboardMode: root.keyboardMode
+        leftMargin: 2
+        orientation: ListView.Horizontal
+        preferredHighlightBegin: 2
+        preferredHighlightEnd: width - Theme.fadeLength
+        rightMargin: 2
+        selection: root.selection
+        spacing: Theme.thumbGap
+
+        delegate: ClipboardThumb {
+            keyboardMode: root.keyboardMode
+            paster: root.paster
+            selection: root.selection
+            store: root.store
+            y: 2
+
+            onCollapseRequested: root.collapseRequested()
+        }
+
+        // A wheel that only turns one way moves the strip as well.
+        WheelHandler {
+            onWheel: event => list.flick(event.angleDelta.y * 6, 0)
+        }
+    }
+
+    EdgeFade {
+        anchors.left: list.left
+        beyond: list.contentX - list.originX
+        edge: Qt.LeftEdge
+        height: list.height
+        width: Theme.fadeLength
+        y: list.y
+    }
+
+    EdgeFade {
+        anchors.right: list.right
+        beyond: list.contentWidth + list.originX - list.contentX - list.width
+        edge: Qt.RightEdge
+        height: list.height
+        width: Theme.fadeLength
+        y: list.y
+    }
+}

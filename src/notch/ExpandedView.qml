@@ -1,0 +1,60 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Nimbarrow.Clipboard
+import Nimbarrow.Notch
+import Nimbarrow.Preferences
+import Nimbarrow.Style
+
+/// The grown surface: a header beside the notch, the content below, and a hint over all while something is
+/// dragged over it.
+Item {
+    id: root
+
+    required property real notchWidth
+    required property real notchHeight
+    required property NotchState notch
+    required property NotchActions actions
+    required property ClipboardStore store
+    required property Paster paster
+    required property Settings settings
+
+    // What the header may use on either side of the notch.
+    readonly property real _headerSide: Math.max(0, (width - notchWidth) / 2 - Theme.insetX - Theme.gap)
+
+    Line {
+        font.weight: Font.DemiBold
+        height: root.notchHeight
+        text: Application.name
+        width: root._headerSide
+        x: Theme.insetX
+    }
+
+    Item {
+        id: content
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Theme.insetY
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.insetX
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.insetX
+        anchors.top: parent.top
+        anchors.topMargin: root.notchHeight + Theme.insetY
+
+        ClipboardColumn {
+            anchors.fill: parent
+            keyboardMode: root.notch.keyboardMode
+            paster: root.paster
+            selection: root.notch.selection
+            store: root.store
+
+            onCollapseRequested: root.actions.collapse()
+        }
+    }
+
+    DropHint {
+        anchors.fill: parent
+        shown: root.notch.dropTargeted
+    }
+}

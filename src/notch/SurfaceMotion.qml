@@ -1,0 +1,11 @@
+import QtQuick
+import Nimbarrow.Notch
+import Nimbarrow.Style
+
+/// The spring of the surface, for one of the values that give it its form.
+Behavior {
+    NumberAnimation {
+        duration: Motion.reduced ? 0 : SurfaceSpring.duration
+        easing: SurfaceSpring.curve
+    }
+}

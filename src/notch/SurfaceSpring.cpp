@@ -1,0 +1,36 @@
+#include "notch/SurfaceSpring.h"
+
+#include "notch/NotchMotion.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace nimbarrow {
+
+QEasingCurve SurfaceSpring::curve()
+{
+    QEasingCurve curve;
+    curve.setCustomType(position);
+    return curve;
+}
+
+int SurfaceSpring::duration()
+{
+    return static_cast<int>(notchmotion::settleDelay.count());
+}
+
+qreal SurfaceSpring::position(qreal progress)
+{
+    // What is left of the swing by then, below 1 in 10,000, is dropped: an animation ends on its target.
+    if (progress >= 1)
+        return 1;
+    const auto seconds = progress * std::chrono::duration<double>(notchmotion::settleDelay).count();
+    const auto frequency = 2 * std::numbers::pi / notchmotion::springResponse;
+    const auto decay = notchmotion::springDamping * frequency;
+    const auto swing = frequency * std::sqrt(1 - notchmotion::springDamping * notchmotion::springDamping);
+    return 1
+        - std::exp(-decay * seconds)
+        * (std::cos(swing * seconds) + decay / swing * std::sin(swing * seconds));
+}
+
+} // namespace nimbarrow
