@@ -154,6 +154,12 @@ class Desktop:
         path = self.home / "nimbarrow.log"
         return path.read_text(errors="replace") if path.exists() else ""
 
+    def check_log(self):
+        """Nothing but its start has been worth a word."""
+        lines = [line for line in self.log().splitlines() if not line.endswith("did finish launching")]
+        if lines:
+            raise StageMissed("a quiet log:\n" + "\n".join(lines))
+
     def _start_server(self):
         read, write = os.pipe()
         self.spawn(["Xvfb", "-displayfd", str(write), "-screen", "0",
