@@ -9,7 +9,7 @@
 namespace nimbarrow {
 
 /// What the views ask of the controller. An action that nobody has installed does nothing.
-class NotchActions final : public QObject {
+class NotchActions : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the controller")

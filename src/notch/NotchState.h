@@ -14,7 +14,7 @@ namespace nimbarrow {
 
 /// What the surface over the notch shows now. The controller writes it and the views read it; the views flip
 /// only `showSettings` and `calendarExpanded`.
-class NotchState final : public QObject {
+class NotchState : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the controller")
