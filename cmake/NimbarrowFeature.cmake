@@ -12,6 +12,8 @@ function(nimbarrow_feature name)
         URI ${arg_URI}
         VERSION 1.0
         RESOURCE_PREFIX /qt/qml
+        # Where qmllint finds the types that ours stand on.
+        DEPENDENCIES QtQuick
         SOURCES ${arg_SOURCES}
         QML_FILES ${arg_QML_FILES}
         RESOURCES ${arg_RESOURCES}

@@ -41,22 +41,25 @@ Item {
         onClicked: root.store.clear()
     }
 
-    FadingLoader {
+    FadingContent {
         anchors.fill: parent
         anchors.topMargin: root._titleHeight
         shown: root.store.isEmpty
 
-        sourceComponent: EmptyHistory {}
+        content: EmptyHistory {
+            anchors.fill: parent
+        }
     }
 
-    FadingLoader {
+    FadingContent {
         anchors.left: parent.left
         anchors.right: parent.right
         height: Theme.thumbHeight
         shown: root._hasImages
         y: root._titleHeight + 4
 
-        sourceComponent: ImageStrip {
+        content: ImageStrip {
+            anchors.fill: parent
             keyboardMode: root.keyboardMode
             paster: root.paster
             selection: root.selection

@@ -24,6 +24,8 @@ Item {
     readonly property string title: summary !== "" ? summary : kindLabel
     readonly property bool selected: keyboardMode && selection === itemId
     readonly property bool hovered: hover.hovered
+    /// The entry does not show all that its help text says.
+    property bool helpWanted: false
     /// Shows for a moment that the click has copied the entry.
     property bool copiedFlash: false
 
@@ -31,6 +33,7 @@ Item {
     signal collapseRequested
 
     function copy() {
+        HelpText.withdraw(root);
         if (paster.pasteClicked(itemId))
             collapseRequested();
         else
@@ -56,6 +59,8 @@ Item {
     ListView.onReused: reset()
 
     Accessible.onPressAction: copy()
+    Component.onDestruction: HelpText.withdraw(root)
+    onHoveredChanged: hovered && helpWanted ? HelpText.offer(root, help, Theme.entryHelpDelay) : HelpText.withdraw(root)
 
     Timer {
         id: flash

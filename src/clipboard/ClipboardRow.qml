@@ -12,6 +12,7 @@ ClipboardEntry {
     readonly property bool _showsActions: hovered && !copiedFlash
     readonly property color _ink: selected ? Theme.onAccent : Theme.title
 
+    helpWanted: line.truncated || help !== title
     implicitHeight: Theme.rowHeight
 
     Rectangle {
@@ -43,6 +44,8 @@ ClipboardEntry {
     }
 
     Line {
+        id: line
+
         anchors.left: parent.left
         anchors.leftMargin: 32
         anchors.right: meta.left
@@ -60,7 +63,7 @@ ClipboardEntry {
         anchors.right: parent.right
         anchors.rightMargin: 4
         height: root.height
-        width: root.copiedFlash ? copied.width + 4 : root._showsActions ? actions.width : root.pinned ? 24 : 0
+        width: root.copiedFlash ? copied.width + 8 : actions.present ? actions.width : root.pinned ? 24 : 0
 
         Line {
             id: copied
@@ -78,17 +81,18 @@ ClipboardEntry {
             name: "pin.fill"
             size: 8
             strength: root.selected ? 0.92 : 0.35
-            visible: root.pinned && !root.copiedFlash && !root._showsActions
+            visible: root.pinned && !root.copiedFlash && !actions.present
         }
 
-        Loader {
+        FadingContent {
             id: actions
 
-            active: root._showsActions
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            shown: root._showsActions
+            visible: !root.copiedFlash
 
-            sourceComponent: EntryActions {
+            content: EntryActions {
                 pinned: root.pinned
 
                 onCopyClicked: root.copy()

@@ -39,10 +39,10 @@ ClipboardEntry {
         color: Theme.scrim
         height: 16
         radius: 8
-        visible: root.pinned && !cover.active
+        visible: root.pinned && !cover.present
         width: 16
-        x: 4
-        y: 4
+        x: 2
+        y: 2
 
         Symbol {
             anchors.centerIn: parent
@@ -51,13 +51,14 @@ ClipboardEntry {
         }
     }
 
-    FadingLoader {
+    FadingContent {
         id: cover
 
         anchors.fill: parent
         shown: root.hovered || root.copiedFlash
 
-        sourceComponent: Rectangle {
+        content: Rectangle {
+            anchors.fill: parent
             color: Theme.scrim
             radius: Theme.thumbRadius
 
@@ -72,15 +73,39 @@ ClipboardEntry {
                 width: parent.width - 4
             }
 
-            EntryActions {
+            // A click anywhere copies, and the middle says so; the rest keeps to the corners.
+            IconButton {
                 anchors.centerIn: parent
-                buttonWidth: 18
-                pinned: root.pinned
+                help: L10n.texts[L10n.Copy]
+                restingStrength: 0.92
+                symbol: "doc.on.doc"
                 visible: !root.copiedFlash
 
-                onCopyClicked: root.copy()
-                onPinClicked: root.store.togglePin(root.itemId)
-                onRemoveClicked: root.store.remove(root.itemId)
+                onClicked: root.copy()
+            }
+
+            IconButton {
+                anchors.left: parent.left
+                height: 20
+                help: L10n.texts[root.pinned ? L10n.Unpin : L10n.Pin]
+                size: 8
+                symbol: root.pinned ? "pin.fill" : "pin"
+                visible: !root.copiedFlash
+                width: 20
+
+                onClicked: root.store.togglePin(root.itemId)
+            }
+
+            IconButton {
+                anchors.right: parent.right
+                height: 20
+                help: L10n.texts[L10n.Delete]
+                size: 8
+                symbol: "trash"
+                visible: !root.copiedFlash
+                width: 20
+
+                onClicked: root.store.remove(root.itemId)
             }
         }
     }

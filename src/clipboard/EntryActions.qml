@@ -7,7 +7,6 @@ Row {
     id: root
 
     required property bool pinned
-    property real buttonWidth: 24
 
     signal copyClicked
     signal removeClicked
@@ -16,7 +15,6 @@ Row {
     IconButton {
         help: L10n.texts[L10n.Copy]
         symbol: "doc.on.doc"
-        width: root.buttonWidth
 
         onClicked: root.copyClicked()
     }
@@ -24,7 +22,6 @@ Row {
     IconButton {
         help: L10n.texts[L10n.Delete]
         symbol: "trash"
-        width: root.buttonWidth
 
         onClicked: root.removeClicked()
     }
@@ -32,7 +29,6 @@ Row {
     IconButton {
         help: L10n.texts[root.pinned ? L10n.Unpin : L10n.Pin]
         symbol: root.pinned ? "pin.fill" : "pin"
-        width: root.buttonWidth
 
         onClicked: root.pinClicked()
     }

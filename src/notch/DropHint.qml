@@ -5,21 +5,18 @@ import Nimbarrow.Preferences
 import Nimbarrow.Style
 
 /// Says that what is dragged over the surface may be dropped here.
-FadingLoader {
+FadingContent {
     id: root
 
     fadeDuration: Theme.hintDuration
     fadeEasing: Easing.OutQuad
 
-    sourceComponent: Rectangle {
+    content: Rectangle {
+        anchors.fill: parent
         color: Theme.dropField
 
         DashedFrame {
-            anchors.bottomMargin: Theme.insetY
             anchors.fill: parent
-            anchors.leftMargin: Theme.insetX
-            anchors.rightMargin: Theme.insetX
-            anchors.topMargin: Theme.insetY
             color: Theme.secondary
             lineWidth: 1.5
             radius: 12

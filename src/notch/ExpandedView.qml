@@ -41,6 +41,8 @@ Item {
         anchors.rightMargin: Theme.insetX
         anchors.top: parent.top
         anchors.topMargin: root.notchHeight + Theme.insetY
+        // What shines through the hint must not be taken for a part of it.
+        opacity: 1 - 0.7 * dropHint.opacity
 
         ClipboardColumn {
             anchors.fill: parent
@@ -53,8 +55,11 @@ Item {
         }
     }
 
+    // Below the notch, which would hide a part of its outline.
     DropHint {
-        anchors.fill: parent
+        id: dropHint
+
+        anchors.fill: content
         shown: root.notch.dropTargeted
     }
 }

@@ -35,11 +35,11 @@ HoverTrackingView {
         width: body.width
         x: body.x
 
-        FadingLoader {
+        FadingContent {
             shown: root.notch.mode === NotchState.Peek
             x: body.leftReach - root.notch.notchSize.width / 2 - body.peekLeft
 
-            sourceComponent: PeekView {
+            content: PeekView {
                 id: peek
 
                 height: body.peekHeight
@@ -56,11 +56,11 @@ HoverTrackingView {
             }
         }
 
-        FadingLoader {
+        FadingContent {
             shown: root.notch.mode === NotchState.Expanded
             x: body.leftReach - root.notch.expandedSize.width / 2
 
-            sourceComponent: ExpandedView {
+            content: ExpandedView {
                 actions: root.actions
                 height: root.notch.expandedSize.height
                 notch: root.notch
@@ -72,5 +72,9 @@ HoverTrackingView {
                 width: root.notch.expandedSize.width
             }
         }
+    }
+
+    HelpLayer {
+        anchors.fill: parent
     }
 }

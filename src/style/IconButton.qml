@@ -11,6 +11,8 @@ Item {
     property real size: Theme.smallText
     /// Stands for something that is on.
     property bool active: false
+    /// How white it is when nothing happens to it.
+    property real restingStrength: 0.5
     readonly property bool hovered: hover.hovered
 
     signal clicked
@@ -21,12 +23,14 @@ Item {
     implicitWidth: 24
 
     Accessible.onPressAction: clicked()
+    Component.onDestruction: HelpText.withdraw(root)
+    onHoveredChanged: hovered ? HelpText.offer(root, help, Theme.helpDelay) : HelpText.withdraw(root)
 
     Symbol {
         anchors.centerIn: parent
         name: root.symbol
         size: root.size
-        strength: root.hovered || root.active ? 0.92 : 0.5
+        strength: root.hovered || root.active ? 0.92 : root.restingStrength
 
         Behavior on strength {
             NumberAnimation {
@@ -43,12 +47,9 @@ Item {
     TapHandler {
         gesturePolicy: TapHandler.ReleaseWithinBounds
 
-        onTapped: root.clicked()
-    }
-
-    HelpTip {
-        owner: root
-        text: root.help
-        wanted: root.hovered
+        onTapped: {
+            HelpText.withdraw(root);
+            root.clicked();
+        }
     }
 }

@@ -1,6 +1,7 @@
 pragma Singleton
 
 import QtQuick
+import Nimbarrow.Style
 
 /// Every size, colour and duration of the interface. Lengths in points on a grid of 4, durations in
 /// milliseconds.
@@ -18,10 +19,10 @@ QtObject {
 
     /// What the keyboard has selected: the desktop's own colour for that.
     readonly property color accent: desktop.highlight
-    readonly property color onAccent: desktop.highlightedText
+    readonly property color onAccent: accent.hslLightness > 0.65 ? surface : title
     readonly property color danger: "#ff453a"
     /// Keeps symbols readable on a picture.
-    readonly property color scrim: Qt.rgba(0, 0, 0, 0.6)
+    readonly property color scrim: Qt.rgba(0, 0, 0, 0.65)
     readonly property color dropField: Qt.rgba(0, 0, 0, 0.85)
 
     readonly property int rowHeight: 30
@@ -50,6 +51,8 @@ QtObject {
     readonly property int hintDuration: Motion.reduced ? 0 : 150
     /// The pointer rests this long before a help text shows.
     readonly property int helpDelay: 600
+    /// And this long on an entry, where a text that comes at once would be in the way.
+    readonly property int entryHelpDelay: 1000
     readonly property int flashDuration: 900
 
     readonly property SystemPalette desktop: SystemPalette {}

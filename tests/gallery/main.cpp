@@ -1,0 +1,242 @@
+// Draws every state of the surface, with made-up contents, into pictures for people to look at:
+//
+//     QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software QT_SCALE_FACTOR=2 gallery <folder>
+
+#include "preferences/L10n.h"
+#include "qml/SurfaceFixture.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QQuickPaintedItem>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+namespace {
+
+constexpr QSize desktopSize { 620, 330 };
+
+QImage madeUpPicture(QColor top, QColor bottom)
+{
+    QImage image(640, 400, QImage::Format_RGB32);
+    QPainter painter(&image);
+    QLinearGradient sky(0, 0, 0, 400);
+    sky.setColorAt(0, top);
+    sky.setColorAt(1, bottom);
+    painter.fillRect(image.rect(), sky);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(bottom.darker(170));
+    painter.drawPolygon(QPolygon { { 0, 400 }, { 190, 180 }, { 330, 330 }, { 450, 220 }, { 640, 400 } });
+    painter.setBrush(QColor(255, 244, 214));
+    painter.drawEllipse(QPoint(480, 110), 46, 46);
+    return image;
+}
+
+QImage madeUpDesktop()
+{
+    QImage image(desktopSize * 2, QImage::Format_RGB32);
+    image.setDevicePixelRatio(2);
+    QPainter painter(&image);
+    QLinearGradient dusk(0, 0, 0, desktopSize.height());
+    dusk.setColorAt(0, "#31547a");
+    dusk.setColorAt(1, "#b98b6d");
+    painter.fillRect(QRect({}, desktopSize), dusk);
+    painter.fillRect(QRect(0, 0, desktopSize.width(), 32), QColor(255, 255, 255, 40));
+    return image;
+}
+
+/// The desktop behind the window, in the window: what a grab of it returns is opaque.
+class Backdrop final : public QQuickPaintedItem {
+public:
+    Backdrop(QQuickItem* parent, const QImage& desktop)
+        : m_desktop(desktop)
+    {
+        setParentItem(parent);
+        setZ(-1);
+        const auto follow = [this, parent] { setX((parent->width() - desktopSize.width()) / 2); };
+        connect(parent, &QQuickItem::widthChanged, this, follow);
+        follow();
+        setSize(desktopSize);
+    }
+
+    void paint(QPainter* painter) override { painter->drawImage(boundingRect(), m_desktop); }
+
+private:
+    QImage m_desktop;
+};
+
+class Gallery {
+public:
+    Gallery(const QDir& folder, L10n::Resolved language)
+        : m_folder(folder)
+        , m_language(language == L10n::Ukrainian ? u"uk"_s : u"en"_s)
+    {
+        L10n::setCurrent(language);
+    }
+
+    void drawAll()
+    {
+        shot(u"collapsed"_s);
+
+        m_surface.state.setPeek(PeekContent::make(u"text.alignleft"_s, words(0)));
+        m_surface.show(NotchState::Peek);
+        shot(u"peek-text"_s);
+        m_surface.state.setPeek(
+            PeekContent::make(u"cup.and.saucer"_s, L10n::text(L10n::Key::SleepAllowedAgain)));
+        shot(u"peek-notice"_s);
+
+        m_surface.show(NotchState::Collapsed);
+        m_surface.show(NotchState::Expanded);
+        shot(u"empty"_s);
+        m_surface.state.setDropTargeted(true);
+        shot(u"drop"_s);
+        m_surface.state.setDropTargeted(false);
+
+        fillTexts();
+        shot(u"texts"_s);
+        hover(2, u"hovered"_s);
+        copied();
+        fillImages();
+        shot(u"full"_s);
+        thumbs();
+        select();
+        scrolled();
+
+        m_surface.show(NotchState::Collapsed);
+        m_surface.state.setPeek(PeekContent::forItem(m_surface.store().imageItems().first()));
+        m_surface.show(NotchState::Peek);
+        shot(u"peek-image"_s);
+    }
+
+private:
+    [[nodiscard]] QString words(int index) const
+    {
+        static const QStringList english { u"Ship the panel on Friday, not on Monday"_s,
+            u"Lunch at one, the usual place"_s, u"git rebase --interactive origin/main"_s,
+            u"The invoice number is 2024-118"_s, u"Meet me under the clock at the station, platform four"_s };
+        static const QStringList ukrainian { u"Зустріч переносимо на п’ятницю, решта без змін"_s,
+            u"Щедрик, щедрик, щедрівочка"_s, u"git rebase --interactive origin/main"_s,
+            u"Рахунок № 2024-118 чекає на підпис"_s, u"Їжак під ґанком, а Єва в садку"_s };
+        return (m_language == u"uk"_s ? ukrainian : english).at(index);
+    }
+
+    void fillTexts()
+    {
+        const QDir disk(m_surface.history.disk.path());
+        const auto file = [&disk](const QString& name) { return QUrl::fromLocalFile(disk.filePath(name)); };
+        for (const auto index : { 4, 3, 2, 1 })
+            m_surface.addText(words(index));
+        m_surface.store().addFiles({ file(u"Звіт за листопад.odt"_s) }, {});
+        m_surface.store().addFiles({ file(u"one.odt"_s), file(u"two.odt"_s), file(u"three.odt"_s) }, {});
+        m_surface.addText(
+            u"https://example.org/a/rather/long/path/that/does/not/fit/in/one/row/of/the/list"_s);
+        m_surface.addText(words(0));
+        for (const auto& item : m_surface.store().textualItems()) {
+            if (item.kind == ClipboardItem::Kind::Link)
+                return m_surface.store().togglePin(item.id);
+        }
+    }
+
+    void fillImages()
+    {
+        const QList<std::pair<QColor, QColor>> skies { { "#f6a04d", "#5b3fa8" }, { "#e7c27d", "#c2574f" },
+            { "#456b4b", "#bfd3a0" }, { "#ffffff", "#e6e6ee" }, { "#2c2f3a", "#6c6f7c" },
+            { "#d94f70", "#f0c3a0" }, { "#17364e", "#4a89a5" }, { "#3f7fbf", "#a5d8e6" } };
+        for (const auto& [top, bottom] : skies)
+            m_surface.addImage(madeUpPicture(top, bottom));
+        m_surface.store().togglePin(m_surface.store().imageItems().first().id);
+    }
+
+    void hover(int row, const QString& name)
+    {
+        auto* const item = m_surface.find("ClipboardRow", row);
+        m_surface.moveTo(m_surface.middle(item));
+        shot(name);
+        m_surface.moveTo(m_surface.middle(m_surface.button(item, L10n::text(L10n::Key::Delete))));
+        QTest::qWait(700);
+        shot(name + u"-help"_s);
+    }
+
+    void copied()
+    {
+        m_surface.click(m_surface.middle(m_surface.find("ClipboardRow", 1)));
+        QTest::qWait(150);
+        shot(u"copied"_s, false);
+        m_surface.moveTo({ 5, 5 });
+        QTest::qWait(900);
+    }
+
+    void thumbs()
+    {
+        m_surface.moveTo(m_surface.middle(m_surface.find("ClipboardThumb", 4)));
+        shot(u"thumb-hovered"_s);
+        m_surface.click(m_surface.middle(m_surface.find("ClipboardThumb", 2)) - QPoint(0, 18));
+        QTest::qWait(150);
+        shot(u"thumb-copied"_s, false);
+        m_surface.moveTo({ 5, 5 });
+        QTest::qWait(900);
+    }
+
+    void select()
+    {
+        m_surface.state.setKeyboardMode(true);
+        m_surface.state.setSelection(m_surface.store().textualItems().at(1).id);
+        shot(u"selected-row"_s);
+        m_surface.state.setSelection(m_surface.store().imageItems().at(1).id);
+        shot(u"selected-image"_s);
+    }
+
+    void scrolled()
+    {
+        m_surface.state.setSelection(m_surface.store().imageItems().last().id);
+        m_surface.settle();
+        m_surface.state.setSelection(m_surface.store().textualItems().at(5).id);
+        shot(u"scrolled"_s);
+        m_surface.state.setKeyboardMode(false);
+        m_surface.state.setSelection({});
+    }
+
+    void shot(const QString& name, bool settles = true)
+    {
+        if (settles)
+            m_surface.settle();
+        const auto ratio = m_surface.view.devicePixelRatio();
+        auto window = m_surface.view.grabWindow();
+        window.setDevicePixelRatio(ratio);
+        auto desktop = m_desktop.scaled(desktopSize * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        desktop.setDevicePixelRatio(ratio);
+        QPainter painter(&desktop);
+        painter.drawImage(QPointF((desktopSize.width() - window.width() / ratio) / 2, 0), window);
+        painter.end();
+        desktop.save(m_folder.filePath(u"%1-%2@%3x.png"_s.arg(name, m_language).arg(ratio)));
+    }
+
+    QDir m_folder;
+    QString m_language;
+    QImage m_desktop = madeUpDesktop();
+    SurfaceFixture m_surface;
+    Backdrop m_backdrop { m_surface.view.contentItem(), m_desktop };
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(u"Nimbarrow"_s);
+    QCommandLineParser arguments;
+    arguments.addPositionalArgument(u"folder"_s, u"Where the pictures go."_s);
+    arguments.process(application);
+    if (arguments.positionalArguments().size() != 1)
+        arguments.showHelp(1);
+    QDir folder(arguments.positionalArguments().constFirst());
+    if (!folder.mkpath(u"."_s))
+        return 1;
+    for (const auto language : { L10n::English, L10n::Ukrainian })
+        Gallery(folder, language).drawAll();
+    return 0;
+}

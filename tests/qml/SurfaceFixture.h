@@ -1,0 +1,62 @@
+#pragma once
+
+#include "clipboard/ClipboardMonitor.h"
+#include "clipboard/PasteboardCapture.h"
+#include "clipboard/Paster.h"
+#include "clipboard/ThumbnailLoader.h"
+#include "notch/NotchActions.h"
+#include "notch/NotchShape.h"
+#include "notch/NotchState.h"
+#include "support/FakeApplications.h"
+#include "support/FakeKeystrokes.h"
+#include "support/FakePasteboard.h"
+#include "support/HistoryFixture.h"
+
+#include <QQuickItem>
+#include <QQuickView>
+
+namespace nimbarrow {
+
+/// The real views over the real history and state, in a window that follows the mode as the panel's does.
+class SurfaceFixture {
+public:
+    /// `notch` is the size of the notch in points.
+    explicit SurfaceFixture(QSizeF notch = { 184, 32 });
+    ~SurfaceFixture();
+    Q_DISABLE_COPY_MOVE(SurfaceFixture)
+
+    HistoryFixture history;
+    FakePasteboard pasteboard;
+    FakeApplications applications;
+    FakeKeystrokes keystrokes;
+    PasteboardCapture capture { *history.store, history.queues };
+    ClipboardMonitor monitor { capture, pasteboard, applications, history.time };
+    Paster paster { *history.store, monitor, history.settings, history.trust, keystrokes };
+    ThumbnailLoader thumbnails { history.queues };
+    NotchState state;
+    NotchActions actions;
+    int collapses = 0;
+    QQuickView view;
+
+    [[nodiscard]] ClipboardStore& store() { return *history.store; }
+    [[nodiscard]] NotchShape* shape() const;
+
+    /// Gives the window the frame of the mode and then changes the mode.
+    void show(NotchState::Mode mode);
+    /// Until every animation has come to rest.
+    void settle();
+
+    void addText(const QString& text);
+    void addImage(const QImage& image);
+
+    /// The first item of a QML type that is to be seen, in the order of drawing; null when there is none.
+    [[nodiscard]] QQuickItem* find(const char* type, int which = 0) const;
+    /// The button of this name inside `within`.
+    [[nodiscard]] static QQuickItem* button(QQuickItem* within, const QString& name);
+    [[nodiscard]] static QPoint middle(const QQuickItem* item);
+
+    void moveTo(const QPoint& place);
+    void click(const QPoint& place);
+};
+
+} // namespace nimbarrow
