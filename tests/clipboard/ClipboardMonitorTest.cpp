@@ -196,7 +196,5 @@ private Q_SLOTS:
     }
 };
 
-Q_DECLARE_METATYPE(FakePasteboard::Content)
-
 QTEST_GUILESS_MAIN(ClipboardMonitorTest)
 #include "ClipboardMonitorTest.moc"

@@ -49,7 +49,6 @@ private Q_SLOTS:
         QTest::newRow("space inside") << u"https://example.org /a"_s << false;
         QTest::newRow("other space inside") << u"https://example.org/\u2003a"_s << false;
         QTest::newRow("no host") << u"https://"_s << false;
-        QTest::newRow("path alone") << u"https:///a"_s << false;
         QTest::newRow("capitals") << u"HTTPS://example.org"_s << false;
         QTest::newRow("other scheme") << u"ftp://example.org"_s << false;
         QTest::newRow("broken host") << u"https://[::1"_s << false;
@@ -115,18 +114,6 @@ private Q_SLOTS:
         QCOMPARE(store().items().first().imagePath, u"/a/photo.JPG"_s);
         QCOMPARE(store().items().first().sourceApp, u"Files"_s);
         QCOMPARE(store().items().last().filePaths, QStringList({ u"/a/one.png"_s, u"/a/two.png"_s }));
-    }
-
-    void screenshotIsNamedOnceAndPromoted()
-    {
-        const auto shot = QUrl::fromLocalFile(u"/a/Screenshot 1.png"_s);
-        L10n::setCurrent(L10n::Ukrainian);
-        store().addScreenshot(shot);
-        L10n::setCurrent(L10n::English);
-        store().addScreenshot(shot);
-        QCOMPARE(m_new.size(), 1);
-        QCOMPARE(store().items().first().sourceApp, u"Скріншот"_s);
-        QCOMPARE(store().items().first().contentHash, u"file:/a/Screenshot 1.png"_s);
     }
 
     void limitSparesPinnedEntries()
