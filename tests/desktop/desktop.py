@@ -177,7 +177,7 @@ class Desktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
 
     def _paint_background(self):
-        self.call(["hsetroot", "-add", "#31547a", "-add", "#b98b6d", "-gradient", "180"])
+        self.call(["hsetroot", "-add", "#31547a", "-add", "#b98b6d", "-gradient", "0"])
 
     def _root_property(self, name):
         return self.call(["xprop", "-root", name]).decode(errors="replace")

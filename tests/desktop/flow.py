@@ -1,6 +1,7 @@
 """The main flow as a person lives it: copy, see the notice, open the surface, paste, use the keyboard, drop."""
 
 import hashlib
+import os
 import pathlib
 import time
 
@@ -8,10 +9,9 @@ from desktop import gradient_png, NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_MIDDLE, NOTCH_
 
 # Where things are in the expanded surface, in points of the screen: 460 wide, centred on the notch.
 SURFACE_LEFT = NOTCH_MIDDLE - 230
-STRIP_Y = 95
-FIRST_ROW_Y = 142
+STRIP_Y = 90
+FIRST_ROW_Y = 118
 ROW_HEIGHT = 30
-FIRST_ROW_WITHOUT_STRIP_Y = 92
 BELOW_THE_SURFACE = (NOTCH_MIDDLE, 600)
 
 
@@ -198,7 +198,7 @@ class DragSource:
         self.text = "Dragged from afar"
         self.file = desktop.home / "Agenda.pdf"
         self.file.write_bytes(b"%PDF-1.4\n")
-        self.process = desktop.spawn([str(program), self.text, str(self.file)])
+        self.process = desktop.spawn([os.path.abspath(program), self.text, str(self.file)])
         window = wait_until("the drag source's window", lambda: desktop.xdotool(
             "search", "--sync", "--onlyvisible", "--name", "Drag source").split()[-1].decode(), 20)
         desktop.xdotool("windowmove", window, 100 * desktop.scale, 600 * desktop.scale)

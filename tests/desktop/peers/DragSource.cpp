@@ -31,12 +31,14 @@ protected:
         painter.drawLine(0, 120, 200, 120);
     }
 
+    void mousePressEvent(QMouseEvent* event) override { m_dragsText = event->position().y() < 120; }
+
     void mouseMoveEvent(QMouseEvent* event) override
     {
         if (!event->buttons().testFlag(Qt::LeftButton))
             return;
         auto* data = new QMimeData;
-        if (event->position().y() < 120)
+        if (m_dragsText)
             data->setText(m_text);
         else
             data->setUrls({ QUrl::fromLocalFile(m_file) });
@@ -48,6 +50,7 @@ protected:
 private:
     QString m_text;
     QString m_file;
+    bool m_dragsText = false;
 };
 
 } // namespace
