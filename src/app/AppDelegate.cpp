@@ -8,6 +8,8 @@
 
 #include <QLoggingCategory>
 
+#include <cstdio>
+
 namespace nimbarrow {
 
 Q_LOGGING_CATEGORY(logApp, "ua.tessak.Nimbarrow.app")
@@ -60,6 +62,12 @@ bool AppDelegate::applicationDidFinishLaunching()
     return true;
 }
 
-bool AppDelegate::hasNotch() const { return m_notch && m_notch->state().hasNotch(); }
+void AppDelegate::reportMissingNotch() const
+{
+    if (m_notch->state().hasNotch())
+        return;
+    std::fprintf(stderr, "Nimbarrow: no display has a notch, so the panel stays hidden.\n%s",
+        qUtf8Printable(m_platform.screens->howToDeclareNotch()));
+}
 
 } // namespace nimbarrow

@@ -20,8 +20,9 @@ public:
     /// False when the program is to end because another copy runs.
     [[nodiscard]] bool applicationDidFinishLaunching();
 
-    /// Whether any screen has a notch now.
-    [[nodiscard]] bool hasNotch() const;
+    /// Says so on the terminal when no screen has a notch: whoever starts the program by hand would wonder
+    /// where it is.
+    void reportMissingNotch() const;
 
 private:
     Platform m_platform;

@@ -2,8 +2,6 @@
 
 #include <QGuiApplication>
 
-#include <cstdio>
-
 using namespace Qt::StringLiterals;
 
 int main(int argc, char* argv[])
@@ -17,11 +15,6 @@ int main(int argc, char* argv[])
     nimbarrow::AppDelegate delegate(nimbarrow::makePlatform());
     if (!delegate.applicationDidFinishLaunching())
         return 0;
-    if (!delegate.hasNotch()) {
-        // Somebody who starts the program by hand would otherwise wonder where it is.
-        std::fputs("Nimbarrow: no display has a notch, so the panel stays hidden. The README tells how to declare "
-                   "one.\n",
-            stderr);
-    }
+    delegate.reportMissingNotch();
     return QGuiApplication::exec();
 }

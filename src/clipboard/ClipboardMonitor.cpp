@@ -21,7 +21,7 @@ constexpr qsizetype maxImageFile = qsizetype { 256 } * 1024 * 1024;
 
 QByteArray readPng(const QString& path)
 {
-    const auto data = privatefiles::read(path, maxImageFile).value_or(QByteArray());
+    auto data = privatefiles::read(path, maxImageFile).value_or(QByteArray());
     if (QFileInfo(path).suffix().compare("png"_L1, Qt::CaseInsensitive) == 0)
         return data;
     return imagecodec::pngData(data).value_or(QByteArray());

@@ -31,7 +31,7 @@ constexpr auto saveDelay = 500ms;
 constexpr qint64 lowestLimit = 10;
 constexpr qsizetype maxCharacters = 20'000;
 /// In UTF-16 units: hashing a longer text is felt.
-constexpr qsizetype maxHashedAtOnce = qsizetype { 512 } * 1024;
+constexpr qsizetype maxHashedAtOnce = qsizetype { 256 } * 1024;
 
 // Rows are shown by time, and the user's clock may have been set back since.
 QList<ClipboardItem> inDisplayOrder(const QList<ClipboardItem>& items, bool images)

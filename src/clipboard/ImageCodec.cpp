@@ -15,11 +15,11 @@ namespace {
 
 /// A file of a few bytes can claim any size, and the size is what memory is taken for.
 constexpr qint64 maxPixels = 100'000'000;
-constexpr int bytesPerPixel = 4;
+constexpr qint64 bytesPerPixel = 4;
 
 bool isTooLarge(qint64 width, qint64 height)
 {
-    return width * height > maxPixels;
+    return height > 0 && width > maxPixels / height;
 }
 
 // A PNG begins with its signature and the header chunk: length, name, width, height.
@@ -45,7 +45,7 @@ bool prepare(QImageReader& reader)
 {
     // Qt's own bound is lower than ours, and also holds for readers that tell no size beforehand.
     static const auto raised = [] {
-        QImageReader::setAllocationLimit(static_cast<int>(maxPixels * bytesPerPixel / (1024 * 1024) + 1));
+        QImageReader::setAllocationLimit(static_cast<int>(maxPixels * bytesPerPixel / 1'000'000));
         return true;
     }();
     const auto size = reader.size();

@@ -40,7 +40,11 @@ bool write(const QString& path, const QByteArray& data)
     QSaveFile file(path);
     if (!file.open(QFile::WriteOnly) || !file.setPermissions(forFiles))
         return false;
-    file.write(data);
+    // A commit does not notice that the end of the data, still buffered, found no room on the disk.
+    if (file.write(data) != data.size() || !file.flush()) {
+        file.cancelWriting();
+        return false;
+    }
     return file.commit();
 }
 

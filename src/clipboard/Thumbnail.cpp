@@ -108,6 +108,8 @@ void Thumbnail::paint(QPainter* painter)
     place.moveCenter(bounds.center());
 
     const auto ratio = std::max(1.0, painter->deviceTransform().m11());
+    // On whole pixels, or the picture's edges blur.
+    place.moveTopLeft((place.topLeft() * ratio).toPoint().toPointF() / ratio);
     const auto& picture = scaled((size * ratio).toSize().expandedTo({ 1, 1 }));
     // As a brush the picture has smooth corners, which a clip would not have.
     QBrush brush(picture);

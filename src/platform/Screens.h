@@ -32,6 +32,10 @@ public:
 
     [[nodiscard]] virtual QList<Screen> screens() const = 0;
 
+    /// How a person tells the system of a notch that it does not know, in words for a terminal; empty where
+    /// that cannot be done.
+    [[nodiscard]] virtual QString howToDeclareNotch() const { return {}; }
+
 Q_SIGNALS:
     /// A screen came, went, or changed its size, place or scale.
     void changed();

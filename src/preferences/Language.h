@@ -8,18 +8,17 @@
 
 namespace nimbarrow {
 
+/// Makes the enumeration known to the views, as `Language.Uk`.
+namespace languagechoice {
+Q_NAMESPACE
+QML_NAMED_ELEMENT(Language)
+
 /// The interface language that the user chose.
-class LanguageChoice {
-    Q_GADGET
-    QML_NAMED_ELEMENT(Language)
-    QML_UNCREATABLE("Only names the choices")
+enum class Language { System, Uk, En };
+Q_ENUM_NS(Language)
+}
 
-public:
-    enum Language { System, Uk, En };
-    Q_ENUM(Language)
-};
-
-using Language = LanguageChoice::Language;
+using Language = languagechoice::Language;
 
 /// "system", "uk" or "en".
 [[nodiscard]] QString rawValue(Language language);

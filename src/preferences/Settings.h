@@ -28,7 +28,7 @@ class Settings final : public QObject {
     Q_PROPERTY(bool pasteOnClick READ pasteOnClick NOTIFY pasteOnClickChanged FINAL)
     Q_PROPERTY(bool hotKeyEnabled READ hotKeyEnabled NOTIFY hotKeyEnabledChanged FINAL)
     Q_PROPERTY(bool showCalendar READ showCalendar NOTIFY showCalendarChanged FINAL)
-    Q_PROPERTY(nimbarrow::LanguageChoice::Language language READ language NOTIFY languageChanged FINAL)
+    Q_PROPERTY(nimbarrow::languagechoice::Language language READ language NOTIFY languageChanged FINAL)
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin NOTIFY launchAtLoginChanged FINAL)
     Q_PROPERTY(QString launchAtLoginError READ launchAtLoginErrorText NOTIFY launchAtLoginErrorChanged FINAL)
     Q_PROPERTY(bool accessibilityGranted READ accessibilityGranted NOTIFY accessibilityGrantedChanged FINAL)
@@ -60,7 +60,7 @@ public:
     Q_INVOKABLE void setHistoryLimit(qint64 limit);
     Q_INVOKABLE void setHotKeyEnabled(bool on);
     Q_INVOKABLE void setShowCalendar(bool on);
-    Q_INVOKABLE void setLanguage(nimbarrow::LanguageChoice::Language language);
+    Q_INVOKABLE void setLanguage(nimbarrow::languagechoice::Language language);
 
     /// Takes effect with `applyPasteOnClick`.
     Q_INVOKABLE void setPasteOnClick(bool on);

@@ -76,7 +76,6 @@ private Q_SLOTS:
         row("as it is", "", "", true);
         row("unknown key", R"("text":"hello")", R"("text":"hello","new":[1])", true);
         row("null text", R"("hello")", "null", true);
-        row("null paths", R"("text":"hello")", R"("text":"hello","filePaths":null)", true);
         row("lower-case identifier", "6D1F0C9E", "6d1f0c9e", true);
         row("numeric offset", "07Z", "07+02:00", true);
         row("no pin", R"(,
@@ -84,24 +83,18 @@ private Q_SLOTS:
             "", false);
         row("no date", R"("createdAt":"2026-03-01T09:41:07Z",)", "", false);
         row("another kind", R"("kind":"text")", R"("kind":"video")", false);
-        row("kind in capitals", R"("kind":"text")", R"("kind":"Text")", false);
         row("fractions", "07Z", "07.250Z", false);
         row("no zone", "07Z", "07", false);
-        row("no time", "T09:41:07Z", "", false);
         row("thirty-first of February", "03-01", "02-31", false);
         row("midnight at the end", "09:41:07", "24:00:00", false);
-        row("space for T", "T09", " 09", false);
         row("line break behind the date", "07Z", "07Z\\n", false);
         row("braces", "6D1F0C9E-2B7A-4C55-9E0B-6A3C2F1D8E47", "{6D1F0C9E-2B7A-4C55-9E0B-6A3C2F1D8E47}",
             false);
-        row("identifier cut", "8E47", "8E4", false);
         row("number for text", R"("hello")", "7", false);
         row("number for truth", R"("pinned":false)", R"("pinned":1)", false);
-        row("null truth", R"("pinned":false)", R"("pinned":null)", false);
         row("string for paths", R"("text":"hello")", R"("filePaths":"x")", false);
         row("number among paths", R"("text":"hello")", R"("filePaths":["x",1])", false);
         row("bad second element", "}]", "},{}]", false);
-        row("null element", "}]", "},null]", false);
         row("truncated", "}]", "}", false);
         row("something behind", "}]", "}]]", false);
         row("no array", "[{", "{", false);

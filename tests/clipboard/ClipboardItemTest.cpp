@@ -70,19 +70,6 @@ private Q_SLOTS:
         QCOMPARE(item.summary(), u"2 файли"_s);
         QCOMPARE(item.fileUrls().last().toLocalFile(), u"/a/b#c"_s);
     }
-
-    void screenshotIsAnImageOfItsOwn()
-    {
-        ClipboardItem item;
-        item.kind = Kind::Image;
-        QCOMPARE(item.symbol(), u"photo"_s);
-        QCOMPARE(item.summary(), std::nullopt);
-        item.isScreenshot = true;
-        item.imagePath = u"/a/Shot 1.png"_s;
-        QCOMPARE(item.symbol(), u"camera.viewfinder"_s);
-        QCOMPARE(item.kindLabel(), u"Screenshot"_s);
-        QCOMPARE(item.summary(), u"Shot 1.png"_s);
-    }
 };
 
 QTEST_GUILESS_MAIN(ClipboardItemTest)

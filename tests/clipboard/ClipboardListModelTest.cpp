@@ -108,21 +108,6 @@ private Q_SLOTS:
             QCOMPARE(seen, expected);
         }
     }
-
-    void boundsWhatARowShows()
-    {
-        auto text = numbered(1);
-        text.text = QString(20'000, u'x');
-        auto files = numbered(2);
-        files.kind = ClipboardItem::Kind::Files;
-        files.filePaths = QStringList { u"/a/one"_s, u"/b/two"_s };
-        ClipboardListModel model;
-        model.setItems({ text, files });
-        QVERIFY(model.index(0).data(ClipboardListModel::SummaryRole).toString().size() < 1000);
-        QVERIFY(model.index(1).data(ClipboardListModel::HelpRole).toString().endsWith(u"\none\ntwo"_s));
-        QCOMPARE(model.rowOf(files.id), 1);
-        QCOMPARE(model.rowOf(QUuid::createUuid()), -1);
-    }
 };
 
 QTEST_GUILESS_MAIN(ClipboardListModelTest)

@@ -5,9 +5,11 @@ import os
 import pathlib
 import shutil
 import signal
+import struct
 import subprocess
 import tempfile
 import time
+import zlib
 
 WIDTH, HEIGHT = 1512, 982
 NOTCH_LEFT, NOTCH_RIGHT, NOTCH_HEIGHT = 664, 848, 32
@@ -28,6 +30,18 @@ def wait_until(what, condition, seconds=15.0):
         if time.monotonic() > end:
             raise StageMissed(what)
         time.sleep(0.02)
+
+
+def gradient_png(width, height, top, bottom):
+    """A picture to copy: an RGB gradient from `top` to `bottom`."""
+    def chunk(kind, data):
+        body = kind + data
+        return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
+
+    rows = b"".join(
+        b"\0" + bytes(round(a + (b - a) * y / height) for a, b in zip(top, bottom)) * width for y in range(height))
+    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
 
 
 class Desktop:
@@ -140,6 +154,12 @@ class Desktop:
         path = self.home / "nimbarrow.log"
         return path.read_text(errors="replace") if path.exists() else ""
 
+    def check_log(self):
+        """Nothing but its start has been worth a word."""
+        lines = [line for line in self.log().splitlines() if not line.endswith("did finish launching")]
+        if lines:
+            raise StageMissed("a quiet log:\n" + "\n".join(lines))
+
     def _start_server(self):
         read, write = os.pipe()
         self.spawn(["Xvfb", "-displayfd", str(write), "-screen", "0",
@@ -157,11 +177,7 @@ class Desktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
 
     def _paint_background(self):
-        size = f"{WIDTH * self.scale}x{HEIGHT * self.scale}"
-        picture = self.home / "background.png"
-        self.call(["convert", "-size", size, "gradient:#31547a-#b98b6d", str(picture)])
-        # `display -window root` wants a visual that Xvfb has and leaves the pixmap behind for compositors.
-        self.call(["display", "-window", "root", str(picture)])
+        self.call(["hsetroot", "-add", "#31547a", "-add", "#b98b6d", "-gradient", "180"])
 
     def _root_property(self, name):
         return self.call(["xprop", "-root", name]).decode(errors="replace")

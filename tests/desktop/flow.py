@@ -4,7 +4,7 @@ import hashlib
 import pathlib
 import time
 
-from desktop import NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_MIDDLE, NOTCH_RIGHT, StageMissed, wait_until
+from desktop import gradient_png, NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_MIDDLE, NOTCH_RIGHT, StageMissed, wait_until
 
 # Where things are in the expanded surface, in points of the screen: 460 wide, centred on the notch.
 SURFACE_LEFT = NOTCH_MIDDLE - 230
@@ -88,7 +88,7 @@ class Flow:
         """Text, a link, an image and a file, each copied by another program and announced by a notice."""
         desktop = self.desktop
         picture = desktop.home / "Sunset.png"
-        desktop.call(["convert", "-size", "640x400", "gradient:#f6a04d-#5b3fa8", str(picture)])
+        picture.write_bytes(gradient_png(640, 400, (246, 160, 77), (91, 63, 168)))
         document = desktop.home / "Budget 2026.ods"
         document.write_bytes(b"numbers")
         stages = (

@@ -48,6 +48,8 @@ private Q_SLOTS:
     {
         PrivateXServer server;
         (void)server.run(u"xclip"_s, { u"-selection"_s, u"clipboard"_s }, "old");
+        // xclip goes into the background before it has claimed the selection.
+        QTRY_COMPARE(paste(server, "UTF8_STRING"), "old"_ba);
         X11Pasteboard pasteboard(server.displayName());
         QSignalSpy changed(&pasteboard, &Pasteboard::changed);
         (void)server.run(u"xclip"_s, { u"-selection"_s, u"clipboard"_s }, "new");
@@ -156,6 +158,8 @@ private Q_SLOTS:
         at.pasteboard.write({ { u"Ґрунт é"_s, {}, {} } });
         QCOMPARE(at.pasteboard.changeCount(), 1);
         QCOMPARE(at.pasteboard.string(), u"Ґрунт é"_s);
+        // At once: a paste keystroke follows a write in the same breath.
+        QCOMPARE(paste(at.server, "UTF8_STRING"), "Ґрунт é"_ba);
         for (const auto target : { "UTF8_STRING", "text/plain", "text/plain;charset=utf-8", "TEXT" })
             QCOMPARE(paste(at.server, target), "Ґрунт é"_ba);
         QCOMPARE(paste(at.server, "STRING").right(2), " \xE9"_ba);

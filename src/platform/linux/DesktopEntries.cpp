@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace nimbarrow {
 namespace {
 
-constexpr qint64 largestEntry = 256 * 1024;
+constexpr qint64 largestEntry = 262'144;
 constexpr auto mostEntries = 10'000;
 // Only the very first question can come before anything is read.
 constexpr auto firstAnswerMilliseconds = 100;
@@ -131,7 +131,7 @@ std::shared_ptr<const DesktopEntries::Index> DesktopEntries::current() const
         m_reader.waitForDone(firstAnswerMilliseconds);
         lock.lock();
     }
-    const auto index = m_index;
+    auto index = m_index;
     const auto isReading = m_isReading;
     lock.unlock();
     if (!index)

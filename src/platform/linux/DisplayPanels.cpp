@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace nimbarrow {
 namespace {
 
-constexpr qint64 largestDescription = 256 * 1024;
+constexpr qint64 largestDescription = 262'144;
 constexpr qint64 largestProperty = 4096;
 constexpr auto tallestNotch = 4096U;
 
@@ -99,6 +99,21 @@ std::optional<QRectF> DisplayPanels::topCutout(const QString& screen, QSize mode
             return panel->topCutout(mode, isBuiltIn(screen) ? m_hiddenRows : 0);
     }
     return {};
+}
+
+QString DisplayPanels::howToDeclare(const QString& screen, QSize mode) const
+{
+    if (m_folders.isEmpty() || !isFileName(screen))
+        return {};
+    // An eighth of the width in the middle is about what notches have.
+    const auto left = mode.width() / 2 - mode.width() / 16;
+    const auto right = mode.width() - left;
+    return u"To declare one for the screen %1, write its box in pixels to the file\n"
+           "    %2/%1.json\n"
+           "for example\n"
+           "    {\"x-res\": %3, \"y-res\": %4, \"cutouts\": [{\"path\": \"M %5 0 H %6 V 32 H %5 Z\"}]}\n"_s
+        .arg(screen, m_folders.first(), QString::number(mode.width()), QString::number(mode.height()),
+            QString::number(left), QString::number(right));
 }
 
 std::optional<DisplayPanel> DisplayPanels::panelFor(const QString& key) const

@@ -20,6 +20,7 @@ public:
     DisplayPanels(QStringList dataFolders, const QString& deviceTree);
 
     [[nodiscard]] std::optional<QRectF> topCutout(const QString& screen, QSize mode) const override;
+    [[nodiscard]] QString howToDeclare(const QString& screen, QSize mode) const override;
 
 private:
     [[nodiscard]] std::optional<DisplayPanel> panelFor(const QString& key) const;

@@ -53,7 +53,7 @@ constexpr std::array known {
 const Entry* find(QStringView target)
 {
     // Media types are written in any case; so are the parameters after them.
-    const auto entry = std::find_if(known.begin(), known.end(),
+    const auto* const entry = std::find_if(known.begin(), known.end(),
         [target](const Entry& known) { return known.target.compare(target, Qt::CaseInsensitive) == 0; });
     return entry == known.end() ? nullptr : &*entry;
 }

@@ -13,6 +13,9 @@ struct PasteboardSnapshot {
     std::optional<QString> string;
     QList<QUrl> urls;
 
+    /// False when there is nothing to capture, whatever the types say.
+    [[nodiscard]] bool hasContent() const { return string || !bytes.isEmpty() || !urls.isEmpty(); }
+
     [[nodiscard]] QByteArray data(QStringView type) const
     {
         // A text may be long, and its bytes are hardly ever asked for, so it is kept in one form only.

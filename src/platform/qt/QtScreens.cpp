@@ -61,6 +61,12 @@ QList<Screen> QtScreens::screens() const
     return result;
 }
 
+QString QtScreens::howToDeclareNotch() const
+{
+    const auto* screen = QGuiApplication::primaryScreen();
+    return screen ? m_cutouts->howToDeclare(screen->name(), screen->size() * screen->devicePixelRatio()) : QString();
+}
+
 void QtScreens::follow(QScreen* screen)
 {
     const auto settle = qOverload<>(&QTimer::start);

@@ -21,6 +21,7 @@ public:
     ~QtScreens() override;
 
     [[nodiscard]] QList<Screen> screens() const override;
+    [[nodiscard]] QString howToDeclareNotch() const override;
 
 private:
     void follow(QScreen* screen);

@@ -20,6 +20,9 @@ public:
     /// screen's top left. `mode` is the screen's size in device pixels.
     [[nodiscard]] virtual std::optional<QRectF> topCutout(const QString& screen, QSize mode) const = 0;
 
+    /// How a person declares the cut-out of a screen, in words for a terminal.
+    [[nodiscard]] virtual QString howToDeclare(const QString& screen, QSize mode) const = 0;
+
 Q_SIGNALS:
     /// Some answer may have changed.
     void changed();

@@ -10,6 +10,21 @@ namespace {
 
 constexpr auto fromPager = 2;
 
+std::optional<quint32> activeWindow()
+{
+    auto* connection = x11::qtConnection();
+    const auto root = x11::rootWindow(connection);
+    if (root == XCB_NONE)
+        return {};
+    return x11::windowProperty(connection, root, x11::atom(connection, "_NET_ACTIVE_WINDOW"));
+}
+
+QByteArray textOf(quint32 window, const QByteArray& property)
+{
+    auto* connection = x11::qtConnection();
+    return x11::property(connection, window, x11::atom(connection, property));
+}
+
 } // namespace
 
 X11Applications::X11Applications()
@@ -62,21 +77,6 @@ bool X11Applications::isTerminalInFront() const
     const auto window = activeWindow();
     const auto entry = window ? entryOf(*window) : std::nullopt;
     return entry && entry->categories.contains("TerminalEmulator"_L1);
-}
-
-std::optional<quint32> X11Applications::activeWindow() const
-{
-    auto* connection = x11::qtConnection();
-    const auto root = x11::rootWindow(connection);
-    if (root == XCB_NONE)
-        return {};
-    return x11::windowProperty(connection, root, x11::atom(connection, "_NET_ACTIVE_WINDOW"));
-}
-
-QByteArray X11Applications::textOf(quint32 window, const QByteArray& property) const
-{
-    auto* connection = x11::qtConnection();
-    return x11::property(connection, window, x11::atom(connection, property));
 }
 
 std::optional<DesktopEntry> X11Applications::entryOf(quint32 window) const

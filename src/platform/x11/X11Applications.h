@@ -2,8 +2,6 @@
 
 #include "platform/Applications.h"
 
-#include <QByteArray>
-
 #include <memory>
 
 namespace nimbarrow {
@@ -25,8 +23,6 @@ public:
     [[nodiscard]] bool isTerminalInFront() const;
 
 private:
-    [[nodiscard]] std::optional<quint32> activeWindow() const;
-    [[nodiscard]] QByteArray textOf(quint32 window, const QByteArray& property) const;
     [[nodiscard]] std::optional<DesktopEntry> entryOf(quint32 window) const;
 
     std::unique_ptr<DesktopEntries> m_entries;

@@ -62,12 +62,15 @@ X11PanelWindow::~X11PanelWindow()
 void X11PanelWindow::setFrame(const ScreenRect& frame)
 {
     m_window.setGeometry(flipped(frame.grown(-crumb)).toAlignedRect());
+    xcb_flush(m_connection);
 }
 
 void X11PanelWindow::orderFront()
 {
     m_window.show();
     m_window.raise();
+    // Qt sends requests with the next event it handles, which may be long in coming.
+    xcb_flush(m_connection);
 }
 
 void X11PanelWindow::orderOut()
@@ -75,6 +78,7 @@ void X11PanelWindow::orderOut()
     // The server would put the focus somewhere when its window goes.
     resignKey();
     m_window.hide();
+    xcb_flush(m_connection);
 }
 
 void X11PanelWindow::makeKey()

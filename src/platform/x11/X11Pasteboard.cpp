@@ -32,7 +32,7 @@ void X11Pasteboard::take(const X11PasteboardThread::Change& change)
     const Age age { change.writesBefore, change.sequence };
     const bool late = age < m_newest;
     const auto& content = change.content;
-    if (late && (!change.owned || (content.bytes.isEmpty() && !content.string && content.urls.isEmpty())))
+    if (late && (!change.owned || !content.hasContent()))
         return;
     const auto standing = m_content;
     const auto shown = std::make_shared<PasteboardSnapshot>(content);

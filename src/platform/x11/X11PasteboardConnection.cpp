@@ -19,7 +19,7 @@ X11PasteboardConnection::X11PasteboardConnection(const QByteArray& display)
     m_root = screens.data->root;
     // A quarter of a megabyte keeps the server's memory small and loses no speed to round trips.
     const qsizetype request = qsizetype(xcb_get_maximum_request_length(m_connection)) * 4;
-    m_chunkBytes = std::min<qsizetype>(request - 64, 256 * 1024);
+    m_chunkBytes = std::min<qsizetype>(request - 64, qsizetype(256) * 1024);
 
     const auto* extension = xcb_get_extension_data(m_connection, &xcb_xfixes_id);
     if (!extension || !extension->present)
@@ -38,6 +38,13 @@ X11PasteboardConnection::~X11PasteboardConnection()
 bool X11PasteboardConnection::works() const
 {
     return m_xfixesEvent >= 0 && !xcb_connection_has_error(m_connection);
+}
+
+void X11PasteboardConnection::sync()
+{
+    // Any question will do: the server answers in order.
+    const Reply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
 }
 
 xcb_atom_t X11PasteboardConnection::atom(QByteArrayView name)

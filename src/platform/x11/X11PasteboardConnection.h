@@ -61,6 +61,9 @@ public:
     /// Reads at most `room` bytes, then deletes the property in any case.
     [[nodiscard]] Property takeProperty(xcb_window_t window, xcb_atom_t property, qsizetype room);
 
+    /// Returns when the server has done everything that was asked of it.
+    void sync();
+
     void watchOwner(xcb_window_t window, xcb_atom_t selection);
 
     /// The most bytes that go into one property at once.

@@ -20,6 +20,11 @@ X11PasteboardOwner::X11PasteboardOwner(X11PasteboardConnection& connection, xcb_
     , m_selection(selection)
     , m_window(connection.makeWindow())
 {
+    // A paste may follow a write at once, so the claim must not wait for the server to make up atoms.
+    for (const auto* name : { "TARGETS", "TIMESTAMP", "MULTIPLE", "INCR", "TEXT", "UTF8_STRING", "STRING",
+             "text/plain", "text/plain;charset=utf-8", "text/uri-list", "image/png",
+             "x-special/gnome-copied-files", "x-special/mate-copied-files", "application/x-kde4-urilist" })
+        (void)connection.atom(name);
 }
 
 void X11PasteboardOwner::claim(const QHash<QByteArray, QByteArray>& content)

@@ -93,7 +93,9 @@ void X11PasteboardReading::advance()
         }
         if (m_reader->next().isEmpty() || m_superseded || Instant::clock::now() >= m_end) {
             m_finished = true;
-            m_result = m_reader->snapshot();
+            // What the old owner can no longer give is the new owner's to tell.
+            if (!m_superseded || m_reader->snapshot().hasContent())
+                m_result = m_reader->snapshot();
         } else {
             ask(m_reader->next());
         }

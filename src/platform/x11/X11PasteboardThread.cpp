@@ -15,6 +15,8 @@ namespace {
 // Owners that freeze one after the other hold no more than this many unfinished readings.
 constexpr std::size_t mostReadings = 4;
 
+constexpr auto claimPatience = std::chrono::milliseconds(250);
+
 } // namespace
 
 X11PasteboardThread::X11PasteboardThread(
@@ -57,11 +59,12 @@ void X11PasteboardThread::write(Write write)
 {
     if (!m_works)
         return;
-    {
-        const std::scoped_lock lock(m_mutex);
-        m_writes.push_back(std::move(write));
-    }
+    std::unique_lock lock(m_mutex);
+    m_writes.push_back(std::move(write));
+    const auto turn = ++m_writesGiven;
     wake();
+    // Only the X server stands behind this wait: a paste keystroke often follows at once.
+    m_claimed.wait_for(lock, claimPatience, [this, turn] { return m_writesClaimed >= turn || !m_works; });
 }
 
 void X11PasteboardThread::run()
@@ -83,7 +86,11 @@ void X11PasteboardThread::run()
         }
         sleep();
     }
-    m_works = false;
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_works = false;
+    }
+    m_claimed.notify_all();
 }
 
 void X11PasteboardThread::runWrites()
@@ -99,6 +106,12 @@ void X11PasteboardThread::runWrites()
         }
         ++m_claims;
         m_owner->claim(write.content);
+        m_connection.sync();
+        {
+            const std::scoped_lock lock(m_mutex);
+            ++m_writesClaimed;
+        }
+        m_claimed.notify_all();
         if (!write.png)
             continue;
         const auto png = write.png();

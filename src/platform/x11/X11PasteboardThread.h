@@ -4,6 +4,7 @@
 #include "platform/x11/X11PasteboardReading.h"
 
 #include <atomic>
+#include <condition_variable>
 #include <deque>
 #include <functional>
 #include <list>
@@ -38,7 +39,8 @@ public:
 
     [[nodiscard]] bool works() const { return m_works; }
 
-    /// Called on any thread.
+    /// Called on any thread but its own. Returns when the selection is claimed, so that whoever pastes from now
+    /// on gets this; when the X server is too busy for that, after a quarter of a second.
     void write(Write write);
 
 private:
@@ -66,7 +68,10 @@ private:
     std::atomic_bool m_stop = false;
 
     std::mutex m_mutex;
+    std::condition_variable m_claimed;
     std::deque<Write> m_writes;
+    int m_writesGiven = 0;
+    int m_writesClaimed = 0;
 
     std::unique_ptr<X11PasteboardOwner> m_owner;
     std::list<Entry> m_readings;

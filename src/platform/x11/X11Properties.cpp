@@ -7,7 +7,7 @@
 namespace nimbarrow::x11 {
 namespace {
 
-constexpr uint32_t longestProperty = 16 * 1024;
+constexpr uint32_t lengthLimit = 16 * 1024;
 
 int parsedScreenNumber()
 {
@@ -53,7 +53,7 @@ xcb_atom_t atom(xcb_connection_t* connection, const QByteArray& name)
 
 QByteArray property(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t name)
 {
-    const auto cookie = xcb_get_property(connection, 0, window, name, XCB_ATOM_ANY, 0, longestProperty);
+    const auto cookie = xcb_get_property(connection, 0, window, name, XCB_ATOM_ANY, 0, lengthLimit);
     xcb_generic_error_t* error = nullptr;
     const auto reply = owned(xcb_get_property_reply(connection, cookie, &error));
     const auto windowIsGone = owned(error);

@@ -14,13 +14,15 @@ constexpr auto periodMilliseconds = 1000;
 } // namespace
 
 X11Raiser::X11Raiser(xcb_connection_t* connection, QWindow& window)
-    : m_window(window)
+    : m_connection(connection)
+    , m_window(window)
     , m_id(static_cast<xcb_window_t>(window.winId()))
     , m_stacking(x11::atom(connection, "_NET_CLIENT_LIST_STACKING"))
     , m_active(x11::atom(connection, "_NET_ACTIVE_WINDOW"))
 {
-    // Under a compositing manager no window is ever obscured to the server, and only the root's properties
-    // tell.
+    // To a server with the composite extension no translucent window is ever obscured, so there only the
+    // root's properties tell. It also means that a screen locker, which the window manager does not list,
+    // stays on top.
     x11::addEventMask(connection, x11::rootWindow(connection), XCB_EVENT_MASK_PROPERTY_CHANGE);
     x11::addEventMask(connection, m_id, XCB_EVENT_MASK_VISIBILITY_CHANGE);
     m_later.setSingleShot(true);
@@ -71,6 +73,8 @@ void X11Raiser::raise()
     }
     ++m_count;
     m_window.raise();
+    // Qt sends it with the next event it handles; after a timer that may be long.
+    xcb_flush(m_connection);
 }
 
 } // namespace nimbarrow

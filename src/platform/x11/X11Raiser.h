@@ -24,6 +24,7 @@ public:
 private:
     void raise();
 
+    xcb_connection_t* m_connection;
     QWindow& m_window;
     xcb_window_t m_id;
     xcb_atom_t m_stacking;

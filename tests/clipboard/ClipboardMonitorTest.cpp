@@ -1,0 +1,200 @@
+#include "clipboard/ClipboardMonitor.h"
+
+#include "clipboard/PasteboardCapture.h"
+#include "clipboard/Paster.h"
+#include "support/FakeApplications.h"
+#include "support/FakeKeystrokes.h"
+#include "support/FakePasteboard.h"
+#include "support/HistoryFixture.h"
+
+#include <QBuffer>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using namespace nimbarrow;
+using Kind = ClipboardItem::Kind;
+using Content = FakePasteboard::Content;
+
+namespace {
+
+QByteArray picture(const char* format)
+{
+    QImage image(4, 3, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray data;
+    QBuffer buffer(&data);
+    image.save(&buffer, format);
+    return data;
+}
+
+struct Fixture : HistoryFixture {
+    FakePasteboard pasteboard;
+    FakeApplications applications;
+    FakeKeystrokes keystrokes;
+    PasteboardCapture capture { *store, queues };
+    ClipboardMonitor monitor { capture, pasteboard, applications, time };
+    Paster paster { *store, monitor, settings, trust, keystrokes };
+
+    ClipboardItem captured(const Content& content)
+    {
+        pasteboard.copy(content);
+        queues.runAll();
+        return store->items().value(0);
+    }
+};
+
+const QUrl web(u"https://example.org/a b"_s);
+const QUrl file(u"file:///a/b.txt"_s);
+const auto png = pasteboardtype::png.toString();
+const auto tiff = pasteboardtype::tiff.toString();
+
+} // namespace
+
+class ClipboardMonitorTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void seesEveryAnnouncedCopyAndNotWhatWasThere()
+    {
+        Fixture f;
+        f.pasteboard.content.string = u"before"_s;
+        f.monitor.start();
+        f.monitor.start();
+        QVERIFY(f.store->isEmpty());
+        f.applications.front = RunningApplication { u"Kate"_s, {}, 0 };
+        for (auto number = 0; number < 40; ++number)
+            f.pasteboard.copy({ .data = {}, .string = QString::number(number), .urls = {}, .marks = {} });
+        QCOMPARE(f.store->items().size(), 40);
+        QCOMPARE(f.store->items().first().sourceApp, u"Kate"_s);
+        QCOMPARE(f.time.pending(), 1);
+    }
+
+    void looksTwiceASecondWhereNothingIsAnnounced()
+    {
+        Fixture f;
+        f.pasteboard.announces = false;
+        f.monitor.start();
+        f.pasteboard.copy({ .data = {}, .string = u"one"_s, .urls = {}, .marks = {} });
+        f.pasteboard.copy({ .data = {}, .string = u"two"_s, .urls = {}, .marks = {} });
+        f.time.advance(499ms);
+        QVERIFY(f.store->isEmpty());
+        f.time.advance(1ms);
+        QCOMPARE(f.store->items().size(), 1);
+        QCOMPARE(f.store->items().first().text, u"two"_s);
+        QCOMPARE(f.store->items().first().sourceApp, std::nullopt);
+    }
+
+    void takesTheBestOfWhatIsOffered_data()
+    {
+        QTest::addColumn<Content>("content");
+        QTest::addColumn<QString>("summary");
+        const auto row = [](const char* name, const Content& content, const QString& summary) {
+            QTest::newRow(name) << content << summary;
+        };
+        row("text", { {}, u"text"_s, {}, {} }, u"text"_s);
+        row("files before all else", { { { tiff, picture("tiff") } }, u"b.txt"_s, { web, file }, {} },
+            u"b.txt"_s);
+        row("image before text", { { { png, "\x89PNG" } }, u"text"_s, {}, {} }, u"image 4"_s);
+        row("PNG as it is", { { { png, "\x89PNG?" }, { tiff, picture("tiff") } }, {}, {}, {} }, u"image 5"_s);
+        row("empty PNG", { { { png, {} }, { tiff, picture("tiff") } }, {}, {}, {} },
+            u"image %1"_s.arg(picture("png").size()));
+        row("JPEG", { { { pasteboardtype::jpeg.toString(), picture("bmp") } }, {}, {}, {} },
+            u"image %1"_s.arg(picture("png").size()));
+        row("broken image is nothing", { { { tiff, "II*?" } }, u"text"_s, {}, {} }, {});
+        row("address alone", { {}, {}, { web }, {} }, u"example.org"_s);
+        row("address with text", { {}, u"text"_s, { web }, {} }, u"text"_s);
+        row("nothing that is known", { {}, {}, {}, { u"x/y"_s } }, {});
+        for (const auto& type : PasteboardCapture::ignoredTypes())
+            row(qPrintable(type), { {}, u"secret"_s, { file }, { type } }, {});
+    }
+    void takesTheBestOfWhatIsOffered()
+    {
+        QFETCH(Content, content);
+        Fixture f;
+        f.monitor.start();
+        const auto item = f.captured(content);
+        QString summary;
+        if (item.kind == Kind::Image)
+            summary = u"image %1"_s.arg(QFile(item.imagePath.value()).size());
+        else
+            summary = item.summary().value_or(QString());
+        QTEST(summary, "summary");
+        QCOMPARE(f.store->items().size(), summary.isEmpty() ? 0 : 1);
+        // The same content is not looked at again.
+        f.pasteboard.content = { {}, u"later"_s, {}, {} };
+        f.monitor.poll();
+        QCOMPARE(f.store->items().size(), summary.isEmpty() ? 0 : 1);
+    }
+
+    void putsAnEntryBackWithoutCapturingIt()
+    {
+        Fixture f;
+        f.monitor.start();
+        const auto link = f.captured({ {}, u"https://example.org"_s, {}, {} });
+        f.captured({ {}, {}, { file, file, web }, {} });
+        const auto before = f.store->items();
+        QVERIFY(!f.paster.pasteClicked(link.id));
+        QCOMPARE(f.pasteboard.written.size(), 1);
+        QCOMPARE(f.pasteboard.written.first().string, u"https://example.org"_s);
+        QVERIFY(!f.pasteboard.written.first().url);
+        f.monitor.write(f.store->items().first());
+        QCOMPARE(f.pasteboard.content.urls, QList({ file, file }));
+        f.monitor.poll();
+        QCOMPARE(f.store->items(), before);
+        // An entry that holds nothing takes nothing away.
+        const auto count = f.pasteboard.changeCount();
+        f.monitor.write(ClipboardItem());
+        QCOMPARE(f.pasteboard.changeCount(), count);
+    }
+
+    void offersAnImageAsFileAndAsPng()
+    {
+        Fixture f;
+        const auto write = [&f](const QString& name, const QByteArray& data) {
+            QFile file(f.path(name));
+            if (!data.isEmpty() && file.open(QFile::WriteOnly))
+                file.write(data);
+            file.close();
+            ClipboardItem item;
+            item.kind = Kind::Image;
+            item.imagePath = file.fileName();
+            f.monitor.write(item);
+            const auto& object = f.pasteboard.written.first();
+            return object.url == QUrl::fromLocalFile(file.fileName()) ? object.png() : "no file";
+        };
+        QCOMPARE(write(u"a.PNG"_s, "\x89PNG as it is"), "\x89PNG as it is");
+        QCOMPARE(write(u"a.bmp"_s, picture("bmp")), picture("png"));
+        QCOMPARE(write(u"broken.jpg"_s, "?"), QByteArray());
+        QCOMPARE(write(u"gone.png"_s, {}), QByteArray());
+    }
+
+    void pastesOnlyWhereTheUserAllowsIt()
+    {
+        Fixture f;
+        const auto text = [&f] {
+            f.store->addText(u"text"_s, {});
+            return f.store->items().first();
+        }();
+        QVERIFY(!f.paster.paste(text, false));
+        QVERIFY(f.paster.paste(text, true));
+        f.settings.setPasteOnClick(true);
+        QVERIFY(f.paster.pasteClicked(text.id));
+        QCOMPARE(f.keystrokes.pastes, 2);
+        f.trust.trusted = false;
+        QVERIFY(!f.paster.paste(text, true));
+        QVERIFY(!f.paster.paste(text, false));
+        QCOMPARE(f.trust.prompts, 1);
+        QCOMPARE(f.pasteboard.content.string, u"text"_s);
+        QVERIFY(!f.paster.pasteClicked(QUuid::createUuid()));
+        auto delivered = 0;
+        f.paster.deliverPaste = [&delivered] { ++delivered; };
+        f.trust.trusted = true;
+        QVERIFY(f.paster.pasteClicked(text.id));
+        QCOMPARE(delivered, 1);
+        QCOMPARE(f.keystrokes.pastes, 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(ClipboardMonitorTest)
+#include "ClipboardMonitorTest.moc"

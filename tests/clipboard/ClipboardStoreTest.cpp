@@ -1,0 +1,248 @@
+#include "preferences/L10n.h"
+#include "support/HistoryFixture.h"
+
+#include <QFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using namespace nimbarrow;
+using Kind = ClipboardItem::Kind;
+
+class ClipboardStoreTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_fixture = std::make_unique<HistoryFixture>();
+        L10n::setCurrent(L10n::English);
+        m_new.clear();
+        store().onNewItem = [this](const ClipboardItem& item) { m_new << item; };
+    }
+
+    void sameTextIsPromoted()
+    {
+        store().addText(u"  hello \n"_s, u"Notes"_s);
+        store().addText(u"other"_s, {});
+        const auto first = store().items().last();
+        store().togglePin(first.id);
+        m_fixture->time.advance(10s);
+        store().addText(u"hello"_s, u"Mail"_s);
+        auto expected = first;
+        expected.pinned = true;
+        expected.createdAt = m_fixture->time.wallTime();
+        QCOMPARE(store().items().size(), 2);
+        QCOMPARE(store().items().first(), expected);
+        QCOMPARE(expected.text, u"  hello \n"_s);
+        QCOMPARE(expected.contentHash, u"2cf24dba5fb0a30e26e83b2ac5b9e29e1b161e5c1fa7425e73043362938b9824"_s);
+        QCOMPARE(m_new.size(), 2);
+    }
+
+    void tellsLinksFromTexts_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("link");
+        QTest::newRow("link") << u"https://example.org/a?b#c"_s << true;
+        QTest::newRow("Cyrillic") << u"http://приклад.укр/шлях"_s << true;
+        QTest::newRow("white space around") << u"\n https://example.org\u2003"_s << true;
+        QTest::newRow("space inside") << u"https://example.org /a"_s << false;
+        QTest::newRow("other space inside") << u"https://example.org/\u2003a"_s << false;
+        QTest::newRow("no host") << u"https://"_s << false;
+        QTest::newRow("capitals") << u"HTTPS://example.org"_s << false;
+        QTest::newRow("other scheme") << u"ftp://example.org"_s << false;
+        QTest::newRow("broken host") << u"https://[::1"_s << false;
+    }
+    void tellsLinksFromTexts()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, link);
+        store().addText(text, {});
+        QCOMPARE(store().items().first().kind, link ? Kind::Link : Kind::Text);
+        QCOMPARE(store().items().first().text, link ? text.trimmed() : text);
+    }
+
+    void keepsSoManyCharactersOfAText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<qsizetype>("kept");
+        const auto row = [](const char* name, const QString& character, qsizetype count, qsizetype kept) {
+            QTest::newRow(name) << character.repeated(count) << kept * character.size();
+        };
+        row("as many as may be", u"a"_s, 20'000, 20'000);
+        row("one more", u"a"_s, 20'001, 20'000);
+        row("letters of several units", u"\U0001f468\u200d\U0001f469\u200d\U0001f467"_s, 20'005, 20'000);
+        row("marks on letters", u"e\u0301"_s, 20'000, 20'000);
+        row("line ends of two units", u"\r\nx"_s, 15'000, 10'000);
+        row("flags", u"\U0001f1fa\U0001f1e6"_s, 30'000, 20'000);
+        QTest::newRow("one letter under endless marks")
+            << QString(u'e' + QString(3'000'000, QChar(0x301))) << qsizetype { 1024 * 1024 };
+    }
+    void keepsSoManyCharactersOfAText()
+    {
+        QFETCH(QString, text);
+        store().addText(text, {});
+        m_fixture->queues.runAll();
+        QTEST(store().items().first().text->size(), "kept");
+        QVERIFY(text.startsWith(*store().items().first().text));
+    }
+
+    void hugeTextIsHashedElsewhere()
+    {
+        const QString huge(20'000'000, u'x');
+        m_fixture->queues.runAll();
+        store().addText(u"https://"_s + huge, {});
+        QVERIFY(store().isEmpty());
+        QCOMPARE(m_fixture->queues.waiting(), 1);
+        m_fixture->queues.runAll();
+        QCOMPARE(store().items().first().text->size(), 20'000);
+        store().addText(u"\n"_s, {});
+        QCOMPARE(store().items().size(), 1);
+    }
+
+    void filesStayWhereTheyLie()
+    {
+        const auto url = [](const QString& path) { return QUrl::fromLocalFile(path); };
+        store().addFiles({}, {});
+        store().addFiles({ url(u"/a/photo.JPG"_s) }, u"Files"_s);
+        store().addFiles({ url(u"/a/one.png"_s), url(u"/a/two.png"_s) }, {});
+        store().addFiles({ url(u"/a/.png"_s) }, {});
+        store().addFiles({ url(u"/a/two.png"_s), url(u"/a/one.png"_s) }, {});
+        store().addFiles({ url(u"/a/photo.JPG"_s) }, {});
+        QCOMPARE(store().items().size(), 4);
+        QCOMPARE(store().imageItems().size(), 1);
+        QCOMPARE(store().items().first().imagePath, u"/a/photo.JPG"_s);
+        QCOMPARE(store().items().first().sourceApp, u"Files"_s);
+        QCOMPARE(store().items().last().filePaths, QStringList({ u"/a/one.png"_s, u"/a/two.png"_s }));
+    }
+
+    void limitSparesPinnedEntries()
+    {
+        m_fixture->settings.setHistoryLimit(100);
+        for (auto number = 0; number < 34; ++number)
+            store().addText(QString::number(number), {});
+        for (auto row = 30; row < 34; ++row)
+            store().togglePin(store().items().at(row).id);
+        m_fixture->settings.setHistoryLimit(25);
+        store().enforceLimit();
+        QCOMPARE(store().items().size(), 29);
+        QCOMPARE(store().items().at(24).text, u"9"_s);
+        QCOMPARE(store().items().at(25).text, u"3"_s);
+        m_fixture->settings.setHistoryLimit(5);
+        store().addText(u"new"_s, {});
+        QCOMPARE(store().items().size(), 14);
+        store().clear();
+        QCOMPARE(store().items().size(), 4);
+    }
+
+    void showsPinnedFirstThenTheLatest()
+    {
+        const auto texts = [this] {
+            QStringList texts;
+            for (const auto& item : store().textualItems())
+                texts << *item.text;
+            return texts.join(u' ');
+        };
+        for (const auto* const text : { u"a", u"b", u"c", u"d" })
+            store().addText(QString::fromUtf16(text), {});
+        QCOMPARE(texts(), u"d c b a"_s);
+        store().togglePin(store().items().at(3).id);
+        store().togglePin(store().items().at(2).id);
+        QCOMPARE(texts(), u"b a d c"_s);
+        // The user sets the clock back.
+        m_fixture->time.setWallTime(m_fixture->time.wallTime().addSecs(-60));
+        store().addText(u"old"_s, {});
+        QCOMPARE(texts(), u"b a d c old"_s);
+        QCOMPARE(store().items().first().text, u"old"_s);
+    }
+
+    void imageIsCheckedAgainAfterItsFileIsWritten()
+    {
+        const QByteArray png = "\x89PNG one";
+        store().addImage(png, u"Paint"_s);
+        store().addImage(png, u"Draw"_s);
+        QVERIFY(store().isEmpty());
+        m_fixture->queues.runAll();
+        QCOMPARE(store().items().size(), 1);
+        QCOMPARE(m_new.size(), 1);
+        QCOMPARE(images().size(), 1);
+        QFile file(*store().items().first().imagePath);
+        QVERIFY(file.open(QFile::ReadOnly));
+        QCOMPARE(file.readAll(), png);
+        QCOMPARE(store().items().first().contentHash, ClipboardStore::hash(png));
+        store().addImage(png, {});
+        m_fixture->queues.runAll();
+        QCOMPARE(images().size(), 1);
+        store().remove(store().items().first().id);
+        m_fixture->queues.runAll();
+        QVERIFY(images().isEmpty());
+    }
+
+    void removesNoFileOutsideItsFolder_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<bool>("stays");
+        QTest::newRow("inside") << u"images/a.png"_s << false;
+        QTest::newRow("beside") << u"images2/a.png"_s << true;
+        QTest::newRow("above by dots") << u"images/../a.png"_s << true;
+        QTest::newRow("beside by dots") << u"images/../images2/a.png"_s << true;
+        QTest::newRow("back inside") << u"images2/../images/a.png"_s << false;
+    }
+    void removesNoFileOutsideItsFolder()
+    {
+        QFETCH(QString, file);
+        QDir().mkpath(m_fixture->path(u"images2"_s));
+        const auto path = m_fixture->path(file);
+        QVERIFY(QFile(path).open(QFile::WriteOnly));
+        store().addFiles({ QUrl::fromLocalFile(path) }, {});
+        store().clear();
+        m_fixture->queues.runAll();
+        QTEST(QFile::exists(path), "stays");
+    }
+
+    void fileOfTwoEntriesGoesWithTheLast()
+    {
+        store().addImage("\x89PNG", {});
+        m_fixture->queues.runAll();
+        const auto path = *store().items().first().imagePath;
+        store().addFiles({ QUrl::fromLocalFile(path) }, {});
+        QCOMPARE(store().items().size(), 2);
+        store().remove(store().items().first().id);
+        m_fixture->queues.runAll();
+        QVERIFY(QFile::exists(path));
+        store().clear();
+        m_fixture->queues.runAll();
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void savesOnceAfterAPause()
+    {
+        const auto index = m_fixture->path(u"index.json"_s);
+        m_fixture->queues.runAll();
+        store().addText(u"one"_s, {});
+        m_fixture->time.advance(499ms);
+        store().addText(u"two"_s, {});
+        m_fixture->time.advance(499ms);
+        QCOMPARE(m_fixture->queues.waiting(), 0);
+        m_fixture->time.advance(1ms);
+        QCOMPARE(m_fixture->queues.waiting(), 1);
+        m_fixture->queues.runAll();
+        QVERIFY(QFile::exists(index));
+        m_fixture->time.advance(10s);
+        QCOMPARE(m_fixture->queues.waiting(), 0);
+        // Leaving does not lose what was copied a moment ago.
+        store().addText(u"three"_s, {});
+        m_fixture->restart();
+        QCOMPARE(store().items().size(), 3);
+    }
+
+private:
+    ClipboardStore& store() { return *m_fixture->store; }
+    QStringList images() { return QDir(m_fixture->path(u"images"_s)).entryList(QDir::Files); }
+
+    std::unique_ptr<HistoryFixture> m_fixture;
+    QList<ClipboardItem> m_new;
+};
+
+QTEST_GUILESS_MAIN(ClipboardStoreTest)
+#include "ClipboardStoreTest.moc"

@@ -1,0 +1,117 @@
+"""faults_test.py PROGRAM DRAG_SOURCE: what goes wrong around the program on a real desktop must not end it, slow
+it down or lose what was copied."""
+
+import os
+import signal
+import subprocess
+import sys
+import time
+
+from desktop import Desktop, StageMissed, wait_until, NOTCH_MIDDLE, NOTCH_LEFT
+from flow import Flow, SURFACE_LEFT
+
+
+def has_text(text):
+    return lambda item: item.get("text") == text
+
+
+def second_instance(desktop):
+    second = subprocess.run([desktop.program], env=desktop.environment, timeout=30, capture_output=True)
+    if second.returncode != 0 or desktop.nimbarrow.poll() is not None:
+        raise StageMissed("a second copy that ends by itself beside the first")
+
+
+def frozen_owner(desktop):
+    """A program that owns the clipboard and answers nothing holds up neither the panel nor the next copy."""
+    owner = desktop.spawn(["xclip", "-quiet", "-selection", "clipboard", "-in", "/etc/hostname"])
+    os.kill(owner.pid, signal.SIGSTOP)
+    time.sleep(0.2)
+    os.kill(owner.pid, signal.SIGCONT)
+    time.sleep(0.05)
+    os.kill(owner.pid, signal.SIGSTOP)
+    flow = Flow(desktop)
+    flow.open_by_pointer()
+    flow.leave()
+    desktop.copy("copied beside a frozen program")
+    desktop.wait_for_entry("the copy after a frozen owner", has_text("copied beside a frozen program"), 8)
+    os.kill(owner.pid, signal.SIGKILL)
+
+
+def burst(desktop):
+    """Forty copies 20 ms apart are forty entries."""
+    for number in range(40):
+        desktop.copy(f"burst {number}")
+        time.sleep(0.02)
+    wait_until("forty entries", lambda: sum(
+        item.get("text", "").startswith("burst ") for item in desktop.history()) == 40, 10)
+
+
+def huge_text(desktop):
+    """The panel opens while 100 MB are on their way; the text is kept, cut."""
+    desktop.copy("x" * 1000 + " " + "long " * 20_000_000)
+    flow = Flow(desktop)
+    before = time.monotonic()
+    flow.open_by_pointer()
+    print(f"opened in {time.monotonic() - before:.1f} s beside 100 MB")
+    flow.leave()
+    entry = desktop.wait_for_entry("the cut text", lambda item: item.get("text", "").startswith("xxx"), 60)
+    if len(entry["text"]) != 20_000:
+        raise StageMissed(f"20,000 characters of the huge text, not {len(entry['text'])}")
+
+
+def secret(desktop):
+    """What a password manager marks is nowhere on the disk."""
+    desktop.copy("hunter2", "x-kde-passwordManagerHint")
+    desktop.copy("after the secret")
+    desktop.wait_for_entry("the copy after a secret", has_text("after the secret"))
+    if "hunter2" in (desktop.history_folder / "index.json").read_text() + desktop.log():
+        raise StageMissed("a secret that is kept nowhere")
+
+
+def kill(desktop):
+    """What was copied a second before a kill is there after the restart, and files are private."""
+    desktop.copy("copied before the kill")
+    time.sleep(1)
+    desktop.stop(signal.SIGKILL)
+    desktop.start()
+    desktop.wait_for_entry("the entry from before the kill", has_text("copied before the kill"), 1)
+    for path in (desktop.history_folder, *desktop.history_folder.rglob("*")):
+        if "display-panels" not in path.parts and path.stat().st_mode & 0o077:
+            raise StageMissed(f"a private {path.name}")
+
+
+def uncovered_corners(desktop):
+    """Beside the outline the desktop shows through, with and without a compositor."""
+    flow = Flow(desktop)
+    flow.open_by_pointer()
+    if desktop.is_black(SURFACE_LEFT + 1, 250) or desktop.is_black(SURFACE_LEFT + 4, 100):
+        raise StageMissed("the desktop beside the surface's outline")
+    if not desktop.is_black(SURFACE_LEFT + 20, 100):
+        raise StageMissed("the surface itself")
+    flow.leave()
+    if desktop.is_black(NOTCH_LEFT - 6, 10) or not desktop.is_black(NOTCH_MIDDLE, 20):
+        raise StageMissed("the notch and nothing else at rest")
+
+
+def play(program, stages, **desktop_options):
+    with Desktop(program, settings={"language": "en"}, **desktop_options) as desktop:
+        try:
+            desktop.start()
+            for stage in stages:
+                stage(desktop)
+                print("survived:", stage.__name__, desktop_options or "", flush=True)
+            desktop.check_log()
+        except StageMissed as missed:
+            print("missed:", missed, "\n" + desktop.log(), file=sys.stderr)
+            return False
+    return True
+
+
+def main(program, _drag_source):
+    everything = play(program, [second_instance, uncovered_corners, secret, burst, frozen_owner, huge_text, kill])
+    bare = play(program, [second_instance, uncovered_corners, kill], compositor=False, bus=False)
+    return 0 if everything and bare else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

@@ -1,0 +1,207 @@
+#include "support/XClient.h"
+
+#include "platform/x11/X11Properties.h"
+
+#include <xcb/xtest.h>
+
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace nimbarrow {
+
+using x11::owned;
+
+XClient::XClient(const QByteArray& windowClass, QRect geometry)
+    : m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect)
+    , m_root(x11::rootWindow(m_connection.get()))
+    , m_window(xcb_generate_id(m_connection.get()))
+{
+    auto* c = m_connection.get();
+    const quint32 values[] { 0xffffff,
+        XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_BUTTON_PRESS
+            | XCB_EVENT_MASK_FOCUS_CHANGE };
+    xcb_create_window(c, XCB_COPY_FROM_PARENT, m_window, m_root, qint16(geometry.x()), qint16(geometry.y()),
+        quint16(geometry.width()), quint16(geometry.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+        XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
+    const auto names = windowClass + '\0' + windowClass + '\0';
+    xcb_change_property(c, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+        quint32(names.size()), names.constData());
+    // Takes input, normal state.
+    const quint32 hints[9] { 3, 1, 1 };
+    xcb_change_property(
+        c, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, 9, hints);
+}
+
+void XClient::map(bool fullScreen)
+{
+    auto* c = m_connection.get();
+    if (fullScreen) {
+        const auto state = atom("_NET_WM_STATE_FULLSCREEN");
+        xcb_change_property(
+            c, XCB_PROP_MODE_REPLACE, m_window, atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32, 1, &state);
+    }
+    xcb_map_window(c, m_window);
+    xcb_flush(c);
+}
+
+void XClient::destroy()
+{
+    xcb_destroy_window(m_connection.get(), m_window);
+    xcb_flush(m_connection.get());
+}
+
+void XClient::restack()
+{
+    auto* c = m_connection.get();
+    const quint32 above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(c, m_window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_change_property(c, XCB_PROP_MODE_REPLACE, m_root, atom("_NET_CLIENT_LIST_STACKING"), XCB_ATOM_WINDOW,
+        32, 1, &m_window);
+    xcb_flush(c);
+}
+
+bool XClient::hasFocus() const
+{
+    return focus() == m_window;
+}
+bool XClient::isActive() const
+{
+    return rootWindowProperty("_NET_ACTIVE_WINDOW") == m_window && hasFocus();
+}
+
+const QList<std::pair<int, int>>& XClient::keys()
+{
+    readEvents();
+    return m_keys;
+}
+
+int XClient::clicks()
+{
+    readEvents();
+    return m_clicks;
+}
+
+void XClient::forgetKeys()
+{
+    readEvents();
+    m_keys.clear();
+}
+
+void XClient::type(const QList<int>& chord) const
+{
+    for (const auto code : chord)
+        press(code);
+    for (auto code = chord.crbegin(); code != chord.crend(); ++code)
+        release(*code);
+}
+
+void XClient::movePointer(QPoint to) const
+{
+    xcb_test_fake_input(m_connection.get(), XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, m_root, qint16(to.x()),
+        qint16(to.y()), 0);
+    xcb_flush(m_connection.get());
+}
+
+void XClient::click(QPoint at) const
+{
+    movePointer(at);
+    button(true);
+    button(false);
+}
+
+bool XClient::isDown(int keyCode) const
+{
+    auto* c = m_connection.get();
+    const auto map = owned(xcb_query_keymap_reply(c, xcb_query_keymap(c), nullptr));
+    return map && (map->keys[keyCode / 8] & (1 << (keyCode % 8))) != 0;
+}
+
+void XClient::setGroup(int group) const
+{
+    auto* c = m_connection.get();
+    xcb_discard_reply(c, xcb_xkb_use_extension(c, 1, 0).sequence);
+    xcb_xkb_latch_lock_state(c, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, quint8(group), 0, 0, 0);
+    xcb_flush(c);
+}
+
+xcb_window_t XClient::focus() const
+{
+    auto* c = m_connection.get();
+    const auto reply = owned(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+    return reply ? reply->focus : 0U;
+}
+
+xcb_window_t XClient::topAt(QPoint place) const
+{
+    auto* c = m_connection.get();
+    const auto cookie = xcb_translate_coordinates(c, m_root, m_root, qint16(place.x()), qint16(place.y()));
+    const auto reply = owned(xcb_translate_coordinates_reply(c, cookie, nullptr));
+    return reply ? reply->child : 0U;
+}
+
+quint32 XClient::pixelAt(QPoint place) const
+{
+    auto* c = m_connection.get();
+    const auto cookie = xcb_get_image(
+        c, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root, qint16(place.x()), qint16(place.y()), 1, 1, ~0U);
+    const auto reply = owned(xcb_get_image_reply(c, cookie, nullptr));
+    return reply ? *reinterpret_cast<const quint32*>(xcb_get_image_data(reply.get())) & 0xffffff : 0U;
+}
+
+xcb_window_t XClient::rootWindowProperty(const QByteArray& name) const
+{
+    return x11::windowProperty(m_connection.get(), m_root, atom(name)).value_or(0);
+}
+
+bool XClient::exists(xcb_window_t window) const
+{
+    auto* c = m_connection.get();
+    xcb_generic_error_t* error = nullptr;
+    const auto reply
+        = owned(xcb_get_window_attributes_reply(c, xcb_get_window_attributes(c, window), &error));
+    const auto isGone = owned(error);
+    return reply != nullptr;
+}
+
+bool XClient::isComposited() const
+{
+    auto* c = m_connection.get();
+    const auto cookie = xcb_get_selection_owner(c, atom("_NET_WM_CM_S0"));
+    const auto reply = owned(xcb_get_selection_owner_reply(c, cookie, nullptr));
+    return reply && reply->owner != 0;
+}
+
+bool XClient::grab(int keyCode, int modifiers) const
+{
+    auto* c = m_connection.get();
+    const auto cookie = xcb_grab_key_checked(
+        c, 1, m_root, quint16(modifiers), xcb_keycode_t(keyCode), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    return owned(xcb_request_check(c, cookie)) == nullptr;
+}
+
+void XClient::fake(int event, int detail) const
+{
+    xcb_test_fake_input(m_connection.get(), quint8(event), quint8(detail), XCB_CURRENT_TIME, m_root, 0, 0, 0);
+    xcb_flush(m_connection.get());
+}
+
+void XClient::readEvents()
+{
+    while (const auto event = owned(xcb_poll_for_event(m_connection.get()))) {
+        const auto* key = reinterpret_cast<const xcb_key_press_event_t*>(event.get());
+        switch (event->response_type & 0x7f) {
+        case XCB_KEY_PRESS: m_keys << std::pair(int(key->detail), int(key->state & 0x7f)); break;
+        case XCB_KEY_RELEASE: m_keys << std::pair(-int(key->detail), int(key->state & 0x7f)); break;
+        case XCB_BUTTON_PRESS: ++m_clicks; break;
+        default: break;
+        }
+    }
+}
+
+xcb_atom_t XClient::atom(const QByteArray& name) const
+{
+    return x11::atom(m_connection.get(), name);
+}
+
+} // namespace nimbarrow
