@@ -10,7 +10,9 @@ ClipboardEntry {
     id: root
 
     readonly property bool _showsActions: hovered && !copiedFlash
-    readonly property color _ink: selected ? Theme.onAccent : Theme.title
+    // Small letters have their middle below that of the line.
+    readonly property real _opticalOffset: 1
+    readonly property color _ink: selected ? Theme.accentText : Theme.title
 
     helpWanted: line.truncated || help !== title
     implicitHeight: Theme.rowHeight
@@ -38,6 +40,7 @@ ClipboardEntry {
 
     Symbol {
         anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: root._opticalOffset
         name: root.symbol
         strength: root.selected ? 0.92 : 0.5
         x: Theme.gap
@@ -68,7 +71,7 @@ ClipboardEntry {
         Line {
             id: copied
 
-            color: root.selected ? Theme.onAccent : Theme.secondary
+            color: root.selected ? Theme.accentText : Theme.secondary
             height: root.height
             text: L10n.texts[L10n.Copied]
             visible: root.copiedFlash
@@ -78,6 +81,7 @@ ClipboardEntry {
             anchors.right: parent.right
             anchors.rightMargin: (24 - width) / 2
             anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: root._opticalOffset
             name: "pin.fill"
             size: 8
             strength: root.selected ? 0.92 : 0.35
@@ -89,6 +93,7 @@ ClipboardEntry {
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: root._opticalOffset
             shown: root._showsActions
             visible: !root.copiedFlash
 

@@ -47,7 +47,7 @@ ClipboardEntry {
         Symbol {
             anchors.centerIn: parent
             name: "pin.fill"
-            size: 8
+            size: 9
         }
     }
 
@@ -88,7 +88,7 @@ ClipboardEntry {
                 anchors.left: parent.left
                 height: 20
                 help: L10n.texts[root.pinned ? L10n.Unpin : L10n.Pin]
-                size: 8
+                size: 9
                 symbol: root.pinned ? "pin.fill" : "pin"
                 visible: !root.copiedFlash
                 width: 20
@@ -100,7 +100,7 @@ ClipboardEntry {
                 anchors.right: parent.right
                 height: 20
                 help: L10n.texts[L10n.Delete]
-                size: 8
+                size: 9
                 symbol: "trash"
                 visible: !root.copiedFlash
                 width: 20

@@ -47,11 +47,16 @@ HoverTrackingView {
                 lineWidth: body.peekRight
                 notchWidth: root.notch.notchSize.width
 
+                Component.onCompleted: content = root.notch.peek
+
                 // A notice that is already gone is still to be seen while it fades.
-                Binding {
-                    peek.content: root.notch.peek
-                    restoreMode: Binding.RestoreNone
-                    when: root.notch.hasPeek
+                Connections {
+                    function onPeekChanged() {
+                        if (root.notch.hasPeek)
+                            peek.content = root.notch.peek;
+                    }
+
+                    target: root.notch
                 }
             }
         }

@@ -29,7 +29,7 @@ Item {
             anchors.centerIn: parent
             name: root.content.symbol
             size: 13
-            visible: name !== "" && !picture.loaded
+            visible: !picture.loaded
         }
 
         Thumbnail {

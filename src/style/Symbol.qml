@@ -25,7 +25,7 @@ Item {
         opacity: root.strength
         // Drawn for exactly these pixels: anything but copying them would blur it.
         smooth: false
-        source: Qt.resolvedUrl("symbols/" + root.name + ".svg")
+        source: root.name !== "" ? Qt.resolvedUrl("symbols/" + root.name + ".svg") : ""
         sourceSize.height: root._points
         sourceSize.width: root._points
         width: root._side

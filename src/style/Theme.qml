@@ -19,7 +19,7 @@ QtObject {
 
     /// What the keyboard has selected: the desktop's own colour for that.
     readonly property color accent: desktop.highlight
-    readonly property color onAccent: accent.hslLightness > 0.65 ? surface : title
+    readonly property color accentText: accent.hslLightness > 0.65 ? surface : title
     readonly property color danger: "#ff453a"
     /// Keeps symbols readable on a picture.
     readonly property color scrim: Qt.rgba(0, 0, 0, 0.65)
@@ -47,7 +47,8 @@ QtObject {
     readonly property int rowText: 12
 
     readonly property int fadeDuration: Motion.reduced ? 0 : 120
-    readonly property int slideDuration: Motion.reduced ? 0 : 160
+    /// Never nothing: what has moved within one frame would not learn that the pointer is over it now.
+    readonly property int slideDuration: Motion.reduced ? 1 : 160
     readonly property int hintDuration: Motion.reduced ? 0 : 150
     /// The pointer rests this long before a help text shows.
     readonly property int helpDelay: 600

@@ -3,6 +3,7 @@
 #include "clipboard/Thumbnail.h"
 #include "notch/NotchPanel.h"
 #include "notch/SurfaceSpring.h"
+#include "style/Motion.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -78,7 +79,7 @@ void SurfaceFixture::show(NotchState::Mode mode)
 
 void SurfaceFixture::settle()
 {
-    QTest::qWait(SurfaceSpring::duration() + 60);
+    QTest::qWait(Motion::instance().isReduced() ? 60 : SurfaceSpring::duration() + 60);
     // The thumbnails that the views have asked for meanwhile.
     history.queues.runAll();
     QTest::qWait(30);

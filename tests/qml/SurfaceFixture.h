@@ -4,6 +4,7 @@
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/Paster.h"
 #include "clipboard/ThumbnailLoader.h"
+#include "notch/HoverTrackingView.h"
 #include "notch/NotchActions.h"
 #include "notch/NotchShape.h"
 #include "notch/NotchState.h"

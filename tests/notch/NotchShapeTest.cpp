@@ -1,0 +1,79 @@
+#include "notch/NotchShape.h"
+
+#include "notch/SurfaceSpring.h"
+
+#include <QTest>
+
+using namespace nimbarrow;
+
+class NotchShapeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void limitsItsRadiiToItsSize_data()
+    {
+        QTest::addColumn<QSizeF>("size");
+        QTest::addColumn<qreal>("top");
+        QTest::addColumn<qreal>("bottom");
+        QTest::addColumn<qreal>("drawnTop");
+        QTest::addColumn<qreal>("drawnBottom");
+
+        QTest::newRow("as they are") << QSizeF(460, 258) << 10.0 << 22.0 << 10.0 << 22.0;
+        QTest::newRow("top, narrow") << QSizeF(30, 258) << 10.0 << 0.0 << 7.5 << 0.0;
+        QTest::newRow("top, flat") << QSizeF(460, 12) << 10.0 << 0.0 << 6.0 << 0.0;
+        QTest::newRow("bottom, narrow") << QSizeF(60, 258) << 10.0 << 22.0 << 10.0 << 20.0;
+        QTest::newRow("bottom, flat") << QSizeF(460, 30) << 10.0 << 22.0 << 10.0 << 20.0;
+        QTest::newRow("below nothing") << QSizeF(460, 258) << -3.0 << -5.0 << 0.0 << 0.0;
+        QTest::newRow("empty") << QSizeF(0, 0) << 10.0 << 22.0 << 0.0 << 0.0;
+    }
+
+    void limitsItsRadiiToItsSize()
+    {
+        QFETCH(QSizeF, size);
+        QFETCH(qreal, top);
+        QFETCH(qreal, bottom);
+        QFETCH(qreal, drawnTop);
+        QFETCH(qreal, drawnBottom);
+        const QRectF rect(QPointF(5, 3), size);
+
+        QPainterPath expected(rect.topLeft());
+        const auto left = rect.left() + drawnTop;
+        const auto right = rect.right() - drawnTop;
+        expected.quadTo(left, rect.top(), left, rect.top() + drawnTop);
+        expected.lineTo(left, rect.bottom() - drawnBottom);
+        expected.quadTo(left, rect.bottom(), left + drawnBottom, rect.bottom());
+        expected.lineTo(right - drawnBottom, rect.bottom());
+        expected.quadTo(right, rect.bottom(), right, rect.bottom() - drawnBottom);
+        expected.lineTo(right, rect.top() + drawnTop);
+        expected.quadTo(right, rect.top(), rect.right(), rect.top());
+        expected.closeSubpath();
+        QCOMPARE(NotchShape::path(rect, top, bottom), expected);
+    }
+
+    void flaresAtTheTopAndRoundsAtTheBottom()
+    {
+        const auto path = NotchShape::path({ 0, 0, 460, 258 }, 10, 22);
+        QVERIFY(path.contains({ 2, 0.05 }));
+        QVERIFY(!path.contains({ 2, 5 }));
+        QVERIFY(path.contains({ 11, 200 }));
+        QVERIFY(!path.contains({ 11, 257 }));
+        QVERIFY(path.contains({ 230, 257.9 }));
+        QCOMPARE(path.boundingRect(), QRectF(0, 0, 460, 258));
+    }
+
+    void springComesToRestWithOneSmallSwing()
+    {
+        QCOMPARE(SurfaceSpring::position(0), 0.0);
+        QCOMPARE(SurfaceSpring::position(1), 1.0);
+        QVERIFY(qAbs(SurfaceSpring::position(0.9999) - 1) < 1e-3);
+        qreal highest = 0;
+        for (auto step = 0; step <= 1000; ++step)
+            highest = std::max(highest, SurfaceSpring::position(step / 1000.0));
+        // A spring of this damping overshoots by exp(-pi d / sqrt(1 - d^2)).
+        QVERIFY2(highest > 1.004 && highest < 1.006, qPrintable(QString::number(highest)));
+        QVERIFY(qAbs(SurfaceSpring::position(0.15) - 0.534) < 1e-3);
+    }
+};
+
+QTEST_MAIN(NotchShapeTest)
+#include "NotchShapeTest.moc"

@@ -1,0 +1,283 @@
+#include "preferences/L10n.h"
+#include "qml/SurfaceFixture.h"
+#include "style/Motion.h"
+
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+class SurfaceTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        L10n::setCurrent(L10n::English);
+        Motion::instance().setReduced(true);
+        m_surface = std::make_unique<SurfaceFixture>();
+    }
+    void cleanup() { m_surface.reset(); }
+
+    void isExactlyTheNotchWhileCollapsed()
+    {
+        QCOMPARE(m_surface->shape()->outline(), NotchShape::path({ 0, 0, 184, 32 }, 0, 8));
+        QVERIFY(!m_surface->find("ExpandedView"));
+        QVERIFY(!m_surface->find("PeekView"));
+
+        // Nothing moves and nothing ticks.
+        QSignalSpy frames(&m_surface->view, &QQuickWindow::afterRendering);
+        QTest::qWait(120);
+        QCOMPARE(frames.count(), 0);
+    }
+
+    void hasTheFormOfItsMode_data()
+    {
+        QTest::addColumn<NotchState::Mode>("mode");
+        QTest::addColumn<QRectF>("bounds");
+
+        // The window is 308 wider than the notch; the row reaches 46 to the left of it and 150 to the right.
+        QTest::newRow("a notice") << NotchState::Peek << QRectF(104, 0, 388, 38);
+        QTest::newRow("grown") << NotchState::Expanded << QRectF(0, 0, 460, 258);
+        QTest::newRow("the notch") << NotchState::Collapsed << QRectF(0, 0, 184, 32);
+    }
+
+    void hasTheFormOfItsMode()
+    {
+        QFETCH(NotchState::Mode, mode);
+        QFETCH(QRectF, bounds);
+        m_surface->show(NotchState::Expanded);
+        m_surface->show(NotchState::Collapsed);
+        m_surface->show(mode);
+        QCOMPARE(m_surface->shape()->outline().boundingRect(), bounds);
+    }
+
+    void staysOverTheNotchWhileTheWindowJumps()
+    {
+        Motion::instance().setReduced(false);
+        const auto middle = [this] { return m_surface->shape()->outline().boundingRect().center().x(); };
+        m_surface->view.resize(460, 258);
+        QTRY_COMPARE(middle(), 230.0);
+        QCOMPARE(m_surface->shape()->width(), 184.0);
+
+        qreal widest = 0;
+        QSignalSpy changes(m_surface->shape(), &NotchShape::outlineChanged);
+        QObject::connect(m_surface->shape(), &NotchShape::outlineChanged, this, [&] {
+            QCOMPARE(middle(), 230.0);
+            widest = std::max(widest, m_surface->shape()->width());
+        });
+        m_surface->state.setMode(NotchState::Expanded);
+        QTRY_COMPARE(m_surface->shape()->height(), 258.0);
+        QVERIFY(changes.count() > 3);
+        QVERIFY(widest > 460);
+    }
+
+    void jumpsWithLessMotion()
+    {
+        m_surface->state.setMode(NotchState::Expanded);
+        QCOMPARE(m_surface->shape()->height(), 258.0);
+    }
+
+    void keepsTheLastNoticeWhileItFades()
+    {
+        Motion::instance().setReduced(false);
+        m_surface->state.setPeek(PeekContent::make(u"link"_s, u"example.org"_s));
+        m_surface->show(NotchState::Peek);
+        m_surface->state.setMode(NotchState::Collapsed);
+        m_surface->state.setPeek({});
+        auto* const peek = m_surface->find("PeekView");
+        QVERIFY(peek);
+        QCOMPARE(peek->property("content").value<PeekContent>().line, u"example.org"_s);
+        QTRY_VERIFY(!m_surface->find("PeekView"));
+    }
+
+    void copiesAtAClick()
+    {
+        showTexts({ u"one"_s, u"two"_s });
+        int exits = 0;
+        tracker()->onExit = [&exits] { ++exits; };
+        auto* const row = m_surface->find("ClipboardRow", 1);
+        m_surface->click(m_surface->middle(row));
+        QCOMPARE(m_surface->pasteboard.content.string, u"one"_s);
+        QCOMPARE(m_surface->collapses, 0);
+        QVERIFY(row->property("copiedFlash").toBool());
+        QTRY_VERIFY(!row->property("copiedFlash").toBool());
+        // A view inside that takes the pointer does not take it from the surface.
+        QCOMPARE(exits, 0);
+    }
+
+    void closesWhenAClickPastes()
+    {
+        showTexts({ u"one"_s });
+        m_surface->history.settings.setPasteOnClick(true);
+        m_surface->click(m_surface->middle(m_surface->find("ClipboardRow")));
+        QCOMPARE(m_surface->collapses, 1);
+        QCOMPARE(m_surface->keystrokes.pastes, 1);
+        QVERIFY(!m_surface->find("ClipboardRow")->property("copiedFlash").toBool());
+    }
+
+    void actsOnAnEntryWithoutCopyingIt()
+    {
+        showTexts({ u"one"_s, u"two"_s, u"three"_s });
+        m_surface->pasteboard.content.string = u"untouched"_s;
+        auto* row = m_surface->find("ClipboardRow", 1);
+        m_surface->moveTo(m_surface->middle(row));
+        QVERIFY(row->property("hovered").toBool());
+
+        m_surface->click(m_surface->middle(m_surface->button(row, u"Delete"_s)));
+        QCOMPARE(texts(), (QStringList { u"three"_s, u"one"_s }));
+        // The pointer has not moved: what came under it is hovered now.
+        QTRY_VERIFY(m_surface->find("ClipboardRow", 1)->property("hovered").toBool());
+        QCOMPARE(m_surface->find("ClipboardRow", 1)->property("summary"), u"one"_s);
+
+        row = m_surface->find("ClipboardRow", 1);
+        m_surface->click(m_surface->middle(m_surface->button(row, u"Pin"_s)));
+        QCOMPARE(texts(), (QStringList { u"one"_s, u"three"_s }));
+        QCOMPARE(m_surface->pasteboard.content.string, u"untouched"_s);
+
+        // With the pinned one left, the history is not empty; without it, it says so.
+        m_surface->click(m_surface->middle(m_surface->find("TextButton")));
+        QCOMPARE(texts(), QStringList { u"one"_s });
+        m_surface->store().remove(m_surface->store().textualItems().constFirst().id);
+        QTRY_VERIFY(m_surface->find("EmptyHistory"));
+    }
+
+    void scrollsWithoutCopying()
+    {
+        showTexts(numbered(12));
+        m_surface->pasteboard.content.string = u"untouched"_s;
+        auto* const list = m_surface->find("EntryList");
+        QTest::mousePress(&m_surface->view, Qt::LeftButton, {}, { 200, 200 });
+        for (auto y = 195; y >= 120; y -= 5) {
+            QTest::mouseMove(&m_surface->view, { 200, y });
+            QTest::qWait(5);
+        }
+        QTest::mouseRelease(&m_surface->view, Qt::LeftButton, {}, { 200, 120 });
+        QTRY_VERIFY(list->property("contentY").toReal() > 40);
+        QCOMPARE(m_surface->pasteboard.content.string, u"untouched"_s);
+    }
+
+    void keepsTheSelectedEntryInSight()
+    {
+        showTexts(numbered(12));
+        auto* const list = m_surface->find("EntryList");
+        m_surface->state.setKeyboardMode(true);
+        for (const auto row : { 9, 11, 0 }) {
+            const auto id = m_surface->store().textualItems().at(row).id;
+            m_surface->state.setSelection(id);
+            m_surface->settle();
+            auto* const item = selected();
+            QVERIFY(item);
+            QCOMPARE(item->property("itemId").toUuid(), id);
+            const auto top = item->mapToItem(list, QPointF()).y();
+            QVERIFY2(top >= 0 && top + item->height() <= list->height(), qPrintable(QString::number(top)));
+        }
+        m_surface->state.setKeyboardMode(false);
+        QVERIFY(!selected());
+    }
+
+    void showsImagesBesideTheRest()
+    {
+        showTexts({ u"one"_s });
+        QVERIFY(!m_surface->find("ImageStrip"));
+        QImage image(80, 60, QImage::Format_RGB32);
+        image.fill(Qt::darkCyan);
+        m_surface->addImage(image);
+        m_surface->settle();
+        auto* const thumb = m_surface->find("ClipboardThumb");
+        QVERIFY(thumb);
+        const auto centre = m_surface->middle(thumb);
+        QCOMPARE(m_surface->view.grabWindow().pixelColor(centre), QColor(Qt::darkCyan));
+
+        m_surface->click(centre);
+        QVERIFY(!m_surface->pasteboard.written.isEmpty());
+        QVERIFY(thumb->property("copiedFlash").toBool());
+        QTRY_VERIFY(!thumb->property("copiedFlash").toBool());
+        m_surface->click(m_surface->middle(m_surface->button(thumb, u"Delete"_s)));
+        QTRY_VERIFY(!m_surface->find("ImageStrip"));
+        QVERIFY(m_surface->store().imageItems().isEmpty());
+    }
+
+    void takesTextsAsTheyAre()
+    {
+        showTexts({ u"<b>bold</b> &amp; <img src='file:///nowhere.png'>"_s });
+        auto* const row = m_surface->find("ClipboardRow");
+        QCOMPARE(row->property("title"), u"<b>bold</b> &amp; <img src='file:///nowhere.png'>"_s);
+        auto which = 0;
+        while (m_surface->find("Line", which)
+            && m_surface->find("Line", which)->property("text") != row->property("title"))
+            ++which;
+        QVERIFY(m_surface->find("Line", which));
+        QCOMPARE(m_surface->find("Line", which)->property("textFormat").toInt(), int(Qt::PlainText));
+    }
+
+    void fitsInBothLanguages_data()
+    {
+        QTest::addColumn<L10n::Resolved>("language");
+        QTest::newRow("English") << L10n::English;
+        QTest::newRow("Ukrainian") << L10n::Ukrainian;
+    }
+
+    void fitsInBothLanguages()
+    {
+        QFETCH(L10n::Resolved, language);
+        m_surface->show(NotchState::Expanded);
+        L10n::setCurrent(language);
+        m_surface->state.setDropTargeted(true);
+        m_surface->settle();
+        QStringList seen;
+        for (auto which = 0; auto* const line = m_surface->find("Line", which); ++which) {
+            seen << line->property("text").toString();
+            QVERIFY2(!line->property("truncated").toBool(), qPrintable(seen.constLast()));
+        }
+        QVERIFY(seen.contains(L10n::text(L10n::Key::ClipboardEmpty)));
+        QVERIFY(seen.contains(L10n::text(L10n::Key::DropHere)));
+    }
+
+private:
+    [[nodiscard]] HoverTrackingView* tracker() const
+    {
+        return qobject_cast<HoverTrackingView*>(m_surface->view.rootObject());
+    }
+
+    /// The surface, grown, with these texts; the last one is the newest.
+    void showTexts(const QStringList& texts)
+    {
+        for (const auto& text : texts)
+            m_surface->addText(text);
+        m_surface->show(NotchState::Expanded);
+    }
+
+    [[nodiscard]] static QStringList numbered(int count)
+    {
+        QStringList texts;
+        for (auto number = 1; number <= count; ++number)
+            texts << u"text %1"_s.arg(number);
+        return texts;
+    }
+
+    [[nodiscard]] QStringList texts() const
+    {
+        QStringList texts;
+        for (const auto& item : m_surface->store().textualItems())
+            texts << item.text.value_or(QString());
+        return texts;
+    }
+
+    [[nodiscard]] QQuickItem* selected() const
+    {
+        for (auto which = 0; auto* const row = m_surface->find("ClipboardRow", which); ++which) {
+            if (row->property("selected").toBool())
+                return row;
+        }
+        return nullptr;
+    }
+
+    std::unique_ptr<SurfaceFixture> m_surface;
+};
+
+QTEST_MAIN(SurfaceTest)
+#include "SurfaceTest.moc"
