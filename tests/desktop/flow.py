@@ -54,7 +54,7 @@ class Flow:
     # What a person sees.
 
     def is_open(self):
-        return self.desktop.is_black(SURFACE_LEFT + 40, 200)
+        return self.desktop.is_black(SURFACE_LEFT + 20, 200)
 
     def wait_open(self):
         wait_until("the surface grown down", self.is_open)
