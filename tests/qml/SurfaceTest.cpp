@@ -29,6 +29,7 @@ private Q_SLOTS:
         QVERIFY(!m_surface->find("PeekView"));
 
         // Nothing moves and nothing ticks.
+        m_surface->settle();
         QSignalSpy frames(&m_surface->view, &QQuickWindow::afterRendering);
         QTest::qWait(120);
         QCOMPARE(frames.count(), 0);
