@@ -76,6 +76,15 @@ private Q_SLOTS:
         QVERIFY(widest > 460);
     }
 
+    void isThereAtOnceWhenTheNotchIsFound()
+    {
+        Motion::instance().setReduced(false);
+        auto geometry = *m_surface->state.geometry();
+        geometry.notchRect = { 656, 944, 200, 38 };
+        m_surface->state.setGeometry(geometry);
+        QCOMPARE(m_surface->shape()->size(), QSizeF(200, 38));
+    }
+
     void jumpsWithLessMotion()
     {
         m_surface->state.setMode(NotchState::Expanded);
