@@ -52,5 +52,6 @@ ListView {
     }
 
     Component.onCompleted: currentIndex = keyboardMode ? entries.rowOf(selection) : -1
+    onMovingChanged: HelpText.dismiss()
     onSelectionChanged: currentIndex = keyboardMode ? entries.rowOf(selection) : -1
 }

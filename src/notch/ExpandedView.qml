@@ -26,6 +26,8 @@ Item {
         font.weight: Font.DemiBold
         height: root.notchHeight
         text: Application.name
+        // Beside a very wide notch not even an ellipsis has room.
+        visible: width > Theme.insetX
         width: root._headerSide
         x: Theme.insetX
     }
@@ -42,7 +44,7 @@ Item {
         anchors.top: parent.top
         anchors.topMargin: root.notchHeight + Theme.insetY
         // What shines through the hint must not be taken for a part of it.
-        opacity: 1 - 0.7 * dropHint.opacity
+        opacity: 1 - 0.9 * dropHint.opacity
 
         ClipboardColumn {
             anchors.fill: parent

@@ -25,8 +25,12 @@ QtObject {
     }
 
     function withdraw(item: Item) {
-        if (owner !== item)
-            return;
+        if (owner === item)
+            dismiss();
+    }
+
+    /// Nobody wants to read it now, whatever it is about.
+    function dismiss() {
         owner = null;
         shown = false;
         _rest.stop();

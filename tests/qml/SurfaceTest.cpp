@@ -29,6 +29,7 @@ private Q_SLOTS:
         QVERIFY(!m_surface->find("PeekView"));
 
         // Nothing moves and nothing ticks.
+        m_surface->settle();
         QSignalSpy frames(&m_surface->view, &QQuickWindow::afterRendering);
         QTest::qWait(120);
         QCOMPARE(frames.count(), 0);
@@ -73,6 +74,15 @@ private Q_SLOTS:
         QTRY_COMPARE(m_surface->shape()->height(), 258.0);
         QVERIFY(changes.count() > 3);
         QVERIFY(widest > 460);
+    }
+
+    void isThereAtOnceWhenTheNotchIsFound()
+    {
+        Motion::instance().setReduced(false);
+        auto geometry = *m_surface->state.geometry();
+        geometry.notchRect = { 656, 944, 200, 38 };
+        m_surface->state.setGeometry(geometry);
+        QCOMPARE(m_surface->shape()->size(), QSizeF(200, 38));
     }
 
     void jumpsWithLessMotion()
