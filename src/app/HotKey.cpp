@@ -27,7 +27,10 @@ void HotKey::registerKey()
     m_hotKey = m_hotKeys.registerKey(Key::V, KeyModifier::Command | KeyModifier::Shift, identifier);
 }
 
-void HotKey::unregister() { m_hotKey.reset(); }
+void HotKey::unregister()
+{
+    m_hotKey.reset();
+}
 
 void HotKey::installHandlerIfNeeded()
 {

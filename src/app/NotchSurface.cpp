@@ -43,6 +43,9 @@ void NotchSurface::load(NotchController& controller, AppModel& model)
     controller.attach(*root);
 }
 
-void NotchSurface::unload() { m_view.setSource({}); }
+void NotchSurface::unload()
+{
+    m_view.setSource({});
+}
 
 } // namespace nimbarrow

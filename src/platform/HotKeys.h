@@ -30,7 +30,8 @@ public:
     [[nodiscard]] virtual std::unique_ptr<Handle> installHandler(Handler handler) = 0;
 
     /// Never null: a combination that another program holds gives a handle that does nothing.
-    [[nodiscard]] virtual std::unique_ptr<Handle> registerKey(Key key, KeyModifiers modifiers, HotKeyId id) = 0;
+    [[nodiscard]] virtual std::unique_ptr<Handle> registerKey(Key key, KeyModifiers modifiers, HotKeyId id)
+        = 0;
 };
 
 } // namespace nimbarrow

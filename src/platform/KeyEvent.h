@@ -6,7 +6,21 @@ namespace nimbarrow {
 
 /// A key by its place on the keyboard, named for what it types on a US layout: the program's shortcuts stay
 /// where they are under every layout.
-enum class Key { Other, C, V, Return, KeypadEnter, Space, Backspace, ForwardDelete, Escape, Left, Right, Down, Up };
+enum class Key {
+    Other,
+    C,
+    V,
+    Return,
+    KeypadEnter,
+    Space,
+    Backspace,
+    ForwardDelete,
+    Escape,
+    Left,
+    Right,
+    Down,
+    Up
+};
 
 /// Modifiers in the program's words. The adapter says which key of its system each one is.
 enum class KeyModifier { Command = 1, Shift = 2, Option = 4, Control = 8 };

@@ -8,8 +8,8 @@
 
 namespace nimbarrow {
 
-/// Port: the window that the surface is drawn in. It stands on every desktop and above everything, full-screen
-/// programs included, and takes the keyboard only when asked to.
+/// Port: the window that the surface is drawn in. It stands on every desktop and above everything,
+/// full-screen programs included, and takes the keyboard only when asked to.
 class PanelWindow : public QObject {
     Q_OBJECT
 

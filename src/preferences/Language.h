@@ -16,7 +16,7 @@ QML_NAMED_ELEMENT(Language)
 /// The interface language that the user chose.
 enum class Language { System, Uk, En };
 Q_ENUM_NS(Language)
-}
+} // namespace languagechoice
 
 using Language = languagechoice::Language;
 

@@ -22,7 +22,7 @@ constexpr QStringView pasteOnClick = u"pasteOnClick";
 constexpr QStringView hotKeyEnabled = u"hotKeyEnabled";
 constexpr QStringView showCalendar = u"showCalendar";
 constexpr QStringView language = u"language";
-}
+} // namespace key
 
 // The system announces a change of trust a moment before it answers with it.
 constexpr auto trustDelay = 500ms;
@@ -60,9 +60,8 @@ Settings::Settings(UserDefaults& defaults, LoginItem& loginItem, AccessibilityTr
     applyLanguage();
     m_launchAtLogin = m_loginItem.isEnabled();
 
-    connect(&m_trust, &AccessibilityTrust::changed, this, [this, &scheduler] {
-        m_trustCheck = scheduler.after(trustDelay, [this] { readTrust(); });
-    });
+    connect(&m_trust, &AccessibilityTrust::changed, this,
+        [this, &scheduler] { m_trustCheck = scheduler.after(trustDelay, [this] { readTrust(); }); });
 }
 
 template <typename T>
@@ -120,7 +119,10 @@ void Settings::setLanguage(Language language)
     applyLanguage();
 }
 
-void Settings::setPasteOnClick(bool on) { assign(m_pasteOnClick, on, &Settings::pasteOnClickChanged); }
+void Settings::setPasteOnClick(bool on)
+{
+    assign(m_pasteOnClick, on, &Settings::pasteOnClickChanged);
+}
 
 void Settings::applyPasteOnClick()
 {
@@ -130,11 +132,15 @@ void Settings::applyPasteOnClick()
         m_trust.prompt();
 }
 
-void Settings::setLaunchAtLogin(bool on) { assign(m_launchAtLogin, on, &Settings::launchAtLoginChanged); }
+void Settings::setLaunchAtLogin(bool on)
+{
+    assign(m_launchAtLogin, on, &Settings::launchAtLoginChanged);
+}
 
 void Settings::applyLaunchAtLogin()
 {
-    assign(m_launchAtLoginError, m_loginItem.setEnabled(m_launchAtLogin), &Settings::launchAtLoginErrorChanged);
+    assign(
+        m_launchAtLoginError, m_loginItem.setEnabled(m_launchAtLogin), &Settings::launchAtLoginErrorChanged);
 }
 
 void Settings::applyLanguage()

@@ -71,7 +71,10 @@ struct Surface : HistoryFixture {
     }
 };
 
-PeekContent notice(const QString& line) { return PeekContent::make(u"link"_s, line); }
+PeekContent notice(const QString& line)
+{
+    return PeekContent::make(u"link"_s, line);
+}
 
 } // namespace
 

@@ -38,9 +38,10 @@ private Q_SLOTS:
         QTest::newRow("areas meet") << QList { screen(frame, 32, 756, 756) } << QRectF();
         QTest::newRow("areas overlap") << QList { screen(frame, 32, 800, 756) } << QRectF();
         QTest::newRow("whole points") << QList { notched } << QRectF(664, 950, 184, 32);
-        QTest::newRow("a fraction wide") << QList { screen(frame, 32, 663.3, 663.3) } << QRectF(663, 950, 186, 32);
-        QTest::newRow("the second screen") << QList { screen({ -1920, 0, 1920, 1080 }, 0, {}, {}), notched }
-                                           << QRectF(664, 950, 184, 32);
+        QTest::newRow("a fraction wide")
+            << QList { screen(frame, 32, 663.3, 663.3) } << QRectF(663, 950, 186, 32);
+        QTest::newRow("the second screen")
+            << QList { screen({ -1920, 0, 1920, 1080 }, 0, {}, {}), notched } << QRectF(664, 950, 184, 32);
         QTest::newRow("left of the main screen")
             << QList { screen({ -1512, -100, 1512, 982 }, 32, 664, 664) } << QRectF(-848, 850, 184, 32);
     }

@@ -13,7 +13,10 @@ namespace {
 
 class FakeCutouts final : public ScreenCutouts {
 public:
-    [[nodiscard]] QString howToDeclare(const QString& screen, QSize /*mode*/) const override { return screen; }
+    [[nodiscard]] QString howToDeclare(const QString& screen, QSize /*mode*/) const override
+    {
+        return screen;
+    }
     [[nodiscard]] std::optional<QRectF> topCutout(const QString& /*screen*/, QSize mode) const override
     {
         return mode.isEmpty() ? std::nullopt : box;

@@ -29,7 +29,10 @@ PrivateXServer::PrivateXServer(const QStringList& extraArgs)
         m_displayName = ':' + number.trimmed();
 }
 
-PrivateXServer::~PrivateXServer() { kill(); }
+PrivateXServer::~PrivateXServer()
+{
+    kill();
+}
 
 void PrivateXServer::kill()
 {

@@ -6,8 +6,8 @@
 
 namespace nimbarrow {
 
-/// An X server for one test, on a display number that the server picks; it ends with this object, and with the
-/// test's process.
+/// An X server for one test, on a display number that the server picks; it ends with this object, and with
+/// the test's process.
 class PrivateXServer {
 public:
     explicit PrivateXServer(const QStringList& extraArgs = {});

@@ -112,8 +112,8 @@ QString DisplayPanels::howToDeclare(const QString& screen, QSize mode) const
            "    %2/%1.json\n"
            "for example\n"
            "    {\"x-res\": %3, \"y-res\": %4, \"cutouts\": [{\"path\": \"M %5 0 H %6 V 32 H %5 Z\"}]}\n"_s
-        .arg(screen, m_folders.first(), QString::number(mode.width()), QString::number(mode.height()),
-            QString::number(left), QString::number(right));
+               .arg(screen, m_folders.first(), QString::number(mode.width()), QString::number(mode.height()),
+                   QString::number(left), QString::number(right));
 }
 
 std::optional<DisplayPanel> DisplayPanels::panelFor(const QString& key) const

@@ -64,7 +64,8 @@ QList<Screen> QtScreens::screens() const
 QString QtScreens::howToDeclareNotch() const
 {
     const auto* screen = QGuiApplication::primaryScreen();
-    return screen ? m_cutouts->howToDeclare(screen->name(), screen->size() * screen->devicePixelRatio()) : QString();
+    return screen ? m_cutouts->howToDeclare(screen->name(), screen->size() * screen->devicePixelRatio())
+                  : QString();
 }
 
 void QtScreens::follow(QScreen* screen)

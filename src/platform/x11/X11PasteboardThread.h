@@ -39,8 +39,8 @@ public:
 
     [[nodiscard]] bool works() const { return m_works; }
 
-    /// Called on any thread but its own. Returns when the selection is claimed, so that whoever pastes from now
-    /// on gets this; when the X server is too busy for that, after a quarter of a second.
+    /// Called on any thread but its own. Returns when the selection is claimed, so that whoever pastes from
+    /// now on gets this; when the X server is too busy for that, after a quarter of a second.
     void write(Write write);
 
 private:

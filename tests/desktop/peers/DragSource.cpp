@@ -1,4 +1,5 @@
-// DragSource TEXT FILE: another program's window with a text (upper half) and a file (lower half) to drag out.
+// DragSource TEXT FILE: another program's window with a text (upper half) and a file (lower half) to drag
+// out.
 #include <QApplication>
 #include <QDrag>
 #include <QMimeData>
