@@ -39,11 +39,20 @@ def frozen_owner(desktop):
 
 def burst(desktop):
     """Forty copies 20 ms apart are forty entries."""
-    for number in range(40):
-        desktop.copy(f"burst {number}")
-        time.sleep(0.02)
-    wait_until("forty entries", lambda: sum(
-        item.get("text", "").startswith("burst ") for item in desktop.history()) == 40, 10)
+    def copies(attempt):
+        for number in range(40):
+            desktop.copy(f"burst {attempt}.{number}")
+            time.sleep(0.02)
+        try:
+            wait_until("forty entries", lambda: sum(
+                item.get("text", "").startswith(f"burst {attempt}.") for item in desktop.history()) == 40, 5)
+            return True
+        except StageMissed:
+            return False
+
+    # The copying tool ends as soon as it is overtaken; on a busy machine that can be before anybody could ask it.
+    if not any(copies(attempt) for attempt in range(3)):
+        raise StageMissed("forty entries of forty copies")
 
 
 def huge_text(desktop):

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <memory>
+
 using namespace nimbarrow;
 
 class SvgPathBoundsTest : public QObject {
@@ -49,7 +51,7 @@ private Q_SLOTS:
         QVERIFY2(qAbs(bounds->left() - box.left()) < tolerance && qAbs(bounds->top() - box.top()) < tolerance
                 && qAbs(bounds->right() - box.right()) < tolerance
                 && qAbs(bounds->bottom() - box.bottom()) < tolerance,
-            QTest::toString(*bounds));
+            std::unique_ptr<char[]>(QTest::toString(*bounds)).get());
     }
 
     void badTextHasNoBox_data()
