@@ -27,7 +27,7 @@ NotchShape {
     // The body beyond the notch springs; the notch itself, when it is another one, is simply there.
     property real _beyondLeft: _expanded ? _expandedSide : _peek ? peekLeft + _peekFlare : 0
     property real _beyondRight: _expanded ? _expandedSide : _peek ? peekRight + _peekFlare : 0
-    property real _beyondBelow: _expanded ? expandedSize.height - notchSize.height : _peek ? peekHeight - notchSize.height : 0
+    property real _beyondBelow: (_expanded ? expandedSize.height : _peek ? peekHeight : notchSize.height) - notchSize.height
 
     bottomRadius: _expanded ? 22 : _peek ? 12 : 8
     height: notchSize.height + _beyondBelow
