@@ -12,7 +12,7 @@ NotchShape {
     /// How far a notice reaches beside the notch, and how high it is.
     readonly property real peekLeft: 46
     readonly property real peekRight: 150
-    readonly property real peekHeight: notchSize.height + 6
+    readonly property real peekHeight: notchSize.height + _peekBelow
 
     /// How far the body reaches from the middle of the notch, which is the middle of the window in every mode: the
     /// window may jump to another width, the body stays where it is.
@@ -22,12 +22,13 @@ NotchShape {
     readonly property bool _peek: mode === NotchState.Peek
     readonly property bool _expanded: mode === NotchState.Expanded
     readonly property real _peekFlare: 4
+    readonly property real _peekBelow: 6
     readonly property real _expandedSide: (expandedSize.width - notchSize.width) / 2
 
     // The body beyond the notch springs; the notch itself, when it is another one, is simply there.
     property real _beyondLeft: _expanded ? _expandedSide : _peek ? peekLeft + _peekFlare : 0
     property real _beyondRight: _expanded ? _expandedSide : _peek ? peekRight + _peekFlare : 0
-    property real _beyondBelow: _expanded ? expandedSize.height - notchSize.height : _peek ? peekHeight - notchSize.height : 0
+    property real _beyondBelow: _expanded ? expandedSize.height - notchSize.height : _peek ? _peekBelow : 0
 
     bottomRadius: _expanded ? 22 : _peek ? 12 : 8
     height: notchSize.height + _beyondBelow

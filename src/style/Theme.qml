@@ -20,7 +20,6 @@ QtObject {
     /// What the keyboard has selected: the desktop's own colour for that.
     readonly property color accent: desktop.highlight
     readonly property color accentText: accent.hslLightness > 0.65 ? surface : title
-    readonly property color danger: "#ff453a"
     /// Keeps symbols readable on a picture.
     readonly property color scrim: Qt.rgba(0, 0, 0, 0.65)
     readonly property color dropField: Qt.rgba(0, 0, 0, 0.85)

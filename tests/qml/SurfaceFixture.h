@@ -39,7 +39,7 @@ public:
     int collapses = 0;
     QQuickView view;
 
-    [[nodiscard]] ClipboardStore& store() { return *history.store; }
+    [[nodiscard]] ClipboardStore& store() const { return *history.store; }
     [[nodiscard]] NotchShape* shape() const;
 
     /// Gives the window the frame of the mode and then changes the mode.
