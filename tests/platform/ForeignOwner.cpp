@@ -1,11 +1,16 @@
 #include "platform/ForeignOwner.h"
 
+#include <limits>
 #include <poll.h>
 #include <vector>
 
 namespace nimbarrow {
 
-using Time = std::chrono::steady_clock;
+namespace {
+
+constexpr int endless = std::numeric_limits<int>::max();
+
+} // namespace
 
 ForeignOwner::ForeignOwner(const QByteArray& display)
     : m_connection(display)
@@ -30,21 +35,21 @@ void ForeignOwner::copy(Offer offer, Manner manner, int incrPieces)
     m_offer = std::move(offer);
     m_manner = manner;
     m_incrPieces = incrPieces;
-    start([this] {
-        claim();
-        serve(Time::time_point::max());
-    });
+    // Not on the thread, which may begin only after the next program has copied.
+    claim();
+    m_connection.sync();
+    start([this] { serveUntilAsked(endless); });
 }
 
-void ForeignOwner::copyEach(const QList<QByteArray>& texts, std::chrono::milliseconds apart)
+void ForeignOwner::copyEach(const QList<QByteArray>& texts)
 {
-    start([this, texts, apart] {
+    start([this, texts] {
         for (const auto& text : texts) {
             m_offer = { { "UTF8_STRING", text } };
             claim();
-            serve(Time::now() + apart);
+            serveUntilAsked(m_dataRequests + 1);
         }
-        serve(Time::time_point::max());
+        serveUntilAsked(endless);
     });
 }
 
@@ -54,15 +59,17 @@ void ForeignOwner::claim()
     xcb_flush(m_connection.get());
 }
 
-void ForeignOwner::serve(Time::time_point until)
+void ForeignOwner::serveUntilAsked(int times)
 {
-    while (!m_stop && Time::now() < until && m_connection.works()) {
+    while (!m_stop && m_dataRequests < times && m_connection.works()) {
         const X11PasteboardConnection::Reply<xcb_generic_event_t> event(
             xcb_poll_for_event(m_connection.get()));
         if (!event) {
             xcb_flush(m_connection.get());
             pollfd source { xcb_get_file_descriptor(m_connection.get()), POLLIN, 0 };
             poll(&source, 1, 5);
+        } else if (event->response_type == 0) {
+            ++m_errors;
         } else if ((event->response_type & 0x7f) == XCB_SELECTION_REQUEST) {
             answer(reinterpret_cast<const xcb_selection_request_event_t&>(*event));
         } else if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY) {
@@ -111,6 +118,12 @@ void ForeignOwner::answer(const xcb_selection_request_event_t& request)
             32, static_cast<uint32_t>(targets.size()), targets.data());
     }
     xcb_send_event(xcb, 0, request.requestor, 0, reinterpret_cast<const char*>(&reply));
+    if (m_manner == Manner::HurriesOn) {
+        m_manner = Manner::Polite;
+        m_offer.emplaceBack("x-kde-passwordManagerHint", "secret");
+        m_window = m_connection.makeWindow();
+        claim();
+    }
     xcb_flush(xcb);
 }
 

@@ -8,6 +8,9 @@
 #include <QTest>
 #include <QTimer>
 
+#include <array>
+#include <future>
+
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
 using Manner = ForeignOwner::Manner;
@@ -79,6 +82,20 @@ private Q_SLOTS:
         QCOMPARE(owner.dataRequests(), 0);
     }
 
+    void announcesNothingOfASecretThatOvertookItsQuestion()
+    {
+        Fixture at;
+        ForeignOwner owner(at.server.displayName());
+        owner.copy({ { "UTF8_STRING", "hunter2" } }, Manner::HurriesOn);
+        // The question was meant for the first copy, and the owner of the second one answers it.
+        QTRY_COMPARE(owner.dataRequests(), 1);
+        QTRY_VERIFY(at.pasteboard.types().contains(pasteboardtype::concealed.toString()));
+        QCOMPARE(at.seen, QStringList { QString() });
+        // And the answer finds a window, or the owner might not live to be asked by anybody else.
+        QCOMPARE(paste(at.server, "UTF8_STRING"), "hunter2"_ba);
+        QCOMPARE(owner.errors(), 0);
+    }
+
     void asksForNothingItDoesNotNeed()
     {
         Fixture at;
@@ -147,7 +164,7 @@ private Q_SLOTS:
             texts << "text " + QByteArray::number(number);
             expected << QString::fromUtf8(texts.last());
         }
-        owner.copyEach(texts, std::chrono::milliseconds(20));
+        owner.copyEach(texts);
         QTRY_COMPARE(at.seen.size(), 40);
         QCOMPARE(at.seen, expected);
     }
@@ -184,6 +201,73 @@ private Q_SLOTS:
         QCOMPARE(paste(at.server, "UTF8_STRING"), "/a b.png\n/c"_ba);
         QCOMPARE(at.pasteboard.fileUrls().size(), 2);
         QCOMPARE(at.seen, QStringList());
+    }
+
+    void doesNotWaitForAnImageThatASecondWriteReplaces()
+    {
+        Fixture at;
+        std::promise<void> begun;
+        std::promise<void> allowed;
+        at.pasteboard.write({ { {}, {}, [&] {
+                                   begun.set_value();
+                                   allowed.get_future().wait();
+                                   return "P"_ba;
+                               } } });
+        begun.get_future().wait();
+        QElapsedTimer spent;
+        spent.start();
+        at.pasteboard.write({ { u"newer"_s, {}, {} } });
+        const auto stood = spent.elapsed();
+        allowed.set_value();
+        QCOMPARE(paste(at.server, "UTF8_STRING"), "newer"_ba);
+        QCOMPARE(paste(at.server, "image/png"), QByteArray());
+        QVERIFY2(stood < 200, qPrintable(QString::number(stood)));
+    }
+
+    void answersSeveralQuestionsAtOnceAndOutlivesWhoAsked()
+    {
+        Fixture at;
+        const QByteArray image(2 << 20, 'P');
+        at.pasteboard.write({ { u"text"_s, {}, [image] { return image; } } });
+        {
+            X11PasteboardConnection other(at.server.displayName());
+            auto* const xcb = other.get();
+            const auto window = other.makeWindow();
+            const auto list = other.atom("LIST");
+            const std::array pairs { other.atom("UTF8_STRING"), other.atom("A"), other.atom("audio/x"),
+                other.atom("B"), other.atom("image/png"), other.atom("C") };
+            xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, list, other.atom("ATOM_PAIR"), 32,
+                static_cast<uint32_t>(pairs.size()), pairs.data());
+            xcb_convert_selection(
+                xcb, window, other.atom("CLIPBOARD"), other.atom("MULTIPLE"), list, XCB_CURRENT_TIME);
+            xcb_flush(xcb);
+            X11PasteboardConnection::Reply<xcb_generic_event_t> event;
+            do
+                event.reset(xcb_wait_for_event(xcb));
+            while (event && (event->response_type & 0x7f) != XCB_SELECTION_NOTIFY);
+            QVERIFY(event);
+            QCOMPARE(reinterpret_cast<xcb_selection_notify_event_t&>(*event).property, list);
+            auto answered = pairs;
+            answered[3] = XCB_ATOM_NONE;
+            QCOMPARE(other.takeProperty(window, list, 64).bytes,
+                QByteArray(reinterpret_cast<const char*>(answered.data()), sizeof answered));
+            QCOMPARE(other.takeProperty(window, pairs[1], 64).bytes, "text"_ba);
+            // Taking the announcement asks for the first piece, which nobody will be there for.
+            QCOMPARE(other.takeProperty(window, pairs[5], 64).type, other.atom("INCR"));
+        }
+        QVERIFY(paste(at.server, "image/png") == image);
+    }
+
+    void treatsATooLargeImageAsAbsent()
+    {
+        X11PasteboardLimits limits;
+        limits.imageBytes = 1000;
+        Fixture at(limits);
+        ForeignOwner owner(at.server.displayName());
+        owner.copy({ { "image/png", QByteArray(1001, 'P') }, { "image/jpeg", QByteArray(1000, 'J') } });
+        QTRY_COMPARE(at.seen.size(), 1);
+        QCOMPARE(at.pasteboard.data(pasteboardtype::png), QByteArray());
+        QCOMPARE(at.pasteboard.data(pasteboardtype::jpeg).size(), 1000);
     }
 
     void announcesACopyThatItsOwnWriteOvertook()

@@ -96,6 +96,10 @@ void X11PasteboardOwner::answer(const xcb_selection_request_event_t& request)
 bool X11PasteboardOwner::convert(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property)
 {
     auto* const xcb = m_connection.get();
+    // Who asks anew has given up waiting for the rest of the last answer, which must not run into this one.
+    m_deliveries.remove_if([requestor, property](const Delivery& one) {
+        return one.requestor == requestor && one.property == property;
+    });
     if (target == m_connection.atom("TARGETS")) {
         std::vector<xcb_atom_t> targets { target, m_connection.atom("TIMESTAMP"),
             m_connection.atom("MULTIPLE") };

@@ -67,16 +67,21 @@ X11PasteboardReading::Instant X11PasteboardReading::deadline() const
     return first;
 }
 
-void X11PasteboardReading::supersede(xcb_window_t newOwner)
+void X11PasteboardReading::supersede(xcb_window_t newOwner, uint32_t sequence)
 {
     if (m_finished)
         return;
     m_superseded = true;
-    // The same window answers late requests with its newer content, which is read anyway.
+    const auto& current = *m_transfers.back();
+    // What was asked too late goes to the new owner, whose own list may forbid to ask for it. And the same
+    // window answers even what was asked in time with its newer content, which is read anyway.
+    const bool misled = current.askedAfter(sequence) || (m_owner == newOwner && !current.answered());
     const bool listing = !m_reader;
-    if (listing || (m_owner == newOwner && !m_transfers.back()->answered())) {
-        m_finished = true;
-        m_transfers.clear();
+    if (listing || misled) {
+        // The window waits for the answer all the same: the error of finding it gone ends many a program, and
+        // with it what it copied.
+        m_transfers.back()->forget();
+        finish();
     }
 }
 
@@ -92,10 +97,7 @@ void X11PasteboardReading::advance()
             m_reader->take(current.cut() && !text ? QByteArray() : current.bytes());
         }
         if (m_reader->next().isEmpty() || m_superseded || Instant::clock::now() >= m_end) {
-            m_finished = true;
-            // What the old owner can no longer give is the new owner's to tell.
-            if (!m_superseded || m_reader->snapshot().hasContent())
-                m_result = m_reader->snapshot();
+            finish();
         } else {
             ask(m_reader->next());
         }
@@ -103,6 +105,14 @@ void X11PasteboardReading::advance()
     std::erase_if(m_transfers, [this](const auto& transfer) {
         return transfer->over() && (m_finished || transfer != m_transfers.back());
     });
+}
+
+void X11PasteboardReading::finish()
+{
+    m_finished = true;
+    // What the old owner can no longer give is the new owner's to tell.
+    if (m_reader && (!m_superseded || m_reader->snapshot().hasContent()))
+        m_result = m_reader->snapshot();
 }
 
 std::optional<PasteboardSnapshot> X11PasteboardReading::takeResult()

@@ -21,18 +21,23 @@ public:
     void expire(Instant now);
     [[nodiscard]] Instant deadline() const;
 
-    /// Somebody else owns the selection now: nothing more can be asked for, only awaited.
-    void supersede(xcb_window_t newOwner);
+    /// Somebody else owns the selection since the request with this sequence number: nothing more can be
+    /// asked for, only awaited.
+    void supersede(xcb_window_t newOwner, uint32_t sequence);
 
     /// The content, once, when all of it is there; an owner that fails gives an empty one.
     [[nodiscard]] std::optional<PasteboardSnapshot> takeResult();
 
-    /// True when nothing more will come of it.
+    /// True when no content will come of it any more.
+    [[nodiscard]] bool finished() const { return m_finished; }
+
+    /// True when it is finished and nothing is expected of an owner.
     [[nodiscard]] bool over() const;
 
 private:
     void ask(const QString& target);
     void advance();
+    void finish();
     [[nodiscard]] qsizetype roomFor(const QString& target) const;
 
     X11PasteboardConnection& m_connection;

@@ -63,8 +63,11 @@ void X11PasteboardThread::write(Write write)
     m_writes.push_back(std::move(write));
     const auto turn = ++m_writesGiven;
     wake();
-    // Only the X server stands behind this wait: a paste keystroke often follows at once.
-    m_claimed.wait_for(lock, claimPatience, [this, turn] { return m_writesClaimed >= turn || !m_works; });
+    // Only the X server stands behind this wait: a paste keystroke often follows at once. An image that is
+    // still being made is not waited for: the selection is claimed then, and who pastes is answered after it,
+    // with the newest write.
+    m_claimed.wait_for(
+        lock, claimPatience, [this, turn] { return m_writesClaimed >= turn || m_drawing || !m_works; });
 }
 
 void X11PasteboardThread::run()
@@ -95,29 +98,38 @@ void X11PasteboardThread::run()
 
 void X11PasteboardThread::runWrites()
 {
-    for (;;) {
-        Write write;
-        {
-            const std::scoped_lock lock(m_mutex);
-            if (m_writes.empty())
-                return;
-            write = std::move(m_writes.front());
-            m_writes.pop_front();
-        }
+    std::unique_lock lock(m_mutex);
+    while (!m_writes.empty() && !m_stop) {
+        const auto writes = std::exchange(m_writes, {});
+        lock.unlock();
+        claim(writes);
+        lock.lock();
+        m_writesClaimed += static_cast<int>(writes.size());
+        // The image of a write that another one has replaced by now is nobody's business.
+        m_drawing = m_writes.empty() && writes.back().png;
+        lock.unlock();
+        m_claimed.notify_all();
+        if (m_drawing)
+            addImage(writes.back());
+        lock.lock();
+        m_drawing = false;
+    }
+}
+
+void X11PasteboardThread::claim(const std::deque<Write>& writes)
+{
+    for (const auto& write : writes) {
         ++m_claims;
         m_owner->claim(write.content);
-        m_connection.sync();
-        {
-            const std::scoped_lock lock(m_mutex);
-            ++m_writesClaimed;
-        }
-        m_claimed.notify_all();
-        if (!write.png)
-            continue;
-        const auto png = write.png();
-        if (!png.isEmpty())
-            m_owner->add("image/png", png);
     }
+    m_connection.sync();
+}
+
+void X11PasteboardThread::addImage(const Write& write)
+{
+    const auto png = write.png();
+    if (!png.isEmpty())
+        m_owner->add("image/png", png);
 }
 
 void X11PasteboardThread::handle(const xcb_generic_event_t& event)
@@ -125,7 +137,8 @@ void X11PasteboardThread::handle(const xcb_generic_event_t& event)
     if ((event.response_type & 0x7f) == m_connection.ownerChangeEvent()) {
         const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
         const bool vanished = change.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;
-        ownerChanged(vanished ? xcb_window_t(XCB_WINDOW_NONE) : change.owner, change.timestamp);
+        ownerChanged(
+            vanished ? xcb_window_t(XCB_WINDOW_NONE) : change.owner, change.timestamp, event.full_sequence);
         return;
     }
     const bool taken = std::any_of(
@@ -135,11 +148,11 @@ void X11PasteboardThread::handle(const xcb_generic_event_t& event)
     reportResults();
 }
 
-void X11PasteboardThread::ownerChanged(xcb_window_t owner, xcb_timestamp_t time)
+void X11PasteboardThread::ownerChanged(xcb_window_t owner, xcb_timestamp_t time, uint32_t sequence)
 {
     for (auto& entry : m_readings)
-        entry.reading.supersede(owner);
-    std::erase_if(m_readings, [](const Entry& entry) { return entry.reading.over(); });
+        entry.reading.supersede(owner, sequence);
+    reportResults();
     if (owner == m_owner->window()) {
         m_owner->setTime(time);
         ++m_claimsSeen;
@@ -153,8 +166,11 @@ void X11PasteboardThread::ownerChanged(xcb_window_t owner, xcb_timestamp_t time)
         m_report({ m_claimsSeen, m_sequence, false, {} });
         return;
     }
-    if (m_readings.size() >= mostReadings)
-        m_readings.pop_front();
+    if (m_readings.size() >= mostReadings) {
+        const auto spare = std::find_if(m_readings.begin(), m_readings.end(),
+            [](const Entry& entry) { return entry.reading.finished(); });
+        m_readings.erase(spare != m_readings.end() ? spare : m_readings.begin());
+    }
     m_readings.push_back({ m_claimsSeen, m_sequence, { m_connection, m_selection, owner, time, m_limits } });
 }
 

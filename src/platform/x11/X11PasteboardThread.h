@@ -39,8 +39,8 @@ public:
 
     [[nodiscard]] bool works() const { return m_works; }
 
-    /// Called on any thread but its own. Returns when the selection is claimed, so that whoever pastes from
-    /// now on gets this; when the X server is too busy for that, after a quarter of a second.
+    /// Called on any thread but its own. Returns when whoever pastes from now on gets this; when the X server
+    /// is too busy for that, after a quarter of a second.
     void write(Write write);
 
 private:
@@ -52,8 +52,10 @@ private:
 
     void run();
     void runWrites();
+    void claim(const std::deque<Write>& writes);
+    void addImage(const Write& write);
     void handle(const xcb_generic_event_t& event);
-    void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
+    void ownerChanged(xcb_window_t owner, xcb_timestamp_t time, uint32_t sequence);
     void reportResults();
     void expire();
     void sleep();
@@ -72,6 +74,7 @@ private:
     std::deque<Write> m_writes;
     int m_writesGiven = 0;
     int m_writesClaimed = 0;
+    bool m_drawing = false;
 
     std::unique_ptr<X11PasteboardOwner> m_owner;
     std::list<Entry> m_readings;

@@ -10,12 +10,13 @@ X11PasteboardTransfer::X11PasteboardTransfer(X11PasteboardConnection& connection
     , m_window(connection.makeWindow())
     , m_property(connection.atom("NIMBARROW_CONTENT"))
     , m_target(target)
+    , m_sequence(
+          xcb_convert_selection(connection.get(), m_window, selection, target, m_property, time).sequence)
     , m_room(room)
     , m_stall(limits.stall)
     , m_end(Instant::clock::now() + limits.whole)
     , m_stallEnd(Instant::clock::now() + limits.stall)
 {
-    xcb_convert_selection(connection.get(), m_window, selection, target, m_property, time);
 }
 
 X11PasteboardTransfer::~X11PasteboardTransfer()
@@ -84,6 +85,12 @@ void X11PasteboardTransfer::takePiece()
     m_cut = piece.cut;
     if (m_cut)
         m_state = State::Draining;
+}
+
+void X11PasteboardTransfer::forget()
+{
+    m_room = 0;
+    m_bytes.clear();
 }
 
 void X11PasteboardTransfer::expire(Instant now)

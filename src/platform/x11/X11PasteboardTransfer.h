@@ -20,8 +20,17 @@ public:
     void expire(Instant now);
     [[nodiscard]] Instant deadline() const;
 
+    /// Keeps nothing of what is still to come.
+    void forget();
+
     /// The owner has begun to answer, so what comes is of the content that was asked for.
     [[nodiscard]] bool answered() const { return m_state != State::Asked; }
+
+    /// True when the server came to the request only after the one with this sequence number.
+    [[nodiscard]] bool askedAfter(uint32_t sequence) const
+    {
+        return static_cast<int32_t>(m_sequence - sequence) > 0;
+    }
 
     /// True when `bytes` are all that there will be.
     [[nodiscard]] bool complete() const { return m_state == State::Done || m_state == State::Draining; }
@@ -43,6 +52,7 @@ private:
     xcb_window_t m_window;
     xcb_atom_t m_property;
     xcb_atom_t m_target;
+    uint32_t m_sequence;
     qsizetype m_room;
     std::chrono::milliseconds m_stall;
     Instant m_end;
