@@ -1,0 +1,54 @@
+// Watches the clipboard with the program's own adapter, capture and store, and prints each text on a line as
+// soon as it is an entry of the history.
+#include "clipboard/ClipboardMonitor.h"
+#include "clipboard/ClipboardStore.h"
+#include "clipboard/PasteboardCapture.h"
+#include "platform/qt/QtScheduler.h"
+#include "platform/qt/QtWorkQueues.h"
+#include "platform/qt/SystemClock.h"
+#include "platform/x11/X11Pasteboard.h"
+#include "preferences/Settings.h"
+#include "support/FakeApplications.h"
+#include "support/FakeDesktopPreferences.h"
+#include "support/FakeLocations.h"
+#include "support/FakeLoginItem.h"
+#include "support/FakeTrust.h"
+#include "support/FakeUserDefaults.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+int main(int argc, char* argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QTemporaryDir disk;
+    FakeUserDefaults defaults;
+    defaults.values.insert(u"historyLimit"_s, 1000);
+    FakeLoginItem loginItem;
+    FakeTrust trust;
+    const FakeDesktopPreferences desktop;
+    FakeLocations locations;
+    locations.folder = disk.path();
+    const FakeApplications applications;
+    const SystemClock clock;
+    QtScheduler scheduler;
+    QtWorkQueues queues;
+    const Settings settings(defaults, loginItem, trust, desktop, scheduler);
+    ClipboardStore store(settings, locations, clock, scheduler, queues);
+    PasteboardCapture capture(store, queues);
+    X11Pasteboard pasteboard;
+    ClipboardMonitor monitor(capture, pasteboard, applications, scheduler);
+    store.onNewItem = [](const ClipboardItem& item) {
+        std::puts(qUtf8Printable(item.text.value_or(QString())));
+        std::fflush(stdout);
+    };
+    monitor.start();
+    std::puts("ready");
+    std::fflush(stdout);
+    return QCoreApplication::exec();
+}
