@@ -31,8 +31,8 @@ constexpr std::array places {
     Place { "UP", Key::Up },
 };
 
-constexpr std::array locks { XKB_KEY_Caps_Lock, XKB_KEY_Shift_Lock, XKB_KEY_Scroll_Lock, XKB_KEY_ISO_Lock,
-    XKB_KEY_ISO_Level3_Lock, XKB_KEY_ISO_Level5_Lock, XKB_KEY_Num_Lock };
+constexpr std::array<xkb_keysym_t, 7> locks { XKB_KEY_Caps_Lock, XKB_KEY_Shift_Lock, XKB_KEY_Scroll_Lock,
+    XKB_KEY_ISO_Lock, XKB_KEY_ISO_Level3_Lock, XKB_KEY_ISO_Level5_Lock, XKB_KEY_Num_Lock };
 
 using Context = std::unique_ptr<xkb_context, decltype(&xkb_context_unref)>;
 using Keymap = std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)>;
@@ -114,7 +114,7 @@ void X11Keyboard::readKeys(xcb_connection_t* connection)
         m_codeTypingV = codeOf(Key::V);
 
     for (xkb_keycode_t code = xkb_keymap_min_keycode(keymap.get()); code <= 255; ++code) {
-        for (const auto lock : locks) {
+        for (const xkb_keysym_t lock : locks) {
             if (!types(keymap.get(), code, 0, lock))
                 continue;
             m_lockCodes << static_cast<xcb_keycode_t>(code);
