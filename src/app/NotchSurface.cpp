@@ -40,6 +40,13 @@ void NotchSurface::load(NotchController& controller, AppModel& model)
     const auto follow = [this, shape] { m_panelWindow->setOutline(shape->outline()); };
     QObject::connect(shape, &NotchShape::outlineChanged, m_panelWindow.get(), follow);
     follow();
+    // The software renderer of newer Qt clears more of the window than it draws again when only a part has
+    // changed, and the desktop shines through. So each frame is followed by one that draws the whole body.
+    QObject::connect(&m_view, &QQuickWindow::frameSwapped, shape, [shape, whole = false]() mutable {
+        whole = !whole;
+        if (whole)
+            shape->update();
+    });
     controller.attach(*root);
 }
 

@@ -244,6 +244,11 @@ class Desktop:
                           "-depth", "8", "rgb:-"])
         return tuple(data[:3])
 
+    def brightest(self, x, top, bottom):
+        """The brightest part of any colour in a column of pixels."""
+        return max(self.call(["import", "-window", "root", "-crop", f"1x{(bottom - top) * self.scale}+"
+                              f"{x * self.scale}+{top * self.scale}", "-depth", "8", "rgb:-"]))
+
     def is_black(self, x, y):
         return max(self.pixel(x, y)) <= 8
 

@@ -8,7 +8,7 @@ import sys
 import time
 
 from desktop import Desktop, StageMissed, wait_until, NOTCH_MIDDLE, NOTCH_LEFT
-from flow import Flow, SURFACE_LEFT
+from flow import BELOW_THE_SURFACE, Flow, SURFACE_LEFT
 
 
 def has_text(text):
@@ -103,6 +103,24 @@ def uncovered_corners(desktop):
         raise StageMissed("the notch and nothing else at rest")
 
 
+def body_stays_whole(desktop):
+    """Where rows light up and fade again, the desktop does not shine through."""
+    for number in range(4):
+        desktop.copy(f"row {number}")
+        time.sleep(0.1)
+    flow = Flow(desktop)
+    time.sleep(3)
+    flow.open_by_pointer()
+    for y in (130, 160, 100, 130):
+        desktop.move(640, y)
+        time.sleep(0.3)
+    # Right of the texts and left of the buttons there is nothing but black and the light of a row.
+    if desktop.brightest(880, 75, 230) > 60:
+        raise StageMissed("a body without holes")
+    desktop.move(*BELOW_THE_SURFACE)
+    flow.wait_closed()
+
+
 def play(program, stages, **desktop_options):
     with Desktop(program, settings={"language": "en"}, **desktop_options) as desktop:
         try:
@@ -118,7 +136,7 @@ def play(program, stages, **desktop_options):
 
 
 def main(program, _drag_source):
-    everything = play(program, [second_instance, uncovered_corners, secret, burst, frozen_owner, huge_text, kill])
+    everything = play(program, [second_instance, uncovered_corners, body_stays_whole, secret, burst, frozen_owner, huge_text, kill])
     bare = play(program, [second_instance, uncovered_corners, kill], compositor=False, bus=False)
     return 0 if everything and bare else 1
 
