@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QColor>
+#include <QDateTime>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+namespace nimbarrow {
+
+/// One occurrence of an event as the calendar store has it.
+struct CalendarEvent {
+    enum class Status { None, Confirmed, Tentative, Cancelled };
+    enum class Participation { Unknown, Pending, Accepted, Declined, Tentative };
+
+    struct Attendee {
+        bool isCurrentUser = false;
+        Participation participation = Participation::Unknown;
+    };
+
+    /// The store's own identifier, to open the event by; empty where it has none.
+    QString identifier;
+    QString title;
+    /// Both valid. An all-day event begins and ends at local midnights.
+    QDateTime start;
+    QDateTime end;
+    bool isAllDay = false;
+    /// The colour of the event's calendar; none where it has none.
+    std::optional<QColor> color;
+    QString location;
+    QUrl url;
+    QString notes;
+    Status status = Status::None;
+    QList<Attendee> attendees;
+    bool hasRecurrenceRules = false;
+    /// One occurrence of a series that was changed by itself.
+    bool isDetached = false;
+};
+
+/// Port: the user's calendars.
+class CalendarStore : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Authorization { NotDetermined, Restricted, Denied, FullAccess, WriteOnly };
+
+    /// Why a new event was not made.
+    enum class CreateError { NoDefaultCalendar, Failed };
+
+    struct Created {
+        /// None when the event is in the store.
+        std::optional<CreateError> error;
+        /// In the store's words, when it failed.
+        QString errorDescription;
+        /// Of the new event; empty where the store did not tell.
+        QString identifier;
+    };
+
+    using QObject::QObject;
+
+    /// Answers at once and asks nobody.
+    [[nodiscard]] virtual Authorization authorization() const = 0;
+
+    /// Asks the user, where the system does. `answered` runs on the main thread, later, also after the store
+    /// is gone.
+    virtual void requestFullAccess(std::function<void(bool granted)> answered) = 0;
+
+    /// Every occurrence that overlaps the time from `start` to `end`, over all calendars; none when the store
+    /// does not answer, which is not the same as no events. May take long: call it on any thread but the main.
+    [[nodiscard]] virtual std::optional<QList<CalendarEvent>> events(
+        const QDateTime& start, const QDateTime& end)
+        = 0;
+
+    /// Puts an event into the default calendar, off the main thread. `done` runs on the main thread, later,
+    /// unless the store is gone by then.
+    virtual void create(const QString& title, const QDateTime& start, const QDateTime& end,
+        std::function<void(const Created&)> done)
+        = 0;
+
+Q_SIGNALS:
+    /// Something in the calendars is another than before.
+    void changed();
+
+    /// Another day has begun: at local midnight, after a change of the time zone or of the clock, or after a
+    /// sleep over midnight.
+    void dayChanged();
+};
+
+} // namespace nimbarrow
