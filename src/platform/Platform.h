@@ -9,11 +9,13 @@
 #include "platform/Keystrokes.h"
 #include "platform/Locations.h"
 #include "platform/LoginItem.h"
+#include "platform/Opener.h"
 #include "platform/PanelWindow.h"
 #include "platform/Pasteboard.h"
 #include "platform/Pointer.h"
 #include "platform/Scheduler.h"
 #include "platform/Screens.h"
+#include "platform/Scripting.h"
 #include "platform/UserDefaults.h"
 #include "platform/WorkQueue.h"
 
@@ -41,6 +43,8 @@ struct Platform {
     std::unique_ptr<HotKeys> hotKeys;
     std::unique_ptr<Keystrokes> keystrokes;
     std::unique_ptr<AccessibilityTrust> accessibilityTrust;
+    std::unique_ptr<Opener> opener;
+    std::unique_ptr<Scripting> scripting;
 
     /// Turns a window that was never shown into the panel. The window must outlive the port.
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;

@@ -1,8 +1,11 @@
 #include "platform/Platform.h"
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/BusInstance.h"
+#include "platform/linux/DesktopOpener.h"
 #include "platform/linux/DisplayPanels.h"
+#include "platform/linux/InheritedState.h"
 #include "platform/linux/LinuxPreferences.h"
+#include "platform/linux/NoScripting.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/XdgLocations.h"
 #include "platform/qt/QSettingsDefaults.h"
@@ -34,10 +37,18 @@ void setUnlessSet(const char* variable, const char* value)
         qputenv(variable, value);
 }
 
+/// As it was before preparePlatform().
+const InheritedState& inheritedState()
+{
+    static const auto state = InheritedState::now();
+    return state;
+}
+
 } // namespace
 
 void preparePlatform()
 {
+    inheritedState();
     // On a Wayland session too: a panel that stands above everything is an X11 window there.
     setUnlessSet("QT_QPA_PLATFORM", "xcb");
     // The panel is small; a GL driver would cost three times the memory of the whole program.
@@ -67,6 +78,8 @@ Platform makePlatform()
     platform.applications = std::move(applications);
     platform.hotKeys = std::make_unique<X11HotKeys>();
     platform.accessibilityTrust = std::make_unique<X11Trust>();
+    platform.opener = std::make_unique<DesktopOpener>(inheritedState(), liveSessionBus());
+    platform.scripting = std::make_unique<NoScripting>();
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }
