@@ -16,7 +16,8 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
     , m_store(m_settings, *platform.locations, *platform.clock, *platform.scheduler, *platform.workQueues)
     , m_capture(m_store, *platform.workQueues)
     , m_clipboard(m_capture, *platform.pasteboard, *platform.applications, *platform.scheduler)
-    , m_paster(m_store, m_clipboard, m_settings, *platform.accessibilityTrust, *platform.keystrokes)
+    , m_paster(m_clipboard, m_settings, *platform.accessibilityTrust, *platform.keystrokes)
+    , m_handoff(m_store, m_paster, *platform.opener)
 {
 }
 
@@ -28,6 +29,7 @@ void AppModel::start(NotchController& notch)
         if (controller && m_settings.peekOnClipboard())
             controller->peek(PeekContent::forItem(item));
     };
+    connect(&m_store, &ClipboardStore::imagesDropped, &m_thumbnails, &ThumbnailLoader::forget);
     connect(&m_settings, &Settings::historyLimitChanged, &m_store, &ClipboardStore::enforceLimit);
     m_hotKey.onPressed = [controller] {
         if (controller)

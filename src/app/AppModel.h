@@ -4,6 +4,7 @@
 #include "clipboard/ClipboardMonitor.h"
 #include "clipboard/ClipboardStore.h"
 #include "clipboard/PasteboardCapture.h"
+#include "clipboard/EntryHandoff.h"
 #include "clipboard/Paster.h"
 #include "clipboard/ThumbnailLoader.h"
 #include "preferences/Settings.h"
@@ -31,6 +32,7 @@ public:
     [[nodiscard]] ClipboardMonitor& clipboard() { return m_clipboard; }
     [[nodiscard]] PasteboardCapture& capture() { return m_capture; }
     [[nodiscard]] Paster& paster() { return m_paster; }
+    [[nodiscard]] EntryHandoff& handoff() { return m_handoff; }
     [[nodiscard]] ThumbnailLoader& thumbnails() { return m_thumbnails; }
 
 private:
@@ -46,6 +48,7 @@ private:
     PasteboardCapture m_capture;
     ClipboardMonitor m_clipboard;
     Paster m_paster;
+    EntryHandoff m_handoff;
 };
 
 } // namespace nimbarrow

@@ -28,7 +28,7 @@ void NotchSurface::load(NotchController& controller, AppModel& model)
         { u"notch"_s, QVariant::fromValue(&controller.state()) },
         { u"actions"_s, QVariant::fromValue(&controller.actions()) },
         { u"store"_s, QVariant::fromValue(&model.store()) },
-        { u"paster"_s, QVariant::fromValue(&model.paster()) },
+        { u"handoff"_s, QVariant::fromValue(&model.handoff()) },
         { u"settings"_s, QVariant::fromValue(&model.settings()) },
     });
     m_view.setSource(QUrl(u"qrc:/qt/qml/Nimbarrow/Notch/NotchRootView.qml"_s));

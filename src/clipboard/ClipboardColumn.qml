@@ -10,12 +10,14 @@ Item {
     id: root
 
     required property ClipboardStore store
-    required property Paster paster
+    required property EntryHandoff handoff
     /// Identifier of the entry that the keyboard has selected, while it is used.
     required property var selection
     required property bool keyboardMode
 
     signal collapseRequested
+    signal previewRequested(id: var)
+    signal previewDone
 
     readonly property real _titleHeight: 16
     readonly property bool _hasImages: store.imageItems.count > 0
@@ -60,12 +62,14 @@ Item {
 
         content: ImageStrip {
             anchors.fill: parent
+            handoff: root.handoff
             keyboardMode: root.keyboardMode
-            paster: root.paster
             selection: root.selection
             store: root.store
 
             onCollapseRequested: root.collapseRequested()
+            onPreviewDone: root.previewDone()
+            onPreviewRequested: id => root.previewRequested(id)
         }
     }
 
@@ -75,8 +79,8 @@ Item {
         anchors.right: parent.right
         anchors.top: parent.top
         anchors.topMargin: root._titleHeight + 4 + (root._hasImages ? Theme.thumbHeight + Theme.gap : 0)
+        handoff: root.handoff
         keyboardMode: root.keyboardMode
-        paster: root.paster
         selection: root.selection
         store: root.store
 

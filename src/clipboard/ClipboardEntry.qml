@@ -2,7 +2,8 @@ import QtQuick
 import Nimbarrow.Clipboard
 import Nimbarrow.Style
 
-/// What every entry of the history does, however it looks: a click puts it back on the clipboard, and its actions.
+/// What every entry of the history does, however it looks: a click puts it back on the clipboard, a double click
+/// opens it, and the pointer can carry it out of the surface.
 Item {
     id: root
 
@@ -16,7 +17,7 @@ Item {
     required property string help
 
     required property ClipboardStore store
-    required property Paster paster
+    required property EntryHandoff handoff
     /// Identifier of the entry that the keyboard has selected, while it is used.
     required property var selection
     required property bool keyboardMode
@@ -26,18 +27,31 @@ Item {
     readonly property bool hovered: hover.hovered
     /// The entry does not show all that its help text says.
     property bool helpWanted: false
+    /// What hangs at the pointer that carries the entry.
+    property Item face: root
     /// Shows for a moment that the click has copied the entry.
     property bool copiedFlash: false
 
     /// The entry was pasted, so the surface has done its work.
     signal collapseRequested
+    /// The button is held down on the entry; the pointer has not moved.
+    signal heldDown
+    /// It is no longer, or the entry is being carried.
+    signal letGo
 
     function copy() {
         HelpText.withdraw(root);
-        if (paster.pasteClicked(itemId))
+        if (handoff.paste(itemId))
             collapseRequested();
         else
             flashCopied();
+    }
+
+    function carry() {
+        HelpText.withdraw(root);
+        const id = itemId;
+        const target = handoff;
+        face.grabToImage(grab => target.drag(id, grab.image));
     }
 
     function flashCopied() {
@@ -75,6 +89,24 @@ Item {
     }
 
     TapHandler {
-        onTapped: root.copy()
+        longPressThreshold: Theme.longPress / 1000
+
+        onDoubleTapped: root.handoff.open(root.itemId)
+        onLongPressed: root.heldDown()
+        onPressedChanged: {
+            if (!pressed)
+                root.letGo();
+        }
+        onSingleTapped: root.copy()
+    }
+
+    DragHandler {
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad | PointerDevice.Stylus
+        target: null
+
+        onActiveChanged: {
+            if (active)
+                root.carry();
+        }
     }
 }

@@ -9,7 +9,7 @@ Item {
     id: root
 
     required property ClipboardStore store
-    required property Paster paster
+    required property EntryHandoff handoff
     required property var selection
     required property bool keyboardMode
 
@@ -27,8 +27,8 @@ Item {
         spacing: Theme.rowSpacing
 
         delegate: ClipboardRow {
+            handoff: root.handoff
             keyboardMode: root.keyboardMode
-            paster: root.paster
             selection: root.selection
             store: root.store
             width: list.width

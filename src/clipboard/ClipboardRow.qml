@@ -14,6 +14,7 @@ ClipboardEntry {
     readonly property real _opticalOffset: 1
     readonly property color _ink: selected ? Theme.accentText : Theme.title
 
+    face: bearer
     helpWanted: line.truncated || help !== title
     implicitHeight: Theme.rowHeight
 
@@ -38,25 +39,32 @@ ClipboardEntry {
         }
     }
 
-    Symbol {
-        anchors.verticalCenter: parent.verticalCenter
-        anchors.verticalCenterOffset: root._opticalOffset
-        name: root.symbol
-        strength: root.selected ? 0.92 : 0.5
-        x: Theme.gap
-    }
+    Item {
+        id: bearer
 
-    Line {
-        id: line
-
+        anchors.bottom: parent.bottom
         anchors.left: parent.left
-        anchors.leftMargin: 32
         anchors.right: meta.left
-        anchors.rightMargin: Theme.gap
-        color: root._ink
-        font.pixelSize: Theme.rowText
-        height: root.height
-        text: root.title
+        anchors.top: parent.top
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: root._opticalOffset
+            name: root.symbol
+            strength: root.selected ? 0.92 : 0.5
+            x: Theme.gap
+        }
+
+        Line {
+            id: line
+
+            anchors.fill: parent
+            anchors.leftMargin: 32
+            anchors.rightMargin: Theme.gap
+            color: root._ink
+            font.pixelSize: Theme.rowText
+            text: root.title
+        }
     }
 
     // What stands at the end of the row takes its room from the end of the title, and nothing else moves.

@@ -114,6 +114,12 @@ const ClipboardItem* ClipboardStore::find(const QUuid& id) const
     return item == m_items.end() ? nullptr : &*item;
 }
 
+QUrl ClipboardStore::imageUrl(const QUuid& id) const
+{
+    const auto* const item = find(id);
+    return item && item->imagePath ? QUrl::fromLocalFile(*item->imagePath) : QUrl();
+}
+
 void ClipboardStore::addText(const QString& text, const std::optional<QString>& sourceApp)
 {
     if (QStringView(text).trimmed().isEmpty())
@@ -178,7 +184,7 @@ void ClipboardStore::storeImage(
             item.imagePath = path;
             // The same image may have come in while this one was being written.
             if (promoteExisting(key))
-                removeStoredFiles({ item });
+                dropImages({ item });
             else
                 insert(item);
         });
@@ -213,7 +219,7 @@ void ClipboardStore::remove(const QUuid& id)
         return;
     m_items.removeIf([&id](const auto& item) { return item.id == id; });
     publish();
-    removeStoredFiles(removed);
+    dropImages(removed);
     scheduleSave();
 }
 
@@ -223,7 +229,7 @@ void ClipboardStore::clear()
     std::ranges::copy_if(m_items, std::back_inserter(removed), [](const auto& item) { return !item.pinned; });
     m_items.removeIf([](const auto& item) { return !item.pinned; });
     publish();
-    removeStoredFiles(removed);
+    dropImages(removed);
     scheduleSave();
 }
 
@@ -233,7 +239,7 @@ void ClipboardStore::enforceLimit()
     if (overflow.isEmpty())
         return;
     publish();
-    removeStoredFiles(overflow);
+    dropImages(overflow);
     // What the user no longer wants to keep is not to stay on disk until the next copy.
     scheduleSave();
 }
@@ -267,7 +273,7 @@ void ClipboardStore::insert(const ClipboardItem& item)
     m_items.prepend(item);
     const auto overflow = takeOverflow();
     publish();
-    removeStoredFiles(overflow);
+    dropImages(overflow);
     scheduleSave();
     if (onNewItem)
         onNewItem(item);
@@ -292,13 +298,12 @@ QList<ClipboardItem> ClipboardStore::takeOverflow()
     return overflow;
 }
 
-void ClipboardStore::removeStoredFiles(const QList<ClipboardItem>& removed)
+void ClipboardStore::dropImages(const QList<ClipboardItem>& removed)
 {
     QStringList paths;
     for (const auto& item : removed) {
-        const auto path = QDir::cleanPath(item.imagePath.value_or(QString()));
-        if (path.startsWith(m_imagesDirectory + u'/'))
-            paths << path;
+        if (item.imagePath)
+            paths << QDir::cleanPath(*item.imagePath);
     }
     if (paths.isEmpty())
         return;
@@ -307,6 +312,11 @@ void ClipboardStore::removeStoredFiles(const QList<ClipboardItem>& removed)
         if (item.imagePath)
             paths.removeAll(QDir::cleanPath(*item.imagePath));
     }
+    QList<QUrl> files;
+    for (const auto& path : std::as_const(paths))
+        files << QUrl::fromLocalFile(path);
+    Q_EMIT imagesDropped(files);
+    paths.removeIf([this](const auto& path) { return !path.startsWith(m_imagesDirectory + u'/'); });
     m_io->run([paths] {
         for (const auto& path : paths)
             QFile::remove(path);

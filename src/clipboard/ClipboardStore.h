@@ -51,6 +51,8 @@ public:
     [[nodiscard]] ClipboardListModel* imageModel() { return &m_imageModel; }
 
     [[nodiscard]] const ClipboardItem* find(const QUuid& id) const;
+    /// Of an image entry; empty for every other.
+    Q_INVOKABLE [[nodiscard]] QUrl imageUrl(const QUuid& id) const;
 
     void addText(const QString& text, const std::optional<QString>& sourceApp);
     void addFiles(const QList<QUrl>& urls, const std::optional<QString>& sourceApp);
@@ -79,6 +81,8 @@ public:
 
 Q_SIGNALS:
     void itemsChanged();
+    /// These image files belong to no entry any more.
+    void imagesDropped(const QList<QUrl>& files);
 
 private:
     void load();
@@ -92,8 +96,8 @@ private:
     void promoteOrInsert(const ClipboardItem& item);
     /// Takes the oldest entries out that are above the limit.
     [[nodiscard]] QList<ClipboardItem> takeOverflow();
-    /// Of entries that are no longer in the history.
-    void removeStoredFiles(const QList<ClipboardItem>& removed);
+    /// Of entries that are no longer in the history. Deletes the files that the store wrote for them.
+    void dropImages(const QList<ClipboardItem>& removed);
     void publish();
     void scheduleSave();
     void save();

@@ -9,8 +9,30 @@ import Nimbarrow.Style
 ClipboardEntry {
     id: root
 
+    property bool _previewing: false
+
+    /// The image is wanted large, for as long as the button is held down.
+    signal previewRequested
+    signal previewDone
+
+    function endPreview() {
+        if (!_previewing)
+            return;
+        _previewing = false;
+        previewDone();
+    }
+
+    face: picture
     implicitHeight: Theme.thumbHeight
     implicitWidth: Theme.thumbWidth
+
+    Component.onDestruction: endPreview()
+    ListView.onPooled: endPreview()
+    onHeldDown: {
+        _previewing = true;
+        previewRequested();
+    }
+    onLetGo: endPreview()
 
     Rectangle {
         anchors.fill: parent
@@ -74,14 +96,10 @@ ClipboardEntry {
             }
 
             // A click anywhere copies, and the middle says so; the rest keeps to the corners.
-            IconButton {
+            Symbol {
                 anchors.centerIn: parent
-                help: L10n.texts[L10n.Copy]
-                restingStrength: 0.92
-                symbol: "doc.on.doc"
+                name: "doc.on.doc"
                 visible: !root.copiedFlash
-
-                onClicked: root.copy()
             }
 
             IconButton {

@@ -17,6 +17,8 @@ ListView {
     highlightFollowsCurrentItem: true
     highlightMoveDuration: Theme.slideDuration
     highlightRangeMode: ListView.ApplyRange
+    // A mouse carries entries away, where a finger moves the list.
+    interactive: !mouse.active
     model: entries
     pixelAligned: true
     reuseItems: true
@@ -54,4 +56,10 @@ ListView {
     Component.onCompleted: currentIndex = keyboardMode ? entries.rowOf(selection) : -1
     onMovingChanged: HelpText.dismiss()
     onSelectionChanged: currentIndex = keyboardMode ? entries.rowOf(selection) : -1
+
+    PointHandler {
+        id: mouse
+
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad | PointerDevice.Stylus
+    }
 }

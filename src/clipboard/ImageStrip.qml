@@ -9,11 +9,13 @@ Item {
     id: root
 
     required property ClipboardStore store
-    required property Paster paster
+    required property EntryHandoff handoff
     required property var selection
     required property bool keyboardMode
 
     signal collapseRequested
+    signal previewRequested(id: var)
+    signal previewDone
 
     implicitHeight: Theme.thumbHeight
 
@@ -34,13 +36,15 @@ Item {
         spacing: Theme.thumbGap
 
         delegate: ClipboardThumb {
+            handoff: root.handoff
             keyboardMode: root.keyboardMode
-            paster: root.paster
             selection: root.selection
             store: root.store
             y: 2
 
             onCollapseRequested: root.collapseRequested()
+            onPreviewDone: root.previewDone()
+            onPreviewRequested: root.previewRequested(itemId)
         }
 
         // A wheel that only turns one way moves the strip as well.

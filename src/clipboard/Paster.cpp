@@ -1,18 +1,18 @@
 #include "clipboard/Paster.h"
 
 #include "clipboard/ClipboardMonitor.h"
-#include "clipboard/ClipboardStore.h"
 #include "platform/AccessibilityTrust.h"
 #include "platform/Keystrokes.h"
 #include "preferences/Settings.h"
 
+#include <utility>
+
 namespace nimbarrow {
 
-Paster::Paster(const ClipboardStore& store, ClipboardMonitor& monitor, const Settings& settings,
-    AccessibilityTrust& trust, Keystrokes& keystrokes, QObject* parent)
+Paster::Paster(ClipboardMonitor& monitor, const Settings& settings, AccessibilityTrust& trust,
+    Keystrokes& keystrokes, QObject* parent)
     : QObject(parent)
     , deliverPaste([&keystrokes] { keystrokes.postPaste(); })
-    , m_store(store)
     , m_monitor(monitor)
     , m_settings(settings)
     , m_trust(trust)
@@ -32,12 +32,6 @@ bool Paster::paste(const ClipboardItem& item, bool fromKeyboard)
     if (!std::exchange(m_trustPrompted, true))
         m_trust.prompt();
     return false;
-}
-
-bool Paster::pasteClicked(const QUuid& id)
-{
-    const auto* const item = m_store.find(id);
-    return item && paste(*item, false);
 }
 
 } // namespace nimbarrow

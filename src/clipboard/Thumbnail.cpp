@@ -102,8 +102,11 @@ void Thumbnail::paint(QPainter* painter)
     const auto bounds = boundingRect();
     if (m_image.isNull() || bounds.isEmpty())
         return;
-    auto size = QSizeF(m_image.size())
-                    .scaled(bounds.size(), m_fit ? Qt::KeepAspectRatio : Qt::KeepAspectRatioByExpanding);
+    const QSizeF whole(m_image.size());
+    auto size = whole.scaled(bounds.size(), m_fit ? Qt::KeepAspectRatio : Qt::KeepAspectRatioByExpanding);
+    // A picture below the size asked for is the whole one; larger than that it would only be blurred.
+    if (m_fit && std::max(whole.width(), whole.height()) < m_maxPixel && whole.width() < size.width())
+        size = whole;
     QRectF place({}, size);
     place.moveCenter(bounds.center());
 

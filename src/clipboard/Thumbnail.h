@@ -17,7 +17,7 @@ class Thumbnail : public QQuickPaintedItem {
     Q_PROPERTY(int maxPixel READ maxPixel WRITE setMaxPixel NOTIFY maxPixelChanged FINAL)
     /// Of the corners, in points.
     Q_PROPERTY(qreal radius READ radius WRITE setRadius NOTIFY radiusChanged FINAL)
-    /// Fits the picture inside instead of cropping it.
+    /// Fits the picture inside instead of cropping it, and makes a small one no larger than it is.
     Q_PROPERTY(bool fit READ fit WRITE setFit NOTIFY fitChanged FINAL)
     Q_PROPERTY(bool loaded READ isLoaded NOTIFY loadedChanged FINAL)
 

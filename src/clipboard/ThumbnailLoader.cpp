@@ -63,12 +63,14 @@ void ThumbnailLoader::image(
         [this, load, picture] { finish(load, *picture); });
 }
 
-void ThumbnailLoader::forget(const QUrl& file)
+void ThumbnailLoader::forget(const QList<QUrl>& files)
 {
-    const auto path = file.toLocalFile();
-    m_cache.remove(path);
-    for (const auto& load : std::as_const(m_loads))
-        load->isStale = load->isStale || load->path == path;
+    for (const auto& file : files) {
+        const auto path = file.toLocalFile();
+        m_cache.remove(path);
+        for (const auto& load : std::as_const(m_loads))
+            load->isStale = load->isStale || load->path == path;
+    }
 }
 
 void ThumbnailLoader::finish(const std::shared_ptr<Load>& load, const QImage& image)

@@ -33,8 +33,8 @@ public:
     /// never when `receiver` is gone. Failures are not remembered.
     void image(const QUrl& file, int maxPixel, QObject* receiver, std::function<void(const QImage&)> done);
 
-    /// Forgets every size of a file.
-    void forget(const QUrl& file);
+    /// Forgets every size of these files.
+    void forget(const QList<QUrl>& files);
 
 private:
     struct Waiter {

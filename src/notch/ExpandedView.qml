@@ -16,7 +16,7 @@ Item {
     required property NotchState notch
     required property NotchActions actions
     required property ClipboardStore store
-    required property Paster paster
+    required property EntryHandoff handoff
     required property Settings settings
 
     // What the header may use on either side of the notch.
@@ -30,6 +30,22 @@ Item {
         visible: width > Theme.insetX
         width: root._headerSide
         x: Theme.insetX
+    }
+
+    Row {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.insetX
+        height: root.notchHeight
+        spacing: Theme.gap
+
+        IconButton {
+            active: root.notch.showSettings
+            anchors.verticalCenter: parent.verticalCenter
+            help: L10n.texts[L10n.Settings]
+            symbol: "gearshape"
+
+            onClicked: root.notch.setShowSettings(!root.notch.showSettings)
+        }
     }
 
     Item {
@@ -48,12 +64,14 @@ Item {
 
         ClipboardColumn {
             anchors.fill: parent
+            handoff: root.handoff
             keyboardMode: root.notch.keyboardMode
-            paster: root.paster
             selection: root.notch.selection
             store: root.store
 
             onCollapseRequested: root.actions.collapse()
+            onPreviewDone: root.actions.closePreview()
+            onPreviewRequested: id => root.actions.preview(id)
         }
     }
 

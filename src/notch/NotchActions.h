@@ -26,8 +26,9 @@ public:
     Q_INVOKABLE void hold() const { call(onHold); }
     Q_INVOKABLE void release() const { call(onRelease); }
     Q_INVOKABLE void collapse() const { call(onCollapse); }
-    /// Shows an image entry large; a null identifier closes it.
+    /// Shows an image entry large.
     Q_INVOKABLE void preview(const QUuid& item) const { call(onPreview, item); }
+    Q_INVOKABLE void closePreview() const { call(onPreview, QUuid()); }
 
 private:
     template <typename Action, typename... Arguments>

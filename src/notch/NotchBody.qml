@@ -7,7 +7,8 @@ NotchShape {
 
     required property int mode
     required property size notchSize
-    required property size expandedSize
+    /// Of the grown surface: what the panel shows at its largest now.
+    required property size grownSize
 
     /// How far a notice reaches beside the notch, and how high it is.
     readonly property real peekLeft: 46
@@ -23,12 +24,12 @@ NotchShape {
     readonly property bool _expanded: mode === NotchState.Expanded
     readonly property real _peekFlare: 4
     readonly property real _peekBelow: 6
-    readonly property real _expandedSide: (expandedSize.width - notchSize.width) / 2
+    readonly property real _expandedSide: (grownSize.width - notchSize.width) / 2
 
     // The body beyond the notch springs; the notch itself, when it is another one, is simply there.
     property real _beyondLeft: _expanded ? _expandedSide : _peek ? peekLeft + _peekFlare : 0
     property real _beyondRight: _expanded ? _expandedSide : _peek ? peekRight + _peekFlare : 0
-    property real _beyondBelow: _expanded ? expandedSize.height - notchSize.height : _peek ? _peekBelow : 0
+    property real _beyondBelow: _expanded ? grownSize.height - notchSize.height : _peek ? _peekBelow : 0
 
     bottomRadius: _expanded ? 22 : _peek ? 12 : 8
     height: notchSize.height + _beyondBelow

@@ -9,8 +9,6 @@ namespace {
 // A notice hangs 150 points out on either side of the notch, with room for the flares of its outline.
 constexpr double peekExtraWidth = 300 + 8;
 constexpr double peekHeight = 60;
-constexpr double previewWidth = 760;
-constexpr double previewHeight = 480;
 
 } // namespace
 
@@ -71,7 +69,8 @@ ScreenRect NotchPanel::frameFor(NotchState::Mode mode, const NotchGeometry& geom
 
 ScreenRect NotchPanel::previewFrame(const NotchGeometry& geometry)
 {
-    return geometry.hangingFrame(previewWidth, previewHeight);
+    const auto size = NotchState::previewSize();
+    return geometry.hangingFrame(size.width(), size.height());
 }
 
 } // namespace nimbarrow

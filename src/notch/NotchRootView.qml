@@ -13,7 +13,7 @@ HoverTrackingView {
     required property NotchState notch
     required property NotchActions actions
     required property ClipboardStore store
-    required property Paster paster
+    required property EntryHandoff handoff
     required property Settings settings
 
     /// What is drawn; the window ends there.
@@ -22,7 +22,7 @@ HoverTrackingView {
     NotchBody {
         id: body
 
-        expandedSize: root.notch.expandedSize
+        grownSize: root.notch.hasPreview ? root.notch.previewSize : root.notch.expandedSize
         mode: root.notch.mode
         notchSize: root.notch.notchSize
         x: root.width / 2 - leftReach
@@ -67,14 +67,49 @@ HoverTrackingView {
 
             content: ExpandedView {
                 actions: root.actions
+                handoff: root.handoff
                 height: root.notch.expandedSize.height
                 notch: root.notch
                 notchHeight: root.notch.notchSize.height
                 notchWidth: root.notch.notchSize.width
-                paster: root.paster
                 settings: root.settings
                 store: root.store
                 width: root.notch.expandedSize.width
+                // Still there under the preview: the button that opened it is held down on one of its views.
+                opacity: root.notch.hasPreview ? 0 : 1
+
+                Behavior on opacity {
+                    NumberAnimation {
+                        duration: Theme.fadeDuration
+                    }
+                }
+            }
+        }
+
+        FadingContent {
+            shown: root.notch.hasPreview
+            x: body.leftReach - root.notch.previewSize.width / 2
+
+            content: PreviewOverlay {
+                id: preview
+
+                height: root.notch.previewSize.height - y - Theme.insetY
+                source: ""
+                width: root.notch.previewSize.width - 2 * x
+                x: Theme.insetX
+                y: root.notch.notchSize.height + Theme.gap
+
+                Component.onCompleted: source = root.store.imageUrl(root.notch.preview)
+
+                // One that is already closed is still to be seen while it fades.
+                Connections {
+                    function onPreviewChanged() {
+                        if (root.notch.hasPreview)
+                            preview.source = root.store.imageUrl(root.notch.preview);
+                    }
+
+                    target: root.notch
+                }
             }
         }
     }

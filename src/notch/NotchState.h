@@ -32,6 +32,9 @@ class NotchState : public QObject {
     Q_PROPERTY(bool dropTargeted READ dropTargeted NOTIFY dropTargetedChanged FINAL)
     /// Identifier of the entry in the large preview; null when it is closed.
     Q_PROPERTY(QUuid preview READ preview NOTIFY previewChanged FINAL)
+    Q_PROPERTY(bool hasPreview READ hasPreview NOTIFY previewChanged FINAL)
+    /// Size of the large preview in points.
+    Q_PROPERTY(QSizeF previewSize READ previewSize CONSTANT FINAL)
     Q_PROPERTY(bool keyboardMode READ keyboardMode NOTIFY keyboardModeChanged FINAL)
     /// Identifier of the entry selected from the keyboard; null when there is none.
     Q_PROPERTY(QUuid selection READ selection NOTIFY selectionChanged FINAL)
@@ -54,6 +57,8 @@ public:
     [[nodiscard]] bool showSettings() const { return m_showSettings; }
     [[nodiscard]] bool dropTargeted() const { return m_dropTargeted; }
     [[nodiscard]] QUuid preview() const { return m_preview; }
+    [[nodiscard]] bool hasPreview() const { return !m_preview.isNull(); }
+    [[nodiscard]] static QSizeF previewSize() { return { 760, 480 }; }
     [[nodiscard]] bool keyboardMode() const { return m_keyboardMode; }
     [[nodiscard]] QUuid selection() const { return m_selection; }
 

@@ -70,7 +70,8 @@ public:
     virtual void requestFullAccess(std::function<void(bool granted)> answered) = 0;
 
     /// Every occurrence that overlaps the time from `start` to `end`, over all calendars; none when the store
-    /// does not answer, which is not the same as no events. May take long: call it on any thread but the main.
+    /// does not answer, which is not the same as no events. May take long: call it on any thread but the
+    /// main.
     [[nodiscard]] virtual std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end)
         = 0;

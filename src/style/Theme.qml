@@ -54,6 +54,8 @@ QtObject {
     /// And this long on an entry, where a text that comes at once would be in the way.
     readonly property int entryHelpDelay: 1000
     readonly property int flashDuration: 900
+    /// A press that lasts this long is no click.
+    readonly property int longPress: 400
 
     readonly property SystemPalette desktop: SystemPalette {}
 

@@ -9,6 +9,7 @@
 #include "support/FakeKeystrokes.h"
 #include "support/FakeLocations.h"
 #include "support/FakeLoginItem.h"
+#include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
 #include "support/FakeTrust.h"
 #include "support/FakeUserDefaults.h"
@@ -57,6 +58,7 @@ struct Program {
         give<ManualQueues>(platform.workQueues);
         give<FakeDesktopPreferences>(platform.desktopPreferences);
         give<FakeLoginItem>(platform.loginItem);
+        give<FakeOpener>(platform.opener);
         give<FakePointer>(platform.pointer);
         give<FakeApplications>(platform.applications);
         screens.plugIn({ FakeScreens::notched() });
@@ -150,7 +152,7 @@ private Q_SLOTS:
         program.copy(u"copied"_s);
         program.hotKeys.press(program.hotKeys.lastId);
         program.model->settings().setPasteOnClick(true);
-        QVERIFY(program.model->paster().pasteClicked(program.model->store().items().first().id));
+        QVERIFY(program.model->handoff().paste(program.model->store().items().first().id));
         QCOMPARE(program.keystrokes.pastes, 1);
     }
 };

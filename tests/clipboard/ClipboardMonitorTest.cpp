@@ -34,7 +34,7 @@ struct Fixture : HistoryFixture {
     FakeKeystrokes keystrokes;
     PasteboardCapture capture { *store, queues };
     ClipboardMonitor monitor { capture, pasteboard, applications, time };
-    Paster paster { *store, monitor, settings, trust, keystrokes };
+    Paster paster { monitor, settings, trust, keystrokes };
 
     ClipboardItem captured(const Content& content)
     {
@@ -134,7 +134,7 @@ private Q_SLOTS:
         const auto link = f.captured({ {}, u"https://example.org"_s, {}, {} });
         f.captured({ {}, {}, { file, file, web }, {} });
         const auto before = f.store->items();
-        QVERIFY(!f.paster.pasteClicked(link.id));
+        QVERIFY(!f.paster.paste(link, false));
         QCOMPARE(f.pasteboard.written.size(), 1);
         QCOMPARE(f.pasteboard.written.first().string, u"https://example.org"_s);
         QVERIFY(!f.pasteboard.written.first().url);
@@ -179,18 +179,17 @@ private Q_SLOTS:
         QVERIFY(!f.paster.paste(text, false));
         QVERIFY(f.paster.paste(text, true));
         f.settings.setPasteOnClick(true);
-        QVERIFY(f.paster.pasteClicked(text.id));
+        QVERIFY(f.paster.paste(text, false));
         QCOMPARE(f.keystrokes.pastes, 2);
         f.trust.trusted = false;
         QVERIFY(!f.paster.paste(text, true));
         QVERIFY(!f.paster.paste(text, false));
         QCOMPARE(f.trust.prompts, 1);
         QCOMPARE(f.pasteboard.content.string, u"text"_s);
-        QVERIFY(!f.paster.pasteClicked(QUuid::createUuid()));
         auto delivered = 0;
         f.paster.deliverPaste = [&delivered] { ++delivered; };
         f.trust.trusted = true;
-        QVERIFY(f.paster.pasteClicked(text.id));
+        QVERIFY(f.paster.paste(text, false));
         QCOMPARE(delivered, 1);
         QCOMPARE(f.keystrokes.pastes, 2);
     }

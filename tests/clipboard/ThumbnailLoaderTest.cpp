@@ -127,7 +127,7 @@ private Q_SLOTS:
         put(u"a.png"_s);
         loader.image(file, 120, this, note);
         // Forgotten while it is being read: shown, but not kept.
-        loader.forget(file);
+        loader.forget({ file });
         m_queues.runAll();
         QCOMPARE(sizes.last(), QSize(120, 60));
         QVERIFY(loader.cached(file, 120).isNull());

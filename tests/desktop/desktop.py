@@ -217,6 +217,10 @@ class Desktop:
         self.move(*start)
         time.sleep(0.1)
         self.xdotool("mousedown", 1)
+        self.drag_on(start, end)
+
+    def drag_on(self, start, end):
+        """With the button down already."""
         for step in range(1, 13):
             time.sleep(0.08)
             self.xdotool("mousemove", (start[0] + (end[0] - start[0]) * step // 12) * self.scale,

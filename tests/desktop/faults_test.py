@@ -135,7 +135,7 @@ def play(program, stages, **desktop_options):
     return True
 
 
-def main(program, _drag_source):
+def main(program, _peers):
     everything = play(program, [second_instance, uncovered_corners, body_stays_whole, secret, burst, frozen_owner, huge_text, kill])
     bare = play(program, [second_instance, uncovered_corners, kill], compositor=False, bus=False)
     return 0 if everything and bare else 1

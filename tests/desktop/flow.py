@@ -9,6 +9,7 @@ from desktop import gradient_png, NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_MIDDLE, NOTCH_
 
 # Where things are in the expanded surface, in points of the screen: 460 wide, centred on the notch.
 SURFACE_LEFT = NOTCH_MIDDLE - 230
+CLIPBOARD_LEFT = SURFACE_LEFT + 29
 STRIP_Y = 90
 FIRST_ROW_Y = 118
 ROW_HEIGHT = 30
@@ -113,7 +114,7 @@ class Flow:
         self.show("surface")
 
     def row(self, index):
-        return SURFACE_LEFT + 120, FIRST_ROW_Y + ROW_HEIGHT * index + ROW_HEIGHT // 2
+        return CLIPBOARD_LEFT + 90, FIRST_ROW_Y + ROW_HEIGHT * index + ROW_HEIGHT // 2
 
     def click_pastes(self, editor):
         """The second row, the link, goes into the editor; the surface closes by itself."""
@@ -194,11 +195,11 @@ class Flow:
 class DragSource:
     """A window of another program with a text and a file to drag out."""
 
-    def __init__(self, desktop, program):
+    def __init__(self, desktop, peers):
         self.text = "Dragged from afar"
         self.file = desktop.home / "Agenda.pdf"
         self.file.write_bytes(b"%PDF-1.4\n")
-        self.process = desktop.spawn([os.path.abspath(program), self.text, str(self.file)])
+        self.process = desktop.spawn([os.path.join(peers, "DragSource"), self.text, str(self.file)])
         window = wait_until("the drag source's window", lambda: desktop.xdotool(
             "search", "--sync", "--onlyvisible", "--name", "Drag source").split()[-1].decode(), 20)
         desktop.xdotool("windowmove", window, 100 * desktop.scale, 600 * desktop.scale)

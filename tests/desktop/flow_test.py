@@ -1,4 +1,4 @@
-"""flow_test.py PROGRAM DRAG_SOURCE: the main flow, end to end, on a private desktop."""
+"""flow_test.py PROGRAM PEERS: the main flow, end to end, on a private desktop."""
 
 import sys
 
@@ -6,7 +6,7 @@ from desktop import Desktop, StageMissed
 from flow import DragSource, Editor, Flow
 
 
-def main(program, drag_source):
+def main(program, peers):
     with Desktop(program, settings={"pasteOnClick": True, "language": "en"}) as desktop:
         try:
             flow = Flow(desktop, lambda stage: print("reached:", stage, flush=True))
@@ -17,7 +17,7 @@ def main(program, drag_source):
             flow.click_pastes(editor)
             flow.leaves()
             flow.keyboard(editor)
-            source = DragSource(desktop, drag_source)
+            source = DragSource(desktop, peers)
             flow.drops(source)
             source.close()
             flow.restarts()

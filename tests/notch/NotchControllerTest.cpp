@@ -34,7 +34,7 @@ struct Surface : HistoryFixture {
     FakePasteboard pasteboard;
     PasteboardCapture capture { *store, queues };
     ClipboardMonitor monitor { capture, pasteboard, applications, time };
-    Paster paster { *store, monitor, settings, trust, keystrokes };
+    Paster paster { monitor, settings, trust, keystrokes };
     NotchController controller { NotchServices { screens, pointer, window, applications, keystrokes, time,
         settings, *store, monitor, capture, paster } };
 

@@ -33,6 +33,7 @@ SurfaceFixture::SurfaceFixture(QSizeF notch)
 {
     Thumbnail::setLoader(&thumbnails);
     actions.onCollapse = [this] { ++collapses; };
+    actions.onPreview = [this](const QUuid& item) { state.setPreview(item); };
     state.setGeometry(NotchGeometry { .screenFrame = { 0, 0, 1512, 982 },
         .notchRect = { (1512 - notch.width()) / 2, 982 - notch.height(), notch.width(), notch.height() } });
     view.setColor(Qt::transparent);
@@ -43,7 +44,7 @@ SurfaceFixture::SurfaceFixture(QSizeF notch)
         { u"notch"_s, QVariant::fromValue(&state) },
         { u"actions"_s, QVariant::fromValue(&actions) },
         { u"store"_s, QVariant::fromValue(history.store.get()) },
-        { u"paster"_s, QVariant::fromValue(&paster) },
+        { u"handoff"_s, QVariant::fromValue(&handoff) },
         { u"settings"_s, QVariant::fromValue(&history.settings) },
     });
     view.resize(notch.toSize());
@@ -135,6 +136,28 @@ void SurfaceFixture::click(const QPoint& place)
 {
     QTest::mouseClick(&view, Qt::LeftButton, {}, place);
     QTest::qWait(20);
+}
+
+void SurfaceFixture::drag(const QPoint& from, const QPoint& to)
+{
+    constexpr auto steps = 15;
+    QTest::mousePress(&view, Qt::LeftButton, {}, from);
+    for (auto step = 1; step <= steps; ++step) {
+        QTest::mouseMove(&view, from + (to - from) * step / steps);
+        QTest::qWait(5);
+    }
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, to);
+}
+
+void SurfaceFixture::wheel(const QPoint& place, int angle)
+{
+    // How far a list goes depends on the time between two steps of the wheel.
+    for (const auto time : { 100, 200 }) {
+        QWheelEvent event(
+            place, view.mapToGlobal(place), {}, { 0, angle }, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+        event.setTimestamp(static_cast<quint64>(time));
+        QCoreApplication::sendEvent(&view, &event);
+    }
 }
 
 } // namespace nimbarrow

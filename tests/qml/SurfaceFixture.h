@@ -1,6 +1,7 @@
 #pragma once
 
 #include "clipboard/ClipboardMonitor.h"
+#include "clipboard/EntryHandoff.h"
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/Paster.h"
 #include "clipboard/ThumbnailLoader.h"
@@ -10,6 +11,7 @@
 #include "notch/NotchState.h"
 #include "support/FakeApplications.h"
 #include "support/FakeKeystrokes.h"
+#include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
 #include "support/HistoryFixture.h"
 
@@ -32,7 +34,9 @@ public:
     FakeKeystrokes keystrokes;
     PasteboardCapture capture { *history.store, history.queues };
     ClipboardMonitor monitor { capture, pasteboard, applications, history.time };
-    Paster paster { *history.store, monitor, history.settings, history.trust, keystrokes };
+    Paster paster { monitor, history.settings, history.trust, keystrokes };
+    FakeOpener opener;
+    EntryHandoff handoff { *history.store, paster, opener };
     ThumbnailLoader thumbnails { history.queues };
     NotchState state;
     NotchActions actions;
@@ -58,6 +62,10 @@ public:
 
     void moveTo(const QPoint& place);
     void click(const QPoint& place);
+    /// With the button down, in small steps.
+    void drag(const QPoint& from, const QPoint& to);
+    /// In eighths of a degree.
+    void wheel(const QPoint& place, int angle);
 };
 
 } // namespace nimbarrow

@@ -155,19 +155,79 @@ private Q_SLOTS:
         QTRY_VERIFY(m_surface->find("EmptyHistory"));
     }
 
-    void scrollsWithoutCopying()
+    void scrollsByTheWheelAlone()
     {
         showTexts(numbered(12));
         m_surface->pasteboard.content.string = u"untouched"_s;
         auto* const list = m_surface->find("EntryList");
-        QTest::mousePress(&m_surface->view, Qt::LeftButton, {}, { 200, 200 });
-        for (auto y = 195; y >= 120; y -= 5) {
-            QTest::mouseMove(&m_surface->view, { 200, y });
-            QTest::qWait(5);
-        }
-        QTest::mouseRelease(&m_surface->view, Qt::LeftButton, {}, { 200, 120 });
-        QTRY_VERIFY(list->property("contentY").toReal() > 40);
+        m_surface->drag({ 200, 200 }, { 200, 120 });
+        QCOMPARE(list->property("contentY").toReal(), 0.0);
         QCOMPARE(m_surface->pasteboard.content.string, u"untouched"_s);
+        m_surface->wheel({ 200, 150 }, -240);
+        QTRY_VERIFY(list->property("contentY").toReal() > 40);
+    }
+
+    void opensWhatADoubleClickIsOn_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QList<QUrl>>("opened");
+        QTest::newRow("a link") << u"https://example.org/a?b"_s
+                                << QList { QUrl(u"https://example.org/a?b"_s) };
+        QTest::newRow("a text") << u"words"_s << QList<QUrl>();
+    }
+
+    void opensWhatADoubleClickIsOn()
+    {
+        QFETCH(QString, text);
+        QFETCH(QList<QUrl>, opened);
+        showTexts({ text });
+        const auto copies = m_surface->pasteboard.changeCount();
+        QTest::mouseDClick(
+            &m_surface->view, Qt::LeftButton, {}, m_surface->middle(m_surface->find("ClipboardRow")));
+        QCOMPARE(m_surface->opener.opened, opened);
+        // The first click has copied, and the second has not done it again.
+        QCOMPARE(m_surface->pasteboard.changeCount(), copies + 1);
+        QCOMPARE(m_surface->pasteboard.content.string, text);
+    }
+
+    void showsAnImageLargeWhileItIsHeldDown()
+    {
+        QImage image(80, 60, QImage::Format_RGB32);
+        image.fill(Qt::darkCyan);
+        m_surface->addImage(image);
+        m_surface->show(NotchState::Expanded);
+        const auto place = m_surface->middle(m_surface->find("ClipboardThumb"));
+        QTest::mousePress(&m_surface->view, Qt::LeftButton, {}, place);
+        QTRY_VERIFY(m_surface->state.hasPreview());
+        m_surface->view.resize(m_surface->state.previewSize().toSize());
+        m_surface->settle();
+        auto* const preview = m_surface->find("PreviewOverlay");
+        QVERIFY(preview);
+        QCOMPARE(m_surface->shape()->outline().boundingRect().size(), QSizeF(760, 480));
+        // As large as it is, in the middle.
+        const auto middle = m_surface->middle(preview);
+        const auto picture = m_surface->view.grabWindow();
+        QCOMPARE(picture.pixelColor(middle + QPoint(38, 0)), QColor(Qt::darkCyan));
+        QCOMPARE(picture.pixelColor(middle + QPoint(42, 0)), QColor(Qt::black));
+
+        QTest::mouseRelease(&m_surface->view, Qt::LeftButton, {}, place);
+        QVERIFY(!m_surface->state.hasPreview());
+        QTRY_VERIFY(!m_surface->find("PreviewOverlay"));
+        QVERIFY(m_surface->pasteboard.written.isEmpty());
+    }
+
+    void closesThePreviewOfAnEntryThatGoes()
+    {
+        m_surface->addImage(QImage(80, 60, QImage::Format_RGB32));
+        m_surface->show(NotchState::Expanded);
+        const auto place = m_surface->middle(m_surface->find("ClipboardThumb"));
+        QTest::mousePress(&m_surface->view, Qt::LeftButton, {}, place);
+        QTRY_VERIFY(m_surface->state.hasPreview());
+        m_surface->store().clear();
+        QTRY_VERIFY(!m_surface->state.hasPreview());
+        QWindow elsewhere;
+        elsewhere.resize(9, 9);
+        QTest::mouseRelease(&elsewhere, Qt::LeftButton, {}, { 1, 1 });
     }
 
     void keepsTheSelectedEntryInSight()

@@ -17,7 +17,7 @@ using namespace nimbarrow;
 
 namespace {
 
-constexpr QSize desktopSize { 620, 330 };
+constexpr QSize desktopSize { 800, 500 };
 
 QImage madeUpPicture(QColor top, QColor bottom)
 {
@@ -105,6 +105,7 @@ public:
         thumbs();
         select();
         scrolled();
+        preview();
 
         m_surface.show(NotchState::Collapsed);
         m_surface.state.setPeek(PeekContent::forItem(m_surface.store().imageItems().first()));
@@ -198,6 +199,16 @@ private:
         shot(u"scrolled"_s);
         m_surface.state.setKeyboardMode(false);
         m_surface.state.setSelection({});
+    }
+
+    void preview()
+    {
+        m_surface.view.resize(m_surface.state.previewSize().toSize());
+        m_surface.state.setPreview(m_surface.store().imageItems().first().id);
+        shot(u"preview"_s);
+        m_surface.state.setPreview({});
+        m_surface.settle();
+        m_surface.view.resize(m_surface.state.expandedSize().toSize());
     }
 
     void shot(const QString& name, bool settles = true)
