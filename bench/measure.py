@@ -1,5 +1,6 @@
 """measure.py BUILD RESULTS: how soon a copied text is in the history, how many of a burst get there, and how much
-memory it takes, for Nimbarrow and for a clipboard manager of Debian's, on the same private desktop.
+memory it takes, for Nimbarrow and for a clipboard manager of Debian's, on the same private desktop; then how the
+surface moves.
 
 Each has the desktop to itself while it is measured, because either would take time from the other. Both report an
 entry as a line of text, and the same clock stamps the lines on arrival."""
@@ -16,6 +17,7 @@ import time
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests" / "desktop"))
 from desktop import Desktop, wait_until
+import frames
 
 COPIES = 50
 BURST = 40
@@ -141,7 +143,11 @@ def main(build, results_file):
     print(f"{'what':<22}{'nimbarrow':>12}{'copyq':>12}{'ratio':>10}")
     for what, row in table.items():
         print(f"{what:<22}{row['nimbarrow']:>12.1f}{row['peer']:>12.1f}{row['ratio']:>10.2f}")
-    pathlib.Path(results_file).write_text(json.dumps(table, indent=2) + "\n")
+    with Desktop(build / "nimbarrow") as desktop:
+        surface = frames.measure(desktop, build)
+    for what, figures in surface.items():
+        print(f"{what:<36}" + ", ".join(f"{name} {figure:.1f}" for name, figure in figures.items()))
+    pathlib.Path(results_file).write_text(json.dumps({"copies": table, "surface": surface}, indent=2) + "\n")
 
 
 if __name__ == "__main__":

@@ -25,8 +25,9 @@ private Q_SLOTS:
         QTest::newRow("a link, also as text")
             << Kind::Link << QStringList { u"https://example.org/%20"_s }
             << QStringList { u"https://example.org/%20"_s } << u"https://example.org/%20"_s;
-        QTest::newRow("an image as its file") << Kind::Image << QStringList { u"/images/a b#.png"_s }
-                                              << QStringList { u"file:///images/a%20b%23.png"_s } << QString();
+        QTest::newRow("an image as its file")
+            << Kind::Image << QStringList { u"/images/a b#.png"_s }
+            << QStringList { u"file:///images/a%20b%23.png"_s } << QString();
         QTest::newRow("every file") << Kind::Files << QStringList { u"/one"_s, u"/two"_s }
                                     << QStringList { u"file:///one"_s, u"file:///two"_s } << QString();
     }

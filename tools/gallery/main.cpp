@@ -1,7 +1,4 @@
-// Draws every state of the surface, with made-up contents, into pictures for people to look at:
-//
-//     QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software QT_SCALE_FACTOR=2 gallery <folder>
-
+// gallery FOLDER: draws every state of the surface, with made-up contents, into pictures for people to look at.
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
 
