@@ -1,6 +1,7 @@
 #include "app/NotchSurface.h"
 
 #include "app/AppModel.h"
+#include "app/RestingMemory.h"
 #include "notch/HoverTrackingView.h"
 #include "notch/NotchController.h"
 #include "notch/NotchShape.h"
@@ -13,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace nimbarrow {
 
 NotchSurface::NotchSurface(const Platform& platform)
+    : m_platform(platform)
 {
     m_view.setColor(Qt::transparent);
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
@@ -48,10 +50,13 @@ void NotchSurface::load(NotchController& controller, AppModel& model)
             shape->update();
     });
     controller.attach(*root);
+    m_restingMemory = std::make_unique<RestingMemory>(
+        controller.state(), m_view, model.thumbnails(), *m_platform.scheduler, m_platform.returnFreeMemory);
 }
 
 void NotchSurface::unload()
 {
+    m_restingMemory.reset();
     m_view.setSource({});
 }
 

@@ -35,6 +35,8 @@ public:
 
     /// Forgets every size of these files.
     void forget(const QList<QUrl>& files);
+    /// Forgets every picture; views keep those that they show.
+    void clear() { m_cache = {}; }
 
 private:
     struct Waiter {

@@ -46,6 +46,9 @@ struct Platform {
     std::unique_ptr<Opener> opener;
     std::unique_ptr<Scripting> scripting;
 
+    /// Hands the pages that the heap no longer uses back to the system.
+    std::function<void()> returnFreeMemory;
+
     /// Turns a window that was never shown into the panel. The window must outlive the port.
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;
 };

@@ -23,6 +23,7 @@
 
 #include <QCoreApplication>
 
+#include <malloc.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -80,6 +81,7 @@ Platform makePlatform()
     platform.accessibilityTrust = std::make_unique<X11Trust>();
     platform.opener = std::make_unique<DesktopOpener>(inheritedState(), liveSessionBus());
     platform.scripting = std::make_unique<NoScripting>();
+    platform.returnFreeMemory = [] { ::malloc_trim(0); };
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }
