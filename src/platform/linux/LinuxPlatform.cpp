@@ -1,7 +1,9 @@
 #include "platform/Platform.h"
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/BusInstance.h"
+#include "platform/linux/DesktopScreenshotFolder.h"
 #include "platform/linux/DisplayPanels.h"
+#include "platform/linux/InotifyFolderEvents.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/XdgLocations.h"
@@ -67,6 +69,8 @@ Platform makePlatform()
     platform.applications = std::move(applications);
     platform.hotKeys = std::make_unique<X11HotKeys>();
     platform.accessibilityTrust = std::make_unique<X11Trust>();
+    platform.folderEvents = std::make_unique<InotifyFolderEvents>();
+    platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }
