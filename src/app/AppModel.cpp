@@ -18,6 +18,8 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
     , m_clipboard(m_capture, *platform.pasteboard, *platform.applications, *platform.scheduler)
     , m_paster(m_clipboard, m_settings, *platform.accessibilityTrust, *platform.keystrokes)
     , m_handoff(m_store, m_paster, *platform.opener)
+    , m_screenshots(m_store, *platform.folderEvents, *platform.screenshotFolder, *platform.scheduler,
+          *platform.workQueues)
 {
 }
 
@@ -30,6 +32,7 @@ void AppModel::start(NotchController& notch)
             controller->peek(PeekContent::forItem(item));
     };
     connect(&m_store, &ClipboardStore::imagesDropped, &m_thumbnails, &ThumbnailLoader::forget);
+    connect(&m_settings, &Settings::watchScreenshotsChanged, this, &AppModel::applyWatchScreenshots);
     connect(&m_settings, &Settings::historyLimitChanged, &m_store, &ClipboardStore::enforceLimit);
     m_hotKey.onPressed = [controller] {
         if (controller)
@@ -44,6 +47,15 @@ void AppModel::start(NotchController& notch)
     connect(&m_settings, &Settings::hotKeyEnabledChanged, this, &AppModel::applyHotKeyEnabled);
     applyHotKeyEnabled();
     m_clipboard.start();
+    applyWatchScreenshots();
+}
+
+void AppModel::applyWatchScreenshots()
+{
+    if (m_settings.watchScreenshots())
+        m_screenshots.start();
+    else
+        m_screenshots.stop();
 }
 
 void AppModel::applyHotKeyEnabled()

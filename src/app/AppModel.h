@@ -6,6 +6,7 @@
 #include "clipboard/EntryHandoff.h"
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/Paster.h"
+#include "clipboard/ScreenshotWatcher.h"
 #include "clipboard/ThumbnailLoader.h"
 #include "preferences/Settings.h"
 
@@ -37,10 +38,10 @@ public:
 
 private:
     void applyHotKeyEnabled();
+    void applyWatchScreenshots();
 
-    // The members stand in the order they are built. What is playing, keeping awake, the calendar and the
-    // screenshots join it: the first two after the settings, the calendar after the hot key, the last at the
-    // end.
+    // The members stand in the order they are built. What is playing, keeping awake and the calendar join it:
+    // the first two after the settings, the last after the hot key.
     Settings m_settings;
     HotKey m_hotKey;
     ThumbnailLoader m_thumbnails;
@@ -49,6 +50,7 @@ private:
     ClipboardMonitor m_clipboard;
     Paster m_paster;
     EntryHandoff m_handoff;
+    ScreenshotWatcher m_screenshots;
 };
 
 } // namespace nimbarrow

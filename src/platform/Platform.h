@@ -4,6 +4,7 @@
 #include "platform/Applications.h"
 #include "platform/Clock.h"
 #include "platform/DesktopPreferences.h"
+#include "platform/FolderEvents.h"
 #include "platform/HotKeys.h"
 #include "platform/Instance.h"
 #include "platform/Keystrokes.h"
@@ -15,6 +16,7 @@
 #include "platform/Pointer.h"
 #include "platform/Scheduler.h"
 #include "platform/Screens.h"
+#include "platform/ScreenshotFolder.h"
 #include "platform/Scripting.h"
 #include "platform/UserDefaults.h"
 #include "platform/WorkQueue.h"
@@ -48,6 +50,8 @@ struct Platform {
 
     /// Hands the pages that the heap no longer uses back to the system.
     std::function<void()> returnFreeMemory;
+    std::unique_ptr<FolderEvents> folderEvents;
+    std::unique_ptr<ScreenshotFolder> screenshotFolder;
 
     /// Turns a window that was never shown into the panel. The window must outlive the port.
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;

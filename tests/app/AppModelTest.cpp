@@ -11,6 +11,7 @@
 #include "support/FakeLoginItem.h"
 #include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
+#include "support/FakeScreenshots.h"
 #include "support/FakeTrust.h"
 #include "support/FakeUserDefaults.h"
 #include "support/ManualQueues.h"
@@ -59,6 +60,8 @@ struct Program {
         give<FakeDesktopPreferences>(platform.desktopPreferences);
         give<FakeLoginItem>(platform.loginItem);
         give<FakeOpener>(platform.opener);
+        give<FakeFolderEvents>(platform.folderEvents);
+        give<FakeScreenshotFolder>(platform.screenshotFolder);
         give<FakePointer>(platform.pointer);
         give<FakeApplications>(platform.applications);
         screens.plugIn({ FakeScreens::notched() });

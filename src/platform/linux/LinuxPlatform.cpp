@@ -2,8 +2,10 @@
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/BusInstance.h"
 #include "platform/linux/DesktopOpener.h"
+#include "platform/linux/DesktopScreenshotFolder.h"
 #include "platform/linux/DisplayPanels.h"
 #include "platform/linux/InheritedState.h"
+#include "platform/linux/InotifyFolderEvents.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/NoScripting.h"
 #include "platform/linux/SessionBus.h"
@@ -82,6 +84,8 @@ Platform makePlatform()
     platform.opener = std::make_unique<DesktopOpener>(inheritedState(), liveSessionBus());
     platform.scripting = std::make_unique<NoScripting>();
     platform.returnFreeMemory = [] { ::malloc_trim(0); };
+    platform.folderEvents = std::make_unique<InotifyFolderEvents>();
+    platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }

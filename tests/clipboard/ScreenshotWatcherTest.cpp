@@ -1,0 +1,233 @@
+#include "clipboard/ScreenshotWatcher.h"
+
+#include "support/FakeScreenshots.h"
+#include "support/HistoryFixture.h"
+
+#include <QDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using namespace nimbarrow;
+
+namespace {
+
+struct Fixture : HistoryFixture {
+    QTemporaryDir pictures;
+    FakeFolderEvents events;
+    FakeScreenshotFolder folder;
+    std::unique_ptr<ScreenshotWatcher> watcher;
+
+    Fixture()
+    {
+        folder.folder = pictures.path();
+        watcher = std::make_unique<ScreenshotWatcher>(*store, events, folder, time, queues);
+    }
+
+    void save(const QString& name) const
+    {
+        QFile file(pictures.filePath(name));
+        if (!file.open(QFile::WriteOnly))
+            qFatal("The disk is full.");
+    }
+
+    void start()
+    {
+        watcher->start();
+        queues.runAll();
+    }
+
+    /// The folder tells of a change, and the scan that follows it has ended.
+    void settle()
+    {
+        events.changed();
+        time.advance(800ms);
+        queues.runAll();
+    }
+
+    [[nodiscard]] QStringList names() const
+    {
+        QStringList names;
+        for (const auto& item : store->items())
+            names.prepend(item.summary().value_or(QString()));
+        return names;
+    }
+};
+
+} // namespace
+
+class ScreenshotWatcherTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void takesWhatIsAScreenshot_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("marked");
+        QTest::addColumn<bool>("taken");
+        const auto row = [](const QString& name, bool marked, bool taken) {
+            QTest::addRow("%ls%s", qUtf16Printable(name), marked ? ", marked" : "")
+                << name << marked << taken;
+        };
+        row(u"Screenshot 2026-03-01 at 09.41.07.png"_s, false, true);
+        row(u"Screen Shot 1.JPG"_s, false, true);
+        row(u"Знімок екрана з 2026-03-01.png"_s, false, true);
+        row(u"Снимок экрана от 2026-03-01.png"_s, false, true);
+        row(u"Bildschirmfoto vom 2026-03-01.png"_s, false, true);
+        row(u"Capture d’écran du 2026-03-01.png"_s, false, true);
+        row(u"Captura de pantalla de 2026-03-01.png"_s, false, true);
+        row(u"Zrzut ekranu z 2026-03-01.png"_s, false, true);
+        row(u"Captura desde 2026-03-01.png"_s, true, true);
+        row(u"Captura desde 2026-03-01.png"_s, false, false);
+        row(u"screenshot.png"_s, false, false);
+        row(u"my Screenshot.png"_s, false, false);
+        row(u"notes.txt"_s, true, false);
+        row(u"Screenshot.mov"_s, false, false);
+        row(u".Screenshot.png"_s, true, false);
+    }
+
+    void takesWhatIsAScreenshot()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, marked);
+        Fixture f;
+        f.start();
+        if (marked)
+            f.folder.marked << f.pictures.filePath(name);
+        f.save(name);
+        f.settle();
+        QTEST(f.store->items().size() == 1, "taken");
+        for (const auto& item : f.store->items()) {
+            QVERIFY(item.isScreenshot);
+            QCOMPARE(item.imagePath, f.pictures.filePath(name));
+        }
+        // Whatever it was, it is not looked at again.
+        f.folder.marked << f.pictures.filePath(name);
+        f.store->clear();
+        f.settle();
+        QVERIFY(f.store->isEmpty());
+    }
+
+    void scansOnceAfterTheLastChange()
+    {
+        Fixture f;
+        f.start();
+        f.save(u"Screenshot 1.png"_s);
+        for (auto number = 0; number < 3; ++number) {
+            f.events.changed();
+            f.time.advance(799ms);
+            QCOMPARE(f.queues.waiting(), 0);
+        }
+        f.time.advance(1ms);
+        QCOMPARE(f.queues.waiting(), 1);
+        QVERIFY(f.store->isEmpty());
+        f.queues.runAll();
+        QCOMPARE(f.names(), QStringList { u"Screenshot 1.png"_s });
+        QVERIFY(f.queues.labels().contains(u"ua.tessak.Nimbarrow.screenshots"_s));
+    }
+
+    void leavesWhatWasThereBefore()
+    {
+        Fixture f;
+        f.save(u"Screenshot 1.png"_s);
+        f.start();
+        f.save(u"Screenshot 3.png"_s);
+        f.save(u"Screenshot 2.png"_s);
+        QVERIFY(QDir(f.pictures.path()).mkdir(u"Screenshot 4.png"_s));
+        f.settle();
+        QCOMPARE(f.names(), (QStringList { u"Screenshot 2.png"_s, u"Screenshot 3.png"_s }));
+    }
+
+    void takesAFileThatComesBackAgain()
+    {
+        Fixture f;
+        f.start();
+        f.save(u"Screenshot 1.png"_s);
+        f.settle();
+        f.save(u"Screenshot 2.png"_s);
+        f.settle();
+        const auto before = f.store->items();
+        QVERIFY(QFile::remove(f.pictures.filePath(u"Screenshot 1.png"_s)));
+        f.settle();
+        f.save(u"Screenshot 1.png"_s);
+        f.settle();
+        QCOMPARE(f.names(), (QStringList { u"Screenshot 2.png"_s, u"Screenshot 1.png"_s }));
+        QCOMPARE(f.store->items().first().id, before.last().id);
+    }
+
+    void stopsAndBeginsAfresh()
+    {
+        Fixture f;
+        f.start();
+        f.save(u"Screenshot 1.png"_s);
+        f.events.changed();
+        f.watcher->stop();
+        QVERIFY(f.events.watched.isEmpty());
+        // What was on its way arrives.
+        f.time.advance(800ms);
+        f.queues.runAll();
+        QCOMPARE(f.names(), QStringList { u"Screenshot 1.png"_s });
+
+        f.save(u"Screenshot 2.png"_s);
+        const QTemporaryDir other;
+        f.folder.set = QStringList { other.path() };
+        f.start();
+        QCOMPARE(f.events.watched, other.path());
+        f.folder.set.clear();
+        f.start();
+        QCOMPARE(f.events.watched, other.path());
+        f.settle();
+        QCOMPARE(f.names(), QStringList { u"Screenshot 1.png"_s });
+    }
+
+    void triesAgainAFolderThatCouldNotBeWatched()
+    {
+        Fixture f;
+        f.events.canWatch = false;
+        f.start();
+        f.events.canWatch = true;
+        f.start();
+        QCOMPARE(f.events.watched, f.pictures.path());
+    }
+
+    void outlivesItsFolderAndItsScan()
+    {
+        Fixture f;
+        f.start();
+        QVERIFY(QDir(f.pictures.path()).removeRecursively());
+        f.settle();
+        QVERIFY(f.store->isEmpty());
+        QVERIFY(QDir().mkdir(f.pictures.path()));
+        f.save(u"Screenshot 1.png"_s);
+        f.events.changed();
+        f.time.advance(800ms);
+        f.watcher.reset();
+        QCOMPARE(f.queues.waiting(), 0);
+        QVERIFY(f.store->isEmpty());
+    }
+
+    void findsTheFolder_data()
+    {
+        QTest::addColumn<QStringList>("settings");
+        QTest::addColumn<QString>("found");
+        QTest::newRow("nothing set") << QStringList {} << u"/default"_s;
+        QTest::newRow("home") << QStringList { u"~"_s } << QDir::homePath();
+        QTest::newRow("in home") << QStringList { u"~/."_s } << QDir::homePath();
+        QTest::newRow("not there") << QStringList { u"~/no such folder"_s } << u"/default"_s;
+        QTest::newRow("the first there") << QStringList { u"/no such"_s, u"/usr/"_s, u"/etc"_s } << u"/usr"_s;
+        QTest::newRow("a file") << QStringList { u"/etc/passwd"_s } << u"/default"_s;
+        QTest::newRow("from nowhere") << QStringList { u"."_s } << u"/default"_s;
+    }
+
+    void findsTheFolder()
+    {
+        Fixture f;
+        f.folder.folder = u"/default"_s;
+        QFETCH(QStringList, settings);
+        f.folder.set = settings;
+        QTEST(f.watcher->screenshotDirectory(), "found");
+    }
+};
+
+QTEST_GUILESS_MAIN(ScreenshotWatcherTest)
+#include "ScreenshotWatcherTest.moc"
