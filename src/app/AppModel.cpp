@@ -9,6 +9,7 @@ namespace nimbarrow {
 
 AppModel::AppModel(const Platform& platform, QObject* parent)
     : QObject(parent)
+    , m_about(*platform.opener)
     , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
           *platform.desktopPreferences, *platform.scheduler)
     , m_hotKey(*platform.hotKeys)

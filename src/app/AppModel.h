@@ -9,6 +9,7 @@
 #include "clipboard/ScreenshotWatcher.h"
 #include "clipboard/ThumbnailLoader.h"
 #include "preferences/Settings.h"
+#include "settings/About.h"
 
 #include <QObject>
 
@@ -28,6 +29,7 @@ public:
     /// Links the services to the controller and starts them. The controller may die first.
     void start(NotchController& notch);
 
+    [[nodiscard]] About& about() { return m_about; }
     [[nodiscard]] Settings& settings() { return m_settings; }
     [[nodiscard]] ClipboardStore& store() { return m_store; }
     [[nodiscard]] ClipboardMonitor& clipboard() { return m_clipboard; }
@@ -42,6 +44,7 @@ private:
 
     // The members stand in the order they are built. What is playing, keeping awake and the calendar join it:
     // the first two after the settings, the last after the hot key.
+    About m_about;
     Settings m_settings;
     HotKey m_hotKey;
     ThumbnailLoader m_thumbnails;

@@ -32,6 +32,7 @@ void NotchSurface::load(NotchController& controller, AppModel& model)
         { u"store"_s, QVariant::fromValue(&model.store()) },
         { u"handoff"_s, QVariant::fromValue(&model.handoff()) },
         { u"settings"_s, QVariant::fromValue(&model.settings()) },
+        { u"about"_s, QVariant::fromValue(&model.about()) },
     });
     m_view.setSource(QUrl(u"qrc:/qt/qml/Nimbarrow/Notch/NotchRootView.qml"_s));
     auto* root = qobject_cast<HoverTrackingView*>(m_view.rootObject());

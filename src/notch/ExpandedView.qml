@@ -4,6 +4,7 @@ import QtQuick
 import Nimbarrow.Clipboard
 import Nimbarrow.Notch
 import Nimbarrow.Preferences
+import Nimbarrow.Settings
 import Nimbarrow.Style
 
 /// The grown surface: a header beside the notch, the content below, and a hint over all while something is
@@ -18,6 +19,7 @@ Item {
     required property ClipboardStore store
     required property EntryHandoff handoff
     required property Settings settings
+    required property About about
 
     // What the header may use on either side of the notch.
     readonly property real _headerSide: Math.max(0, (width - notchWidth) / 2 - Theme.insetX - Theme.gap)
@@ -62,16 +64,37 @@ Item {
         // What shines through the hint must not be taken for a part of it.
         opacity: 1 - 0.9 * dropHint.opacity
 
-        ClipboardColumn {
+        FadingContent {
             anchors.fill: parent
-            handoff: root.handoff
-            keyboardMode: root.notch.keyboardMode
-            selection: root.notch.selection
-            store: root.store
+            fadeDuration: Theme.hintDuration
+            fadeEasing: Easing.InOutQuad
+            shown: !root.notch.showSettings
 
-            onCollapseRequested: root.actions.collapse()
-            onPreviewDone: root.actions.closePreview()
-            onPreviewRequested: id => root.actions.preview(id)
+            content: ClipboardColumn {
+                anchors.fill: parent
+                handoff: root.handoff
+                keyboardMode: root.notch.keyboardMode
+                selection: root.notch.selection
+                store: root.store
+
+                onCollapseRequested: root.actions.collapse()
+                onPreviewDone: root.actions.closePreview()
+                onPreviewRequested: id => root.actions.preview(id)
+            }
+        }
+
+        FadingContent {
+            anchors.fill: parent
+            fadeDuration: Theme.hintDuration
+            fadeEasing: Easing.InOutQuad
+            shown: root.notch.showSettings
+
+            content: SettingsColumn {
+                about: root.about
+                anchors.fill: parent
+                settings: root.settings
+                store: root.store
+            }
         }
     }
 

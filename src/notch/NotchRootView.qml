@@ -4,6 +4,7 @@ import QtQuick
 import Nimbarrow.Clipboard
 import Nimbarrow.Notch
 import Nimbarrow.Preferences
+import Nimbarrow.Settings
 import Nimbarrow.Style
 
 /// The whole panel: the black body that hangs over the notch, and in it what the mode shows.
@@ -15,6 +16,7 @@ HoverTrackingView {
     required property ClipboardStore store
     required property EntryHandoff handoff
     required property Settings settings
+    required property About about
 
     /// What is drawn; the window ends there.
     readonly property NotchShape shape: body
@@ -66,6 +68,7 @@ HoverTrackingView {
             x: body.leftReach - root.notch.expandedSize.width / 2
 
             content: ExpandedView {
+                about: root.about
                 actions: root.actions
                 handoff: root.handoff
                 height: root.notch.expandedSize.height

@@ -1,17 +1,28 @@
 import QtQuick
 
 /// A quiet button that is one word.
-Line {
+Item {
     id: root
+
+    required property string text
 
     signal clicked
 
     Accessible.name: text
     Accessible.role: Accessible.Button
-    color: hover.hovered ? Theme.title : Theme.hint
-    font.pixelSize: Theme.metaText
+    implicitHeight: line.implicitHeight
+    implicitWidth: line.implicitWidth
 
     Accessible.onPressAction: clicked()
+
+    Line {
+        id: line
+
+        anchors.fill: parent
+        color: hover.hovered ? Theme.title : Theme.secondary
+        font.pixelSize: Theme.metaText
+        text: root.text
+    }
 
     HoverHandler {
         id: hover

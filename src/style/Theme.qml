@@ -20,6 +20,7 @@ QtObject {
     /// What the keyboard has selected: the desktop's own colour for that.
     readonly property color accent: desktop.highlight
     readonly property color accentText: accent.hslLightness > 0.65 ? surface : title
+    readonly property color knob: "white"
     /// Keeps symbols readable on a picture.
     readonly property color scrim: Qt.rgba(0, 0, 0, 0.65)
     readonly property color dropField: Qt.rgba(0, 0, 0, 0.85)
@@ -41,6 +42,7 @@ QtObject {
     readonly property int insetX: 29
     readonly property int insetY: 15
 
+    readonly property int pickerText: 9
     readonly property int metaText: 10
     readonly property int smallText: 11
     readonly property int rowText: 12

@@ -46,6 +46,7 @@ SurfaceFixture::SurfaceFixture(QSizeF notch)
         { u"store"_s, QVariant::fromValue(history.store.get()) },
         { u"handoff"_s, QVariant::fromValue(&handoff) },
         { u"settings"_s, QVariant::fromValue(&history.settings) },
+        { u"about"_s, QVariant::fromValue(&about) },
     });
     view.resize(notch.toSize());
     view.setSource(QUrl(u"qrc:/qt/qml/Nimbarrow/Notch/NotchRootView.qml"_s));

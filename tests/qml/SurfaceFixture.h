@@ -9,6 +9,7 @@
 #include "notch/NotchActions.h"
 #include "notch/NotchShape.h"
 #include "notch/NotchState.h"
+#include "settings/About.h"
 #include "support/FakeApplications.h"
 #include "support/FakeKeystrokes.h"
 #include "support/FakeOpener.h"
@@ -37,6 +38,7 @@ public:
     Paster paster { monitor, history.settings, history.trust, keystrokes };
     FakeOpener opener;
     EntryHandoff handoff { *history.store, paster, opener };
+    About about { opener };
     ThumbnailLoader thumbnails { history.queues };
     NotchState state;
     NotchActions actions;

@@ -103,6 +103,7 @@ public:
         select();
         scrolled();
         preview();
+        settings();
 
         m_surface.show(NotchState::Collapsed);
         m_surface.state.setPeek(PeekContent::forItem(m_surface.store().imageItems().first()));
@@ -196,6 +197,17 @@ private:
         shot(u"scrolled"_s);
         m_surface.state.setKeyboardMode(false);
         m_surface.state.setSelection({});
+    }
+
+    void settings()
+    {
+        m_surface.state.setShowSettings(true);
+        shot(u"settings"_s);
+        m_surface.history.trust.trusted = false;
+        m_surface.history.settings.setPasteOnClick(true);
+        m_surface.history.settings.applyPasteOnClick();
+        shot(u"settings-notes"_s);
+        m_surface.state.setShowSettings(false);
     }
 
     void preview()
