@@ -16,6 +16,7 @@
 #include "platform/Scheduler.h"
 #include "platform/Screens.h"
 #include "platform/ScreenshotFolder.h"
+#include "platform/SharePicker.h"
 #include "platform/UserDefaults.h"
 #include "platform/WorkQueue.h"
 
@@ -45,6 +46,7 @@ struct Platform {
     std::unique_ptr<AccessibilityTrust> accessibilityTrust;
     std::unique_ptr<FolderEvents> folderEvents;
     std::unique_ptr<ScreenshotFolder> screenshotFolder;
+    std::unique_ptr<SharePicker> sharePicker;
 
     /// Turns a window that was never shown into the panel. The window must outlive the port.
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;

@@ -3,8 +3,10 @@
 #include "platform/linux/BusInstance.h"
 #include "platform/linux/DesktopScreenshotFolder.h"
 #include "platform/linux/DisplayPanels.h"
+#include "platform/linux/InheritedState.h"
 #include "platform/linux/InotifyFolderEvents.h"
 #include "platform/linux/LinuxPreferences.h"
+#include "platform/linux/PortalSharePicker.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/XdgLocations.h"
 #include "platform/qt/QSettingsDefaults.h"
@@ -36,10 +38,18 @@ void setUnlessSet(const char* variable, const char* value)
         qputenv(variable, value);
 }
 
+/// As it was before preparePlatform().
+const InheritedState& inheritedState()
+{
+    static const auto state = InheritedState::now();
+    return state;
+}
+
 } // namespace
 
 void preparePlatform()
 {
+    inheritedState();
     // On a Wayland session too: a panel that stands above everything is an X11 window there.
     setUnlessSet("QT_QPA_PLATFORM", "xcb");
     // The panel is small; a GL driver would cost three times the memory of the whole program.
@@ -71,6 +81,8 @@ Platform makePlatform()
     platform.accessibilityTrust = std::make_unique<X11Trust>();
     platform.folderEvents = std::make_unique<InotifyFolderEvents>();
     platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();
+    platform.sharePicker
+        = std::make_unique<PortalSharePicker>(inheritedState(), liveSessionBus(), *platform.workQueues);
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }
