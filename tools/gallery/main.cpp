@@ -2,13 +2,17 @@
 //
 //     QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software QT_SCALE_FACTOR=2 gallery <folder>
 
+#include "clipboard/SharePresenter.h"
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
+#include "support/FakeOpener.h"
+#include "support/FakeSharePicker.h"
 
 #include <QCommandLineParser>
 #include <QDir>
 #include <QGuiApplication>
 #include <QPainter>
+#include <QQmlComponent>
 #include <QQuickPaintedItem>
 #include <QTest>
 
@@ -105,6 +109,7 @@ public:
         thumbs();
         select();
         scrolled();
+        share();
 
         m_surface.show(NotchState::Collapsed);
         m_surface.state.setPeek(PeekContent::forItem(m_surface.store().imageItems().first()));
@@ -198,6 +203,30 @@ private:
         shot(u"scrolled"_s);
         m_surface.state.setKeyboardMode(false);
         m_surface.state.setSelection({});
+    }
+
+    void share()
+    {
+        FakeSharePicker picker;
+        FakeOpener opener;
+        const QList<ShareItem> file { QUrl(u"file:///a.png"_s) };
+        const QList<ShareItem> text { words(0) };
+        for (const auto& [items, name] :
+            { std::pair(file, u"share"_s), std::pair(text, u"share-nothing"_s) }) {
+            SharePresenter presenter(picker, opener, items, {});
+            QQmlComponent component(
+                m_surface.view.engine(), QUrl(u"qrc:/qt/qml/Nimbarrow/Clipboard/ShareChooser.qml"_s));
+            const std::unique_ptr<QObject> made(component.createWithInitialProperties(
+                { { u"presenter"_s, QVariant::fromValue(&presenter) } }));
+            auto* const chooser = qobject_cast<QQuickItem*>(made.get());
+            auto* const content = m_surface.find("ClipboardColumn");
+            chooser->setParentItem(content);
+            chooser->setSize(content->size());
+            m_surface.moveTo(m_surface.middle(chooser) + QPoint(20, 0));
+            shot(name);
+            picker.offered.clear();
+            m_surface.moveTo({ 5, 5 });
+        }
     }
 
     void shot(const QString& name, bool settles = true)
