@@ -21,6 +21,8 @@ Rectangle {
 
     Symbol {
         anchors.verticalCenter: parent.verticalCenter
+        // Small letters have their middle below that of the line.
+        anchors.verticalCenterOffset: 1
         name: root.modelData.symbol
         size: Theme.rowText
         x: Theme.gap

@@ -6,6 +6,7 @@ import Nimbarrow.Preferences
 import Nimbarrow.Style
 
 /// What can be done with what is shared, over everything else: a row for each. A click beside them closes it.
+/// Whoever shows it disables what lies below.
 FocusScope {
     id: root
 
@@ -41,11 +42,6 @@ FocusScope {
         gesturePolicy: TapHandler.ReleaseWithinBounds
 
         onTapped: root._cancel()
-    }
-
-    // What lies below is not to be scrolled.
-    WheelHandler {
-        target: null
     }
 
     Rectangle {

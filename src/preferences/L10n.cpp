@@ -79,7 +79,7 @@ constexpr std::array table {
     Text { L10n::Key::ShareOpenWith, u"Open with…", u"Відкрити за допомогою…" },
     Text { L10n::Key::ShareShowInFolder, u"Show in folder", u"Показати в теці" },
     Text { L10n::Key::ShareOpen, u"Open", u"Відкрити" },
-    Text { L10n::Key::ShareNothing, u"Nothing here can take it", u"Немає кому передати" },
+    Text { L10n::Key::ShareNothing, u"No app to share with", u"Немає кому передати" },
 };
 
 constexpr bool isInKeyOrder()

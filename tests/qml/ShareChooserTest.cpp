@@ -3,9 +3,11 @@
 #include "support/FakeOpener.h"
 #include "support/FakeSharePicker.h"
 
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QRegularExpression>
 #include <QTest>
+#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
@@ -60,6 +62,42 @@ private Q_SLOTS:
         QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, middle(row(0)));
         QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, { 10, 10 });
         QVERIFY(!m_picker.used);
+    }
+
+    void keepsThePointerFromWhatLiesBelow()
+    {
+        SurfaceFixture surface;
+        for (auto number = 0; number < 12; ++number)
+            surface.addText(u"text %1"_s.arg(number));
+        surface.show(NotchState::Expanded);
+        auto* const tracker = qobject_cast<HoverTrackingView*>(surface.view.rootObject());
+        int exits = 0;
+        tracker->onExit = [&exits] { ++exits; };
+        auto* const entry = surface.find("ClipboardRow", 2);
+        surface.moveTo(surface.middle(entry));
+        QVERIFY(entry->property("hovered").toBool());
+
+        SharePresenter presenter(m_picker, m_opener, { u"text"_s }, {});
+        QQmlComponent component(
+            surface.view.engine(), QUrl(u"qrc:/qt/qml/Nimbarrow/Clipboard/ShareChooser.qml"_s));
+        const std::unique_ptr<QObject> made(
+            component.createWithInitialProperties({ { u"presenter"_s, QVariant::fromValue(&presenter) } }));
+        auto* const chooser = qobject_cast<QQuickItem*>(made.get());
+        auto* const content = surface.find("ClipboardColumn");
+        chooser->setParentItem(content->parentItem());
+        content->setEnabled(false);
+        chooser->setSize(content->size());
+        surface.moveTo(surface.middle(entry) + QPoint(3, 0));
+        QVERIFY(!entry->property("hovered").toBool());
+        QCOMPARE(exits, 0);
+
+        auto* const list = surface.find("EntryList");
+        const QPointF place = surface.middle(entry);
+        QWheelEvent wheel(place, surface.view.mapToGlobal(place), {}, { 0, -120 }, Qt::NoButton, {},
+            Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&surface.view, &wheel);
+        surface.settle();
+        QCOMPARE(list->property("contentY").toReal(), 0.0);
     }
 
     void fitsInBothLanguages()
