@@ -74,7 +74,7 @@ private Q_SLOTS:
         int exits = 0;
         tracker->onExit = [&exits] { ++exits; };
         auto* const entry = surface.find("ClipboardRow", 2);
-        surface.moveTo(surface.middle(entry));
+        surface.moveTo(SurfaceFixture::middle(entry));
         QVERIFY(entry->property("hovered").toBool());
 
         SharePresenter presenter(m_picker, m_opener, { u"text"_s }, {});
@@ -87,12 +87,12 @@ private Q_SLOTS:
         chooser->setParentItem(content->parentItem());
         content->setEnabled(false);
         chooser->setSize(content->size());
-        surface.moveTo(surface.middle(entry) + QPoint(3, 0));
+        surface.moveTo(SurfaceFixture::middle(entry) + QPoint(3, 0));
         QVERIFY(!entry->property("hovered").toBool());
         QCOMPARE(exits, 0);
 
         auto* const list = surface.find("EntryList");
-        const QPointF place = surface.middle(entry);
+        const QPointF place = SurfaceFixture::middle(entry);
         QWheelEvent wheel(place, surface.view.mapToGlobal(place), {}, { 0, -120 }, Qt::NoButton, {},
             Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&surface.view, &wheel);
