@@ -108,6 +108,29 @@ std::optional<QUrl> ClipboardItem::dragUrl() const
     return linkUrl();
 }
 
+QList<ShareItem> ClipboardItem::shareItems() const
+{
+    QList<ShareItem> items;
+    switch (kind) {
+    case Kind::Text:
+    case Kind::Link:
+        if (const auto link = linkUrl())
+            items << *link;
+        else if (text)
+            items << *text;
+        break;
+    case Kind::Image:
+        if (imagePath)
+            items << QUrl::fromLocalFile(*imagePath);
+        break;
+    case Kind::Files:
+        for (const auto& url : fileUrls())
+            items << url;
+        break;
+    }
+    return items;
+}
+
 QString rawValue(ClipboardItem::Kind kind)
 {
     switch (kind) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/SharePicker.h"
+
 #include <QDateTime>
 #include <QList>
 #include <QString>
@@ -46,6 +48,8 @@ struct ClipboardItem {
     [[nodiscard]] std::optional<QUrl> linkUrl() const;
     /// What a drag of the entry carries, and what a double click opens: an image, else a file, else a link.
     [[nodiscard]] std::optional<QUrl> dragUrl() const;
+    /// What is given to whoever it is shared with; nothing when the entry holds nothing.
+    [[nodiscard]] QList<ShareItem> shareItems() const;
 
     friend bool operator==(const ClipboardItem&, const ClipboardItem&) = default;
 };

@@ -111,6 +111,7 @@ ClipboardEntry {
                 onCopyClicked: root.copy()
                 onPinClicked: root.store.togglePin(root.itemId)
                 onRemoveClicked: root.store.remove(root.itemId)
+                onShareClicked: root.handoff.share(root.itemId)
             }
         }
     }

@@ -115,6 +115,19 @@ ClipboardEntry {
             }
 
             IconButton {
+                anchors.bottom: parent.bottom
+                anchors.right: parent.right
+                height: 20
+                help: L10n.texts[L10n.Share]
+                size: 9
+                symbol: "square.and.arrow.up"
+                visible: !root.copiedFlash
+                width: 20
+
+                onClicked: root.handoff.share(root.itemId)
+            }
+
+            IconButton {
                 anchors.right: parent.right
                 height: 20
                 help: L10n.texts[L10n.Delete]

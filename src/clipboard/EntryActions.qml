@@ -9,6 +9,7 @@ Row {
     required property bool pinned
 
     signal copyClicked
+    signal shareClicked
     signal removeClicked
     signal pinClicked
 
@@ -17,6 +18,13 @@ Row {
         symbol: "doc.on.doc"
 
         onClicked: root.copyClicked()
+    }
+
+    IconButton {
+        help: L10n.texts[L10n.Share]
+        symbol: "square.and.arrow.up"
+
+        onClicked: root.shareClicked()
     }
 
     IconButton {

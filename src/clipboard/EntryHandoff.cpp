@@ -33,11 +33,13 @@ QPixmap onBlack(const QImage& picture)
 
 } // namespace
 
-EntryHandoff::EntryHandoff(const ClipboardStore& store, Paster& paster, Opener& opener, QObject* parent)
+EntryHandoff::EntryHandoff(
+    const ClipboardStore& store, Paster& paster, Opener& opener, SharePicker& sharePicker, QObject* parent)
     : QObject(parent)
     , m_store(store)
     , m_paster(paster)
     , m_opener(opener)
+    , m_sharePicker(sharePicker)
 {
 }
 
@@ -55,6 +57,18 @@ void EntryHandoff::open(const QUuid& id)
     const auto link = item->linkUrl();
     if (const auto url = link ? link : item->dragUrl())
         m_opener.open(*url);
+}
+
+void EntryHandoff::share(const QUuid& id)
+{
+    const auto* const item = m_store.find(id);
+    if (!item)
+        return;
+    m_sharing.reset(new SharePresenter(m_sharePicker, m_opener, item->shareItems(), [this] {
+        m_sharing.reset();
+        Q_EMIT sharingChanged();
+    }));
+    Q_EMIT sharingChanged();
 }
 
 void EntryHandoff::drag(const QUuid& id, const QImage& picture)

@@ -21,6 +21,8 @@ Item {
     required property Settings settings
     required property About about
 
+    Component.onDestruction: handoff.sharing?.cancel()
+
     // What the header may use on either side of the notch.
     readonly property real _headerSide: Math.max(0, (width - notchWidth) / 2 - Theme.insetX - Theme.gap)
 
@@ -61,8 +63,9 @@ Item {
         anchors.rightMargin: Theme.insetX
         anchors.top: parent.top
         anchors.topMargin: root.notchHeight + Theme.insetY
+        enabled: !root.handoff.sharing
         // What shines through the hint must not be taken for a part of it.
-        opacity: 1 - 0.9 * dropHint.opacity
+        opacity: 1 - 0.9 * Math.max(dropHint.opacity, chooser.opacity)
 
         FadingContent {
             anchors.fill: parent
@@ -95,6 +98,30 @@ Item {
                 settings: root.settings
                 store: root.store
             }
+        }
+    }
+
+    // The surface stays for as long as the question does, and the other way round.
+    Connections {
+        function onSharingChanged() {
+            if (root.handoff.sharing)
+                root.actions.hold();
+            else
+                root.actions.release();
+        }
+
+        target: root.handoff
+    }
+
+    FadingContent {
+        id: chooser
+
+        anchors.fill: content
+        shown: root.handoff.sharing !== null
+
+        content: ShareChooser {
+            anchors.fill: parent
+            presenter: root.handoff.sharing
         }
     }
 

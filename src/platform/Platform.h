@@ -18,6 +18,7 @@
 #include "platform/Screens.h"
 #include "platform/ScreenshotFolder.h"
 #include "platform/Scripting.h"
+#include "platform/SharePicker.h"
 #include "platform/UserDefaults.h"
 #include "platform/WorkQueue.h"
 
@@ -52,6 +53,7 @@ struct Platform {
     std::function<void()> returnFreeMemory;
     std::unique_ptr<FolderEvents> folderEvents;
     std::unique_ptr<ScreenshotFolder> screenshotFolder;
+    std::unique_ptr<SharePicker> sharePicker;
 
     /// Turns a window that was never shown into the panel. The window must outlive the port.
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;

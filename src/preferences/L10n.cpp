@@ -75,6 +75,11 @@ constexpr std::array table {
     Text { L10n::Key::NothingToday, u"Nothing today", u"Сьогодні нічого немає" },
     Text { L10n::Key::Join, u"Join", u"Приєднатися" },
     Text { L10n::Key::NewEvent, u"New Event", u"Нова подія" },
+    Text { L10n::Key::ShareEmail, u"Email", u"Надіслати поштою" },
+    Text { L10n::Key::ShareOpenWith, u"Open with…", u"Відкрити за допомогою…" },
+    Text { L10n::Key::ShareShowInFolder, u"Show in folder", u"Показати в теці" },
+    Text { L10n::Key::ShareOpen, u"Open", u"Відкрити" },
+    Text { L10n::Key::ShareNothing, u"No app to share with", u"Немає кому передати" },
 };
 
 constexpr bool isInKeyOrder()
@@ -87,7 +92,7 @@ constexpr bool isInKeyOrder()
     return true;
 }
 static_assert(isInKeyOrder());
-static_assert(table.size() == static_cast<std::size_t>(L10n::Key::NewEvent) + 1);
+static_assert(table.size() == static_cast<std::size_t>(L10n::Key::ShareNothing) + 1);
 
 QStringView ukrainianFiles(qsizetype count)
 {

@@ -77,6 +77,11 @@ public:
         NothingToday,
         Join,
         NewEvent,
+        ShareEmail,
+        ShareOpenWith,
+        ShareShowInFolder,
+        ShareOpen,
+        ShareNothing,
     };
     Q_ENUM(Key)
 

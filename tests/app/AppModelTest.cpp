@@ -12,6 +12,7 @@
 #include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
 #include "support/FakeScreenshots.h"
+#include "support/FakeSharePicker.h"
 #include "support/FakeTrust.h"
 #include "support/FakeUserDefaults.h"
 #include "support/ManualQueues.h"
@@ -60,6 +61,7 @@ struct Program {
         give<FakeDesktopPreferences>(platform.desktopPreferences);
         give<FakeLoginItem>(platform.loginItem);
         give<FakeOpener>(platform.opener);
+        give<FakeSharePicker>(platform.sharePicker);
         give<FakeFolderEvents>(platform.folderEvents);
         give<FakeScreenshotFolder>(platform.screenshotFolder);
         give<FakePointer>(platform.pointer);

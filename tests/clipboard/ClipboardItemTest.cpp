@@ -7,6 +7,7 @@
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
 using Kind = ClipboardItem::Kind;
+using Shared = QList<ShareItem>;
 
 namespace {
 
@@ -48,10 +49,13 @@ private Q_SLOTS:
         link.kind = Kind::Link;
         QCOMPARE(link.summary(), u"example.org"_s);
         QCOMPARE(link.dragUrl(), QUrl(u"https://example.org/a?b"_s));
+        QCOMPARE(link.shareItems(), Shared { QUrl(u"https://example.org/a?b"_s) });
         link.text = u"https://[broken"_s;
         QCOMPARE(link.summary(), link.text);
         QCOMPARE(link.dragUrl(), std::nullopt);
+        QCOMPARE(link.shareItems(), Shared { u"https://[broken"_s });
         link.text.reset();
+        QCOMPARE(link.shareItems(), Shared());
         QCOMPARE(link.summary(), std::nullopt);
     }
 
@@ -69,6 +73,19 @@ private Q_SLOTS:
         L10n::setCurrent(L10n::Ukrainian);
         QCOMPARE(item.summary(), u"2 файли"_s);
         QCOMPARE(item.fileUrls().last().toLocalFile(), u"/a/b#c"_s);
+        QCOMPARE(item.shareItems(),
+            (Shared { QUrl::fromLocalFile(u"/a/one.txt"_s), QUrl::fromLocalFile(u"/a/b#c"_s) }));
+    }
+
+    void textsAndImagesAreShared()
+    {
+        // A text is one, also when it looks like a link.
+        QCOMPARE(textItem(u"https://example.org"_s).shareItems(), Shared { u"https://example.org"_s });
+        ClipboardItem image;
+        image.kind = Kind::Image;
+        QCOMPARE(image.shareItems(), Shared());
+        image.imagePath = u"/a/100%.png"_s;
+        QCOMPARE(image.shareItems(), Shared { QUrl::fromLocalFile(u"/a/100%.png"_s) });
     }
 };
 

@@ -108,7 +108,7 @@ private:
         file.write("x");
     }
 
-    void expectMore(const std::function<void()>& change)
+    void expectMore(const std::function<void()>& change) const
     {
         QTest::qWait(20);
         const auto before = m_changes;

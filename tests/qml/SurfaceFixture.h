@@ -14,6 +14,7 @@
 #include "support/FakeKeystrokes.h"
 #include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
+#include "support/FakeSharePicker.h"
 #include "support/HistoryFixture.h"
 
 #include <QQuickItem>
@@ -37,7 +38,8 @@ public:
     ClipboardMonitor monitor { capture, pasteboard, applications, history.time };
     Paster paster { monitor, history.settings, history.trust, keystrokes };
     FakeOpener opener;
-    EntryHandoff handoff { *history.store, paster, opener };
+    FakeSharePicker sharePicker;
+    EntryHandoff handoff { *history.store, paster, opener, sharePicker };
     About about { opener };
     ThumbnailLoader thumbnails { history.queues };
     NotchState state;

@@ -190,6 +190,35 @@ private Q_SLOTS:
         QCOMPARE(m_surface->pasteboard.content.string, text);
     }
 
+    void sharesWhatIsChosen()
+    {
+        auto holds = 0;
+        m_surface->actions.onHold = [&holds] { ++holds; };
+        m_surface->actions.onRelease = [&holds] { --holds; };
+        showTexts({ u"https://example.org"_s });
+        auto* const row = m_surface->find("ClipboardRow");
+        const auto ask = [this, row] {
+            m_surface->moveTo({ 5, 5 });
+            m_surface->moveTo(m_surface->middle(row));
+            m_surface->click(m_surface->middle(m_surface->button(row, u"Share"_s)));
+        };
+        ask();
+        QTRY_VERIFY(m_surface->find("ShareChooser"));
+        QCOMPARE(holds, 1);
+        m_surface->click(m_surface->middle(m_surface->find("ShareChoiceRow", 0)));
+        QCOMPARE(m_surface->sharePicker.used, ShareService::Email);
+        QCOMPARE(m_surface->sharePicker.shared, QList<ShareItem> { QUrl(u"https://example.org"_s) });
+        QCOMPARE(holds, 0);
+        QTRY_VERIFY(!m_surface->find("ShareChooser"));
+
+        // Who closes the surface, from the keyboard say, does not want to share any more.
+        ask();
+        QCOMPARE(holds, 1);
+        m_surface->show(NotchState::Collapsed);
+        QTRY_COMPARE(holds, 0);
+        QVERIFY(!m_surface->handoff.sharing());
+    }
+
     void showsAnImageLargeWhileItIsHeldDown()
     {
         QImage image(80, 60, QImage::Format_RGB32);

@@ -104,6 +104,7 @@ public:
         scrolled();
         preview();
         settings();
+        share();
 
         m_surface.show(NotchState::Collapsed);
         m_surface.state.setPeek(PeekContent::forItem(m_surface.store().imageItems().first()));
@@ -197,6 +198,13 @@ private:
         shot(u"scrolled"_s);
         m_surface.state.setKeyboardMode(false);
         m_surface.state.setSelection({});
+    }
+
+    void share()
+    {
+        m_surface.handoff.share(m_surface.store().imageItems().first().id);
+        shot(u"share"_s);
+        m_surface.handoff.sharing()->cancel();
     }
 
     void settings()

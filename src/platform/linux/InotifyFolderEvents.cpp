@@ -10,6 +10,7 @@
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace nimbarrow {
 
@@ -20,9 +21,9 @@ constexpr std::uint32_t finished = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM 
 
 class InotifyWatch final : public FolderEvents::Watch {
 public:
-    InotifyWatch(int events, const QByteArray& folder, std::function<void()> changed)
+    InotifyWatch(int events, QByteArray folder, std::function<void()> changed)
         : m_events(events)
-        , m_folder(folder)
+        , m_folder(std::move(folder))
         , m_changed(std::move(changed))
         , m_notifier(new QSocketNotifier(events, QSocketNotifier::Read))
     {
@@ -85,14 +86,14 @@ std::unique_ptr<FolderEvents::Watch> InotifyFolderEvents::watch(
     const int events = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     if (events < 0)
         return {};
-    const auto path = QFile::encodeName(folder);
+    auto path = QFile::encodeName(folder);
     const auto told = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_CREATE | IN_DELETE_SELF
         | IN_MOVE_SELF | IN_ONLYDIR;
     if (::inotify_add_watch(events, path.constData(), told) < 0) {
         ::close(events);
         return {};
     }
-    return std::make_unique<InotifyWatch>(events, path, std::move(changed));
+    return std::make_unique<InotifyWatch>(events, std::move(path), std::move(changed));
 }
 
 } // namespace nimbarrow

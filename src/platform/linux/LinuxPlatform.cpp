@@ -8,6 +8,7 @@
 #include "platform/linux/InotifyFolderEvents.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/NoScripting.h"
+#include "platform/linux/PortalSharePicker.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/XdgLocations.h"
 #include "platform/qt/QSettingsDefaults.h"
@@ -86,6 +87,8 @@ Platform makePlatform()
     platform.returnFreeMemory = [] { ::malloc_trim(0); };
     platform.folderEvents = std::make_unique<InotifyFolderEvents>();
     platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();
+    platform.sharePicker
+        = std::make_unique<PortalSharePicker>(inheritedState(), liveSessionBus(), *platform.workQueues);
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }

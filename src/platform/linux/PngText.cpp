@@ -70,7 +70,7 @@ std::optional<QString> software(const QString& path)
         if ((type == "tEXt" || type == "iTXt") && length <= longestText) {
             const auto content = file.read(length);
             if (content.size() == qsizetype(length)) {
-                if (const auto found = softwareIn(type, content))
+                if (auto found = softwareIn(type, content))
                     return found;
             }
         }

@@ -1,0 +1,103 @@
+#include "clipboard/SharePresenter.h"
+
+#include "support/FakeOpener.h"
+#include "support/FakeSharePicker.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+using Items = QList<ShareItem>;
+
+namespace {
+
+const QUrl web(u"https://example.org"_s);
+const QUrl file(u"file:///a/b.txt"_s);
+const QUrl otherFile(u"file:///a/c.txt"_s);
+
+QString titles(const SharePresenter& presenter)
+{
+    QStringList titles;
+    for (const auto& choice : presenter.choices())
+        titles << L10n::text(choice.value<ShareChoice>().title);
+    return titles.join(u", "_s);
+}
+
+} // namespace
+
+class SharePresenterTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void offersWhatFits_data()
+    {
+        QTest::addColumn<Items>("items");
+        QTest::addColumn<QString>("choices");
+        QTest::newRow("text") << Items { u"text"_s } << u"Email, Open with…"_s;
+        QTest::newRow("link") << Items { web } << u"Email, Open with…, Open"_s;
+        QTest::newRow("file") << Items { file } << u"Email, Open with…, Show in folder, Open"_s;
+        QTest::newRow("files") << Items { file, otherFile } << u"Email, Open with…, Show in folder"_s;
+        QTest::newRow("file and text") << Items { file, u"text"_s } << u"Email, Open with…"_s;
+        QTest::newRow("nothing") << Items {} << u"Email, Open with…"_s;
+    }
+
+    void offersWhatFits()
+    {
+        QFETCH(Items, items);
+        QTEST(titles(SharePresenter(m_picker, m_opener, items, {})), "choices");
+    }
+
+    void doesWhatIsChosenAndIsDoneOnce()
+    {
+        for (const auto index : { 0, 1, 2, 3 }) {
+            int done = 0;
+            SharePresenter presenter(m_picker, m_opener, { file }, [&done] { ++done; });
+            presenter.choose(-1);
+            presenter.choose(4);
+            QCOMPARE(done, 0);
+            presenter.choose(index);
+            presenter.choose(index);
+            presenter.cancel();
+            QCOMPARE(done, 1);
+            if (index < 2)
+                QCOMPARE(m_picker.used, index == 0 ? ShareService::Email : ShareService::OpenWith);
+        }
+        QCOMPARE(m_picker.shared, Items { file });
+        QCOMPARE(m_opener.revealed, QList { file });
+        QCOMPARE(m_opener.opened, QList { file });
+    }
+
+    void isDoneWithoutAChoice()
+    {
+        m_picker.used.reset();
+        m_picker.offered.clear();
+        int done = 0;
+        {
+            SharePresenter presenter(m_picker, m_opener, { u"text"_s }, [&done] { ++done; });
+            QCOMPARE(presenter.choices().size(), 0);
+            presenter.choose(0);
+            QCOMPARE(done, 0);
+            presenter.cancel();
+            presenter.cancel();
+            QCOMPARE(done, 1);
+        }
+        QCOMPARE(done, 1);
+        QVERIFY(!m_picker.used);
+        SharePresenter(m_picker, m_opener, { file }, {}).cancel();
+    }
+
+    void mayGoWhenItIsDone()
+    {
+        QPointer<SharePresenter> presenter;
+        presenter = new SharePresenter(m_picker, m_opener, { file }, [&presenter] { delete presenter; });
+        presenter->choose(0);
+        QVERIFY(!presenter);
+    }
+
+private:
+    FakeSharePicker m_picker;
+    FakeOpener m_opener;
+};
+
+QTEST_GUILESS_MAIN(SharePresenterTest)
+#include "SharePresenterTest.moc"
