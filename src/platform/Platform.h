@@ -12,6 +12,7 @@
 #include "platform/PanelWindow.h"
 #include "platform/Pasteboard.h"
 #include "platform/Pointer.h"
+#include "platform/PowerAssertions.h"
 #include "platform/Scheduler.h"
 #include "platform/Screens.h"
 #include "platform/UserDefaults.h"
@@ -41,6 +42,7 @@ struct Platform {
     std::unique_ptr<HotKeys> hotKeys;
     std::unique_ptr<Keystrokes> keystrokes;
     std::unique_ptr<AccessibilityTrust> accessibilityTrust;
+    std::unique_ptr<PowerAssertions> powerAssertions;
 
     /// Turns a window that was never shown into the panel. The window must outlive the port.
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;

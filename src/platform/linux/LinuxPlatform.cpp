@@ -2,6 +2,7 @@
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/BusInstance.h"
 #include "platform/linux/DisplayPanels.h"
+#include "platform/linux/LinuxPowerAssertions.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/XdgLocations.h"
@@ -67,6 +68,7 @@ Platform makePlatform()
     platform.applications = std::move(applications);
     platform.hotKeys = std::make_unique<X11HotKeys>();
     platform.accessibilityTrust = std::make_unique<X11Trust>();
+    platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(liveSessionBus(), liveSystemBus());
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }
