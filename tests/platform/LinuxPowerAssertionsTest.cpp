@@ -180,8 +180,10 @@ private Q_SLOTS:
     {
         QFETCH(bool, answered);
         m_program->keepAwake.choose(1);
-        if (answered)
+        if (answered) {
             QTRY_COMPARE(m_saver->held.size(), 1);
+            settle();
+        }
         m_program->keepAwake.choose(2);
         QTRY_COMPARE(m_saver->held.size(), 1);
         QTRY_COMPARE(m_login->list(), QStringList { ours });

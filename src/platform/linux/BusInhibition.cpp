@@ -81,7 +81,6 @@ void BusInhibition::take(std::size_t service, const QDBusMessage& answer)
     // What a restarted service had given before goes only now, so that there is no gap.
     m_grant = std::move(grant);
     m_grantor = service;
-    m_lost = false;
     settle();
 }
 
@@ -92,21 +91,20 @@ void BusInhibition::refuse(std::size_t service)
         return;
     }
     m_grant.reset();
-    m_lost = false;
     if (m_holders > 0)
         Q_EMIT refused();
 }
 
-void BusInhibition::followService(const QString& name, const QString& oldOwner, const QString& newOwner)
+void BusInhibition::followService(const QString& name, const QString& /*oldOwner*/, const QString& newOwner)
 {
     if (m_asked) {
         if (name == m_services[*m_asked].name)
             m_newOwner = newOwner;
         return;
     }
+    // A service that has ended may be back soon.
     if (!m_grant || name != m_services[m_grantor].name)
         return;
-    m_lost = m_lost || !oldOwner.isEmpty();
     if (!newOwner.isEmpty() && m_holders > 0)
         ask(m_grantor);
 }
@@ -116,10 +114,9 @@ void BusInhibition::settle()
     // While a question is on its way, its answer decides.
     if (m_holders > 0 || m_asked)
         return;
-    if (m_grant && !m_lost)
+    if (m_grant)
         m_grant->release();
     m_grant.reset();
-    m_lost = false;
 }
 
 } // namespace nimbarrow

@@ -49,10 +49,9 @@ private:
     /// Its owner, when that changed since it was asked; empty when it is gone.
     std::optional<QString> m_newOwner;
 
+    /// Stays while the service that gave it is away.
     std::unique_ptr<InhibitionService::Grant> m_grant;
     std::size_t m_grantor = 0;
-    /// The service that gave the grant has ended since.
-    bool m_lost = false;
 };
 
 } // namespace nimbarrow

@@ -16,7 +16,7 @@ struct InhibitionService {
     /// What the service gave. Dropping it frees only what lies in this process.
     class Grant : public Port {
     public:
-        /// Gives it back to the service, which must still be the one that gave it.
+        /// Gives it back to the service, if that still is the one that gave it.
         virtual void release() { }
     };
 

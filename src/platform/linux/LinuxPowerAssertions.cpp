@@ -25,7 +25,7 @@ public:
         : m_bus(bus)
         , m_call(call)
     {
-        // A service that has ended has forgotten it, and a new one never knew.
+        // A service that has ended has forgotten it.
         m_call.setAutoStartService(false);
     }
 
