@@ -43,7 +43,7 @@ FadingContent {
             height: rows.height + 8
             radius: Theme.rowRadius + 2
             width: Math.max(64, rows.implicitWidth + 8)
-            x: Math.round(Math.max(Theme.insetY, Math.min(root.width - width - Theme.insetY, _below.x - width / 2)))
+            x: Math.round(Math.max(Theme.insetX, Math.min(root.width - width - Theme.insetX, _below.x - width / 2)))
             y: Math.round(Math.max(0, Math.min(root.height - height - Theme.insetY, _below.y)))
 
             Component.onCompleted: _below = root.mapFromItem(root.owner, root.owner.width / 2, root.owner.height + 4)

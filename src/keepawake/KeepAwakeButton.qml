@@ -22,9 +22,9 @@ Item {
 
     Component.onCompleted: keepAwake.refresh()
     onActiveChanged: {
-        if (active)
-            keepAwake.refresh();
-        else
+        // There is none yet while the views are being made.
+        keepAwake?.refresh();
+        if (!active)
             pickerOpen = false;
     }
 
