@@ -2,8 +2,12 @@
 
 #include "notch/NotchController.h"
 #include "platform/Platform.h"
+#include "preferences/L10n.h"
 
 #include <QPointer>
+#include <QRandomGenerator>
+
+using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
 
@@ -12,6 +16,8 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
     , m_about(*platform.opener)
     , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
           *platform.desktopPreferences, *platform.scheduler)
+    , m_keepAwake(*platform.powerAssertions, *platform.clock, *platform.scheduler)
+    , m_owl(*platform.clock, *platform.scheduler, [] { return QRandomGenerator::global()->generateDouble(); })
     , m_hotKey(*platform.hotKeys)
     , m_thumbnails(*platform.workQueues)
     , m_store(m_settings, *platform.locations, *platform.clock, *platform.scheduler, *platform.workQueues)
@@ -31,6 +37,11 @@ void AppModel::start(NotchController& notch)
     m_store.onNewItem = [this, controller](const ClipboardItem& item) {
         if (controller && m_settings.peekOnClipboard())
             controller->peek(PeekContent::forItem(item));
+    };
+    m_keepAwake.onExpired = [controller] {
+        if (controller)
+            controller->peek(
+                PeekContent::make(u"cup.and.saucer"_s, L10n::text(L10n::Key::SleepAllowedAgain)));
     };
     connect(&m_store, &ClipboardStore::imagesDropped, &m_thumbnails, &ThumbnailLoader::forget);
     connect(&m_settings, &Settings::watchScreenshotsChanged, this, &AppModel::applyWatchScreenshots);

@@ -8,6 +8,8 @@
 #include "clipboard/Paster.h"
 #include "clipboard/ScreenshotWatcher.h"
 #include "clipboard/ThumbnailLoader.h"
+#include "keepawake/KeepAwake.h"
+#include "keepawake/OwlMotion.h"
 #include "preferences/Settings.h"
 #include "settings/About.h"
 
@@ -31,6 +33,8 @@ public:
 
     [[nodiscard]] About& about() { return m_about; }
     [[nodiscard]] Settings& settings() { return m_settings; }
+    [[nodiscard]] KeepAwake& keepAwake() { return m_keepAwake; }
+    [[nodiscard]] OwlMotion& owl() { return m_owl; }
     [[nodiscard]] ClipboardStore& store() { return m_store; }
     [[nodiscard]] ClipboardMonitor& clipboard() { return m_clipboard; }
     [[nodiscard]] PasteboardCapture& capture() { return m_capture; }
@@ -42,10 +46,12 @@ private:
     void applyHotKeyEnabled();
     void applyWatchScreenshots();
 
-    // The members stand in the order they are built. What is playing, keeping awake and the calendar join it:
-    // the first two after the settings, the last after the hot key.
+    // The members stand in the order they are built. What is playing joins it after the settings, the
+    // calendar after the hot key.
     About m_about;
     Settings m_settings;
+    KeepAwake m_keepAwake;
+    OwlMotion m_owl;
     HotKey m_hotKey;
     ThumbnailLoader m_thumbnails;
     ClipboardStore m_store;

@@ -33,6 +33,8 @@ void NotchSurface::load(NotchController& controller, AppModel& model)
         { u"handoff"_s, QVariant::fromValue(&model.handoff()) },
         { u"settings"_s, QVariant::fromValue(&model.settings()) },
         { u"about"_s, QVariant::fromValue(&model.about()) },
+        { u"keepAwake"_s, QVariant::fromValue(&model.keepAwake()) },
+        { u"owl"_s, QVariant::fromValue(&model.owl()) },
     });
     m_view.setSource(QUrl(u"qrc:/qt/qml/Nimbarrow/Notch/NotchRootView.qml"_s));
     auto* root = qobject_cast<HoverTrackingView*>(m_view.rootObject());

@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Nimbarrow.Clipboard
+import Nimbarrow.KeepAwake
 import Nimbarrow.Notch
 import Nimbarrow.Preferences
 import Nimbarrow.Settings
@@ -20,6 +21,8 @@ Item {
     required property EntryHandoff handoff
     required property Settings settings
     required property About about
+    required property KeepAwake keepAwake
+    required property OwlMotion owl
 
     Component.onDestruction: handoff.sharing?.cancel()
 
@@ -49,6 +52,14 @@ Item {
             symbol: "gearshape"
 
             onClicked: root.notch.setShowSettings(!root.notch.showSettings)
+        }
+
+        KeepAwakeButton {
+            active: root.notch.mode === NotchState.Expanded
+            anchors.verticalCenter: parent.verticalCenter
+            keepAwake: root.keepAwake
+            motion: root.owl
+            surface: overlay
         }
     }
 
@@ -123,6 +134,13 @@ Item {
             anchors.fill: parent
             presenter: root.handoff.sharing
         }
+    }
+
+    // Where the header's menus open.
+    Item {
+        id: overlay
+
+        anchors.fill: parent
     }
 
     // Below the notch, which would hide a part of its outline.

@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Nimbarrow.Clipboard
+import Nimbarrow.KeepAwake
 import Nimbarrow.Notch
 import Nimbarrow.Preferences
 import Nimbarrow.Settings
@@ -17,6 +18,8 @@ HoverTrackingView {
     required property EntryHandoff handoff
     required property Settings settings
     required property About about
+    required property KeepAwake keepAwake
+    required property OwlMotion owl
 
     /// What is drawn; the window ends there.
     readonly property NotchShape shape: body
@@ -72,9 +75,11 @@ HoverTrackingView {
                 actions: root.actions
                 handoff: root.handoff
                 height: root.notch.expandedSize.height
+                keepAwake: root.keepAwake
                 notch: root.notch
                 notchHeight: root.notch.notchSize.height
                 notchWidth: root.notch.notchSize.width
+                owl: root.owl
                 settings: root.settings
                 store: root.store
                 width: root.notch.expandedSize.width

@@ -14,6 +14,7 @@
 #include "platform/PanelWindow.h"
 #include "platform/Pasteboard.h"
 #include "platform/Pointer.h"
+#include "platform/PowerAssertions.h"
 #include "platform/Scheduler.h"
 #include "platform/Screens.h"
 #include "platform/ScreenshotFolder.h"
@@ -48,12 +49,13 @@ struct Platform {
     std::unique_ptr<AccessibilityTrust> accessibilityTrust;
     std::unique_ptr<Opener> opener;
     std::unique_ptr<Scripting> scripting;
-
-    /// Hands the pages that the heap no longer uses back to the system.
-    std::function<void()> returnFreeMemory;
     std::unique_ptr<FolderEvents> folderEvents;
     std::unique_ptr<ScreenshotFolder> screenshotFolder;
     std::unique_ptr<SharePicker> sharePicker;
+    std::unique_ptr<PowerAssertions> powerAssertions;
+
+    /// Hands the pages that the heap no longer uses back to the system.
+    std::function<void()> returnFreeMemory;
 
     /// Turns a window that was never shown into the panel. The window must outlive the port.
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;

@@ -11,6 +11,7 @@
 #include "support/FakeLoginItem.h"
 #include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
+#include "support/FakePowerAssertions.h"
 #include "support/FakeScreenshots.h"
 #include "support/FakeSharePicker.h"
 #include "support/FakeTrust.h"
@@ -61,6 +62,7 @@ struct Program {
         give<FakeDesktopPreferences>(platform.desktopPreferences);
         give<FakeLoginItem>(platform.loginItem);
         give<FakeOpener>(platform.opener);
+        give<FakePowerAssertions>(platform.powerAssertions);
         give<FakeSharePicker>(platform.sharePicker);
         give<FakeFolderEvents>(platform.folderEvents);
         give<FakeScreenshotFolder>(platform.screenshotFolder);

@@ -47,6 +47,8 @@ SurfaceFixture::SurfaceFixture(QSizeF notch)
         { u"handoff"_s, QVariant::fromValue(&handoff) },
         { u"settings"_s, QVariant::fromValue(&history.settings) },
         { u"about"_s, QVariant::fromValue(&about) },
+        { u"keepAwake"_s, QVariant::fromValue(&keepAwake) },
+        { u"owl"_s, QVariant::fromValue(&owl) },
     });
     view.resize(notch.toSize());
     view.setSource(QUrl(u"qrc:/qt/qml/Nimbarrow/Notch/NotchRootView.qml"_s));

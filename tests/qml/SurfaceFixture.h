@@ -5,6 +5,8 @@
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/Paster.h"
 #include "clipboard/ThumbnailLoader.h"
+#include "keepawake/KeepAwake.h"
+#include "keepawake/OwlMotion.h"
 #include "notch/HoverTrackingView.h"
 #include "notch/NotchActions.h"
 #include "notch/NotchShape.h"
@@ -14,6 +16,7 @@
 #include "support/FakeKeystrokes.h"
 #include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
+#include "support/FakePowerAssertions.h"
 #include "support/FakeSharePicker.h"
 #include "support/HistoryFixture.h"
 
@@ -41,6 +44,9 @@ public:
     FakeSharePicker sharePicker;
     EntryHandoff handoff { *history.store, paster, opener, sharePicker };
     About about { opener };
+    FakePowerAssertions power;
+    KeepAwake keepAwake { power, history.time, history.time };
+    OwlMotion owl { history.time, history.time, [] { return 0.5; } };
     ThumbnailLoader thumbnails { history.queues };
     NotchState state;
     NotchActions actions;

@@ -6,6 +6,7 @@
 #include "platform/linux/DisplayPanels.h"
 #include "platform/linux/InheritedState.h"
 #include "platform/linux/InotifyFolderEvents.h"
+#include "platform/linux/LinuxPowerAssertions.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/NoScripting.h"
 #include "platform/linux/PortalSharePicker.h"
@@ -89,6 +90,7 @@ Platform makePlatform()
     platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();
     platform.sharePicker
         = std::make_unique<PortalSharePicker>(inheritedState(), liveSessionBus(), *platform.workQueues);
+    platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(liveSessionBus(), liveSystemBus());
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }
