@@ -138,6 +138,20 @@ private Q_SLOTS:
         QCOMPARE(f.names(), (QStringList { u"Screenshot 2.png"_s, u"Screenshot 3.png"_s }));
     }
 
+    void waitsForAFileThatIsBeingWritten()
+    {
+        Fixture f;
+        f.start();
+        f.save(u"Screenshot 1.png"_s);
+        f.save(u"Screenshot 2.png"_s);
+        f.events.unfinished = QStringList { u"Screenshot 2.png"_s };
+        f.settle();
+        QCOMPARE(f.names(), QStringList { u"Screenshot 1.png"_s });
+        f.events.unfinished.clear();
+        f.settle();
+        QCOMPARE(f.names(), (QStringList { u"Screenshot 1.png"_s, u"Screenshot 2.png"_s }));
+    }
+
     void takesAFileThatComesBackAgain()
     {
         Fixture f;

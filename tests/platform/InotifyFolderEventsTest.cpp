@@ -33,9 +33,11 @@ private Q_SLOTS:
         for (auto chunk = 0; chunk < 3; ++chunk) {
             QCOMPARE(file.write("chunk"), 5);
             expectNothing();
+            QCOMPARE(m_watch->unfinished(), QStringList { u"direct.png"_s });
         }
         file.close();
         QTRY_COMPARE(m_changes, 1);
+        QCOMPARE(m_watch->unfinished(), QStringList());
     }
 
     void tellsOfAFileThatGetsItsName()
