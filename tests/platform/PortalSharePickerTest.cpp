@@ -14,9 +14,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
 using Items = QList<ShareItem>;
@@ -123,7 +120,6 @@ private Q_SLOTS:
         QTest::newRow("tool") << 0U << 0U << true << mail << none << mail;
         QTest::newRow("portals") << 1U << 3U << false << mail << mail << mail + program;
         QTest::newRow("portal that does not ask") << 0U << 2U << false << none << none << none;
-        QTest::newRow("no mail portal") << 0U << 4U << true << mail << none << mail + program;
     }
 
     void offersWhatTheDesktopHas()
@@ -141,7 +137,6 @@ private Q_SLOTS:
         QTEST(m_picker->services({ m_file }), "file");
         QTEST(m_picker->services({ QUrl(u"https://example.org"_s) }), "file");
         QCOMPARE(m_picker->services({ m_file, m_otherFile }).contains(ShareService::OpenWith), false);
-        QCOMPARE(m_picker->services({}), none());
     }
 
     void asksThePortals_data()
@@ -212,36 +207,7 @@ private Q_SLOTS:
         QCOMPARE(m_portals->asked.size(), portalRefuses ? 1 : 0);
     }
 
-    void waitsForNoPipeAndForNoAnswer()
-    {
-        m_portals->email = 3;
-        start();
-        const auto pipe = m_disk->filePath(u"pipe"_s);
-        QCOMPARE(::mkfifo(qPrintable(pipe), 0600), 0);
-        m_picker->share({ QUrl::fromLocalFile(pipe) }, ShareService::Email);
-        m_queues.runAll();
-        QTRY_COMPARE(m_portals->asked.size(), 1);
-
-        // Gone before its files are open, or before it is answered.
-        m_picker->share({ m_file }, ShareService::Email);
-        m_picker.reset();
-        QCOMPARE(m_queues.waiting(), 0);
-        QTest::qWait(20);
-        QCOMPARE(m_portals->asked.size(), 1);
-    }
-
-    void doesNothingWithoutABus()
-    {
-        m_picker = std::make_unique<PortalSharePicker>(m_inherited, std::nullopt, m_queues);
-        QCOMPARE(m_picker->services({ m_file }), none());
-        m_picker->share({ m_file }, ShareService::Email);
-        m_picker->share({ m_file }, ShareService::OpenWith);
-        QCOMPARE(m_queues.waiting(), 0);
-    }
-
 private:
-    static Services none() { return {}; }
-
     [[nodiscard]] QUrl save(const QString& name) const
     {
         QFile file(m_disk->filePath(name));

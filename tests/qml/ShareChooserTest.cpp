@@ -3,11 +3,9 @@
 #include "support/FakeOpener.h"
 #include "support/FakeSharePicker.h"
 
-#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QRegularExpression>
 #include <QTest>
-#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
@@ -64,45 +62,8 @@ private Q_SLOTS:
         QVERIFY(!m_picker.used);
     }
 
-    void keepsThePointerFromWhatLiesBelow()
-    {
-        SurfaceFixture surface;
-        for (auto number = 0; number < 12; ++number)
-            surface.addText(u"text %1"_s.arg(number));
-        surface.show(NotchState::Expanded);
-        auto* const tracker = qobject_cast<HoverTrackingView*>(surface.view.rootObject());
-        int exits = 0;
-        tracker->onExit = [&exits] { ++exits; };
-        auto* const entry = surface.find("ClipboardRow", 2);
-        surface.moveTo(SurfaceFixture::middle(entry));
-        QVERIFY(entry->property("hovered").toBool());
-
-        SharePresenter presenter(m_picker, m_opener, { u"text"_s }, {});
-        QQmlComponent component(
-            surface.view.engine(), QUrl(u"qrc:/qt/qml/Nimbarrow/Clipboard/ShareChooser.qml"_s));
-        const std::unique_ptr<QObject> made(
-            component.createWithInitialProperties({ { u"presenter"_s, QVariant::fromValue(&presenter) } }));
-        auto* const chooser = qobject_cast<QQuickItem*>(made.get());
-        auto* const content = surface.find("ClipboardColumn");
-        chooser->setParentItem(content->parentItem());
-        content->setEnabled(false);
-        chooser->setSize(content->size());
-        surface.moveTo(SurfaceFixture::middle(entry) + QPoint(3, 0));
-        QVERIFY(!entry->property("hovered").toBool());
-        QCOMPARE(exits, 0);
-
-        auto* const list = surface.find("EntryList");
-        const QPointF place = SurfaceFixture::middle(entry);
-        QWheelEvent wheel(place, surface.view.mapToGlobal(place), {}, { 0, -120 }, Qt::NoButton, {},
-            Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&surface.view, &wheel);
-        surface.settle();
-        QCOMPARE(list->property("contentY").toReal(), 0.0);
-    }
-
     void fitsInBothLanguages()
     {
-        m_picker.offered = { ShareService::Email, ShareService::OpenWith };
         for (const auto language : { L10n::English, L10n::Ukrainian }) {
             show();
             L10n::setCurrent(language);
