@@ -109,8 +109,9 @@ void ScreenshotWatcher::scheduleScan()
 void ScreenshotWatcher::scan()
 {
     const auto found = std::make_shared<QStringList>();
-    m_queue->run([found, known = m_known, directory = m_directory,
-                     &folder = m_folder] { *found = takeNew(directory, *known, folder); },
+    const auto unfinished = m_source ? m_source->unfinished() : QStringList();
+    m_queue->run([found, unfinished, known = m_known, directory = m_directory,
+                     &folder = m_folder] { *found = takeNew(directory, unfinished, *known, folder); },
         this,
         [this, found] {
             for (const auto& path : *found)
@@ -118,12 +119,13 @@ void ScreenshotWatcher::scan()
         });
 }
 
-QStringList ScreenshotWatcher::takeNew(
-    const QString& directory, QSet<QString>& known, const ScreenshotFolder& folder)
+QStringList ScreenshotWatcher::takeNew(const QString& directory, const QStringList& unfinished,
+    QSet<QString>& known, const ScreenshotFolder& folder)
 {
-    const auto present = names(directory);
+    auto present = names(directory);
     if (!present)
         return {};
+    present->removeIf([&unfinished](const QString& name) { return unfinished.contains(name); });
     QStringList found;
     for (const auto& name : *present) {
         const QString path = directory + u'/' + name;

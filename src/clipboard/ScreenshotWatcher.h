@@ -43,8 +43,9 @@ private:
     void scan();
     [[nodiscard]] static bool isScreenshot(const ScreenshotFolder& folder, const QString& path);
     /// The paths of screenshots that are not in `known`, which knows everything in the folder afterwards.
-    [[nodiscard]] static QStringList takeNew(
-        const QString& directory, QSet<QString>& known, const ScreenshotFolder& folder);
+    /// Those that are `unfinished` are for a later scan.
+    [[nodiscard]] static QStringList takeNew(const QString& directory, const QStringList& unfinished,
+        QSet<QString>& known, const ScreenshotFolder& folder);
 
     ClipboardStore& m_store;
     FolderEvents& m_events;

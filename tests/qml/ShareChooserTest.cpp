@@ -3,11 +3,9 @@
 #include "support/FakeOpener.h"
 #include "support/FakeSharePicker.h"
 
-#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QRegularExpression>
 #include <QTest>
-#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
@@ -19,152 +17,69 @@ private Q_SLOTS:
     void init()
     {
         QTest::failOnWarning(QRegularExpression(u"."_s));
-        L10n::setCurrent(L10n::English);
-        m_done = 0;
-        m_picker.used.reset();
-        m_picker.offered = { ShareService::Email, ShareService::OpenWith };
-    }
-    void cleanup()
-    {
-        m_view.reset();
-        m_presenter.reset();
-    }
-
-    void doesWhatIsClicked()
-    {
-        show();
-        QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, middle(row(1)));
-        QCOMPARE(m_picker.used, ShareService::OpenWith);
-        QCOMPARE(m_done, 1);
-    }
-
-    void closesWithoutAChoice()
-    {
-        show();
-        // The card itself is not beside the rows.
-        QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, middle(row(0)) - QPoint(0, 30));
-        QCOMPARE(m_done, 0);
-        QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, { 10, 10 });
-        QCOMPARE(m_done, 1);
-
-        show();
-        QTest::keyClick(m_view.get(), Qt::Key_Escape);
-        QCOMPARE(m_done, 2);
-        QVERIFY(!m_picker.used);
-    }
-
-    void staysWhileItFades()
-    {
-        show();
-        m_view->rootObject()->setProperty("presenter", QVariant::fromValue<SharePresenter*>(nullptr));
-        m_presenter.reset();
-        QVERIFY(row(3));
-        QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, middle(row(0)));
-        QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, { 10, 10 });
-        QVERIFY(!m_picker.used);
-    }
-
-    void keepsThePointerFromWhatLiesBelow()
-    {
-        SurfaceFixture surface;
-        for (auto number = 0; number < 12; ++number)
-            surface.addText(u"text %1"_s.arg(number));
-        surface.show(NotchState::Expanded);
-        auto* const tracker = qobject_cast<HoverTrackingView*>(surface.view.rootObject());
-        int exits = 0;
-        tracker->onExit = [&exits] { ++exits; };
-        auto* const entry = surface.find("ClipboardRow", 2);
-        surface.moveTo(SurfaceFixture::middle(entry));
-        QVERIFY(entry->property("hovered").toBool());
-
-        SharePresenter presenter(m_picker, m_opener, { u"text"_s }, {});
-        QQmlComponent component(
-            surface.view.engine(), QUrl(u"qrc:/qt/qml/Nimbarrow/Clipboard/ShareChooser.qml"_s));
-        const std::unique_ptr<QObject> made(
-            component.createWithInitialProperties({ { u"presenter"_s, QVariant::fromValue(&presenter) } }));
-        auto* const chooser = qobject_cast<QQuickItem*>(made.get());
-        auto* const content = surface.find("ClipboardColumn");
-        chooser->setParentItem(content->parentItem());
-        content->setEnabled(false);
-        chooser->setSize(content->size());
-        surface.moveTo(SurfaceFixture::middle(entry) + QPoint(3, 0));
-        QVERIFY(!entry->property("hovered").toBool());
-        QCOMPARE(exits, 0);
-
-        auto* const list = surface.find("EntryList");
-        const QPointF place = SurfaceFixture::middle(entry);
-        QWheelEvent wheel(place, surface.view.mapToGlobal(place), {}, { 0, -120 }, Qt::NoButton, {},
-            Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&surface.view, &wheel);
-        surface.settle();
-        QCOMPARE(list->property("contentY").toReal(), 0.0);
-    }
-
-    void fitsInBothLanguages()
-    {
-        m_picker.offered = { ShareService::Email, ShareService::OpenWith };
-        for (const auto language : { L10n::English, L10n::Ukrainian }) {
-            show();
-            L10n::setCurrent(language);
-            QCOMPARE(texts(),
-                (QStringList { L10n::text(L10n::Key::Share), L10n::text(L10n::Key::ShareEmail),
-                    L10n::text(L10n::Key::ShareOpenWith), L10n::text(L10n::Key::ShareShowInFolder),
-                    L10n::text(L10n::Key::ShareOpen) }));
-        }
-        m_picker.offered.clear();
-        show({ u"text"_s });
-        QCOMPARE(
-            texts(), (QStringList { L10n::text(L10n::Key::Share), L10n::text(L10n::Key::ShareNothing) }));
-    }
-
-private:
-    void show(const QList<ShareItem>& items = { QUrl(u"file:///a.txt"_s) })
-    {
-        m_view.reset();
-        m_presenter = std::make_unique<SharePresenter>(m_picker, m_opener, items, [this] { ++m_done; });
         m_view = std::make_unique<QQuickView>();
         m_view->engine()->addImportPath(u"qrc:/qt/qml"_s);
+        m_view->setInitialProperties({ { u"presenter"_s, QVariant::fromValue(&m_presenter) } });
         m_view->setResizeMode(QQuickView::SizeRootObjectToView);
-        m_view->setInitialProperties({ { u"presenter"_s, QVariant::fromValue(m_presenter.get()) } });
         m_view->resize(400, 200);
         m_view->setSource(QUrl(u"qrc:/qt/qml/Nimbarrow/Clipboard/ShareChooser.qml"_s));
         m_view->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
     }
 
-    [[nodiscard]] QList<QQuickItem*> items(const char* type) const
+    void closesWithOneChoice_data()
     {
-        QList<QQuickItem*> found;
-        QList<QQuickItem*> left { m_view->rootObject() };
-        while (!left.isEmpty()) {
-            auto* const item = left.takeFirst();
-            if (item->isVisible() && QByteArray(item->metaObject()->className()).startsWith(type))
-                found << item;
-            left << item->childItems();
-        }
-        std::ranges::sort(found, {}, [](const QQuickItem* item) { return item->mapToScene({}).y(); });
-        return found;
+        QTest::addColumn<QPoint>("place");
+        QTest::addColumn<bool>("done");
+        QTest::addColumn<bool>("used");
+        QTest::newRow("title") << QPoint(200, 40) << false << false;
+        QTest::newRow("beside") << QPoint(10, 10) << true << false;
+        QTest::newRow("second row") << QPoint(200, 97) << true << true;
+        QTest::newRow("Escape") << QPoint() << true << false;
     }
 
-    [[nodiscard]] QQuickItem* row(int index) const { return items("ShareChoiceRow_").value(index); }
-
-    [[nodiscard]] QStringList texts() const
+    void closesWithOneChoice()
     {
-        QStringList texts;
-        for (const auto* const line : items("Line_")) {
-            texts << line->property("text").toString();
-            if (line->property("truncated").toBool())
-                qWarning("%ls is cut", qUtf16Printable(texts.constLast()));
-        }
-        return texts;
+        QFETCH(QPoint, place);
+        int done = 0;
+        m_picker.used.reset();
+        SharePresenter presenter(m_picker, m_opener, { QUrl(u"file:///a.txt"_s) }, [&done] { ++done; });
+        m_view->rootObject()->setProperty("presenter", QVariant::fromValue(&presenter));
+        if (place.isNull())
+            QTest::keyClick(m_view.get(), Qt::Key_Escape);
+        else
+            QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, place);
+        QTEST(done == 1, "done");
+        QTEST(m_picker.used == ShareService::OpenWith, "used");
+
+        // While it fades there is nobody to tell.
+        m_view->rootObject()->setProperty("presenter", QVariant::fromValue<SharePresenter*>(nullptr));
+        QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, { 200, 97 });
     }
 
-    static QPoint middle(const QQuickItem* item) { return SurfaceFixture::middle(item); }
+    void fitsInBothLanguages()
+    {
+        for (const auto language : { L10n::English, L10n::Ukrainian }) {
+            L10n::setCurrent(language);
+            QStringList texts;
+            QList<QQuickItem*> left { m_view->rootObject() };
+            while (!left.isEmpty()) {
+                const auto* const item = left.takeFirst();
+                left << item->childItems();
+                if (!item->isVisible() || !QByteArray(item->metaObject()->className()).startsWith("Line_"))
+                    continue;
+                texts << item->property("text").toString();
+                QVERIFY2(!item->property("truncated").toBool(), qPrintable(texts.constLast()));
+            }
+            QCOMPARE(texts.size(), 5);
+            QVERIFY(texts.contains(L10n::text(L10n::Key::ShareOpenWith)));
+        }
+    }
 
+private:
     FakeSharePicker m_picker;
     FakeOpener m_opener;
-    int m_done = 0;
-    std::unique_ptr<SharePresenter> m_presenter;
+    SharePresenter m_presenter { m_picker, m_opener, { QUrl(u"file:///a.txt"_s) }, {} };
     std::unique_ptr<QQuickView> m_view;
 };
 

@@ -12,6 +12,7 @@ public:
     /// What is being watched; empty when nothing is.
     QString watched;
     std::function<void()> changed;
+    QStringList unfinished;
 
     [[nodiscard]] std::unique_ptr<Watch> watch(
         const QString& folder, std::function<void()> whenChanged) override
@@ -30,6 +31,7 @@ private:
             : m_events(events)
         {
         }
+        [[nodiscard]] QStringList unfinished() const override { return m_events.unfinished; }
         ~Watched() override
         {
             m_events.watched.clear();

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QScopedPointer>
+#include <QSet>
 #include <QSocketNotifier>
 
 #include <array>
@@ -16,8 +17,9 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr std::uint32_t finished = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_DELETE_SELF
-    | IN_MOVE_SELF | IN_Q_OVERFLOW;
+constexpr std::uint32_t told
+    = IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF;
+constexpr std::uint32_t changes = told | IN_Q_OVERFLOW;
 
 class InotifyWatch final : public FolderEvents::Watch {
 public:
@@ -37,6 +39,8 @@ public:
         ::close(m_events);
     }
 
+    [[nodiscard]] QStringList unfinished() const override { return m_unfinished.values(); }
+
 private:
     void readEvents()
     {
@@ -49,9 +53,7 @@ private:
             for (std::size_t place = 0; place < static_cast<std::size_t>(size);) {
                 inotify_event event {};
                 std::memcpy(&event, buffer.data() + place, sizeof event);
-                const char* const name = buffer.data() + place + sizeof event;
-                isChange = isChange || (event.mask & finished) != 0
-                    || ((event.mask & IN_CREATE) != 0 && event.len > 0 && isComplete(name));
+                isChange |= take(event.mask, event.len > 0 ? buffer.data() + place + sizeof event : "");
                 place += sizeof event + event.len;
             }
         }
@@ -60,6 +62,21 @@ private:
         // What is called may drop this object.
         const auto changed = m_changed;
         changed();
+    }
+
+    /// False when more of it will follow.
+    bool take(std::uint32_t what, const char* name)
+    {
+        const auto text = QFile::decodeName(name);
+        if ((what & IN_CREATE) != 0 && !isComplete(name)) {
+            m_unfinished.insert(text);
+            return false;
+        }
+        m_unfinished.remove(text);
+        // What the kernel has left out may have been the end of any of them.
+        if ((what & IN_Q_OVERFLOW) != 0)
+            m_unfinished.clear();
+        return (what & changes) != 0;
     }
 
     /// A new file is being written, and closing it will be told too. A link is there at once, and nothing
@@ -74,6 +91,7 @@ private:
     int m_events;
     QByteArray m_folder;
     std::function<void()> m_changed;
+    QSet<QString> m_unfinished;
     /// Later, because the watch may be dropped while its notifier speaks.
     std::unique_ptr<QSocketNotifier, QScopedPointerDeleteLater> m_notifier;
 };
@@ -87,9 +105,7 @@ std::unique_ptr<FolderEvents::Watch> InotifyFolderEvents::watch(
     if (events < 0)
         return {};
     auto path = QFile::encodeName(folder);
-    const auto told = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_CREATE | IN_DELETE_SELF
-        | IN_MOVE_SELF | IN_ONLYDIR;
-    if (::inotify_add_watch(events, path.constData(), told) < 0) {
+    if (::inotify_add_watch(events, path.constData(), told | IN_ONLYDIR) < 0) {
         ::close(events);
         return {};
     }
