@@ -136,11 +136,13 @@ def main(build, results_file):
         time.sleep(1)
         ours = measure_ours(desktop, build, copier)
         peer = measure_peer(desktop, copier)
+        owl = desktop.call([str(build / "bench" / "OwlIdle")]).decode()
     table = {what: {"nimbarrow": ours[what], "peer": peer[what], "ratio": ours[what] / peer[what]}
              for what in ours}
     print(f"{'what':<22}{'nimbarrow':>12}{'copyq':>12}{'ratio':>10}")
     for what, row in table.items():
         print(f"{what:<22}{row['nimbarrow']:>12.1f}{row['peer']:>12.1f}{row['ratio']:>10.2f}")
+    print("\n" + owl, end="")
     pathlib.Path(results_file).write_text(json.dumps(table, indent=2) + "\n")
 
 
