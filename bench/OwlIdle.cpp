@@ -4,6 +4,7 @@
 #include "keepawake/KeepAwake.h"
 #include "keepawake/OwlMotion.h"
 #include "notch/NotchShape.h"
+#include "platform/Platform.h"
 #include "platform/qt/QtScheduler.h"
 #include "platform/qt/SystemClock.h"
 #include "support/FakePowerAssertions.h"
@@ -24,7 +25,7 @@ using namespace nimbarrow;
 
 namespace {
 
-constexpr auto span = 15s;
+constexpr auto span = 10s;
 
 double processorSeconds()
 {
@@ -85,7 +86,7 @@ private:
         std::function<void()> prepare;
     };
 
-    void measure(const char* name)
+    void measure(const char* name) const
     {
         const auto seconds = std::chrono::duration<double>(span).count();
         std::printf(
@@ -130,6 +131,7 @@ private:
 
 int main(int argc, char* argv[])
 {
+    preparePlatform();
     const QGuiApplication application(argc, argv);
     Bench bench;
     bench.run();

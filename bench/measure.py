@@ -138,6 +138,7 @@ def main(build, results_file):
         time.sleep(1)
         ours = measure_ours(desktop, build, copier)
         peer = measure_peer(desktop, copier)
+        owl = desktop.call([str(build / "bench" / "OwlIdle")]).decode()
     table = {what: {"nimbarrow": ours[what], "peer": peer[what], "ratio": ours[what] / peer[what]}
              for what in ours}
     print(f"{'what':<22}{'nimbarrow':>12}{'copyq':>12}{'ratio':>10}")
@@ -148,6 +149,7 @@ def main(build, results_file):
     for what, figures in surface.items():
         print(f"{what:<36}" + ", ".join(f"{name} {figure:.1f}" for name, figure in figures.items()))
     pathlib.Path(results_file).write_text(json.dumps({"copies": table, "surface": surface}, indent=2) + "\n")
+    print("\n" + owl, end="")
 
 
 if __name__ == "__main__":

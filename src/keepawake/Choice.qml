@@ -24,7 +24,8 @@ Rectangle {
 
         anchors.fill: parent
         color: root.hovered ? Theme.title : Theme.secondary
-        font.pixelSize: Theme.rowText
+        // The sign is much smaller than the digits of its size.
+        font.pixelSize: root.label === "∞" ? 17 : Theme.rowText
         horizontalAlignment: Text.AlignHCenter
         text: root.label
     }

@@ -54,6 +54,11 @@ FadingContent {
                 radius: parent.radius
             }
 
+            // What lies below is not what the pointer is over.
+            HoverHandler {
+                blocking: true
+            }
+
             // A press between the rows is no press beside the picker.
             TapHandler {
                 gesturePolicy: TapHandler.ReleaseWithinBounds

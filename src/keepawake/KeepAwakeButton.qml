@@ -37,6 +37,7 @@ Item {
         anchors.rightMargin: 4
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.secondary
+        font.pixelSize: text === "∞" ? 16 : Theme.smallText
         text: root.keepAwake.timeLeft
         visible: root.keepAwake.isActive
     }

@@ -37,30 +37,23 @@ class OwlMotionTest : public QObject {
 private Q_SLOTS:
     void init() { m = std::make_unique<Fixture>(); }
 
-    void standsStillWhereNobodyLooks_data()
-    {
-        QTest::addColumn<bool>("awake");
-        QTest::addColumn<bool>("reduced");
-        QTest::newRow("asleep, closed") << false << false;
-        QTest::newRow("awake, closed") << true << false;
-        QTest::newRow("asleep, less motion") << false << true;
-        QTest::newRow("awake, less motion") << true << true;
-    }
-
     void standsStillWhereNobodyLooks()
     {
-        QFETCH(bool, awake);
-        QFETCH(bool, reduced);
-        m->open(!awake);
-        m->time.advance(4s);
-        // In the middle of everything.
-        if (reduced)
-            m->motion.setReduced(true);
-        else
-            m->motion.setActive(false);
-        m->motion.setAwake(awake);
-        QCOMPARE(m->time.pending(), 0);
-        QVERIFY(m->pose() == OwlPose { .wake = awake ? 1.0 : 0.0 });
+        for (const bool awake : { false, true }) {
+            for (const bool reduced : { false, true }) {
+                init();
+                m->open(!awake);
+                m->time.advance(4s);
+                // In the middle of everything.
+                if (reduced)
+                    m->motion.setReduced(true);
+                else
+                    m->motion.setActive(false);
+                m->motion.setAwake(awake);
+                QCOMPARE(m->time.pending(), 0);
+                QVERIFY(m->pose() == OwlPose { .wake = awake ? 1.0 : 0.0 });
+            }
+        }
     }
 
     void breathesAndSnoresAsleep()
@@ -107,48 +100,34 @@ private Q_SLOTS:
         QCOMPARE(m->time.pending(), 1);
     }
 
-    void makesOneSmallMoveAfterAPause_data()
-    {
-        QTest::addColumn<double>("move");
-        QTest::addColumn<int>("after");
-        QTest::addColumn<double>("blink");
-        QTest::addColumn<double>("glance");
-        QTest::addColumn<bool>("tilted");
-        QTest::addColumn<bool>("hops");
-        QTest::newRow("closes its eyes") << 0.1 << 80 << 1.0 << 0.0 << false << false;
-        QTest::newRow("has opened them") << 0.1 << 180 << 0.0 << 0.0 << false << false;
-        QTest::newRow("looks aside") << 0.3 << 180 << 0.0 << -1.0 << false << false;
-        QTest::newRow("still looks there") << 0.3 << 600 << 0.0 << -1.0 << false << false;
-        QTest::newRow("tilts its head") << 0.7 << 800 << 0.0 << 0.0 << true << false;
-        QTest::newRow("hops") << 0.9 << 160 << 0.0 << 0.0 << false << true;
-        QTest::newRow("has landed") << 0.9 << 1200 << 0.0 << 0.0 << false << false;
-    }
-
     void makesOneSmallMoveAfterAPause()
     {
-        QFETCH(double, move);
-        QFETCH(int, after);
-        QFETCH(bool, tilted);
-        QFETCH(bool, hops);
-        // The shortest pause, the move, and to the left where there is a side.
-        m->dice = { 0, move, 0, 0 };
-        m->open(true);
-        m->time.advance(1600ms);
-        m->time.advance(std::chrono::milliseconds(after));
-        const auto pose = m->pose();
-        // By the last frame, which is up to 16 ms old.
-        const auto near = [](double a, double b) { return std::abs(a - b) < 0.12; };
-        QFETCH(double, blink);
-        QVERIFY(near(pose.blink, blink));
-        QFETCH(double, glance);
-        QVERIFY(near(pose.glance, glance));
-        QCOMPARE(pose.tilt < -8, tilted);
-        QCOMPARE(pose.hop > 0.2, hops);
-
-        // Then it stands as before, until the next pause is over.
-        m->time.advance(3s);
-        QVERIFY(m->pose() == OwlPose { .wake = 1 });
-        QCOMPARE(m->time.pending(), 1);
+        struct Moment {
+            const char* name;
+            double move;
+            std::chrono::milliseconds after;
+            bool (*shows)(const OwlPose& pose);
+        };
+        const std::initializer_list<Moment> moments {
+            { "closes its eyes", 0.1, 80ms, [](const OwlPose& pose) { return pose.blink > 0.9; } },
+            { "has opened them", 0.1, 180ms, [](const OwlPose& pose) { return pose.blink == 0; } },
+            { "looks aside", 0.3, 180ms, [](const OwlPose& pose) { return pose.glance == -1; } },
+            { "tilts its head", 0.7, 800ms, [](const OwlPose& pose) { return pose.tilt < -8; } },
+            { "hops", 0.9, 160ms, [](const OwlPose& pose) { return pose.hop > 0.2; } },
+            { "has landed", 0.9, 1200ms, [](const OwlPose& pose) { return pose.hop == 0; } },
+        };
+        for (const auto& moment : moments) {
+            init();
+            // The shortest pause, the move, and to the left where there is a side.
+            m->dice = { 0, moment.move, 0, 0 };
+            m->open(true);
+            m->time.advance(1600ms + moment.after);
+            QVERIFY2(moment.shows(m->pose()), moment.name);
+            // Then it stands as before, until the next pause is over.
+            m->time.advance(3s);
+            QVERIFY2(m->pose() == OwlPose { .wake = 1 }, moment.name);
+            QCOMPARE(m->time.pending(), 1);
+        }
     }
 
     void fallsAsleepFromAnyMove()

@@ -7,19 +7,42 @@
 #include <QMap>
 #include <QObject>
 #include <QStringList>
+#include <QUuid>
 #include <QVariantMap>
 
 namespace nimbarrow {
 
+/// A service with a connection of its own, so that to the bus it is another process; it ends with the object.
+class FakeService : public QObject, protected QDBusContext {
+    Q_OBJECT
+
+public:
+    FakeService(const QString& address, const QString& name, const QString& path)
+        : bus(QDBusConnection::connectToBus(address, QUuid::createUuid().toString()))
+    {
+        bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
+        bus.registerService(name);
+    }
+    ~FakeService() override { QDBusConnection::disconnectFromBus(bus.name()); }
+
+protected:
+    QDBusConnection bus;
+};
+
 /// The part of a desktop that darkens the screen, as its clients know it: each inhibition has a number, only
 /// who took it can give it back, and it ends with its client.
-class FakeScreenSaver : public QObject, protected QDBusContext {
+class FakeScreenSaver final : public FakeService {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.ScreenSaver")
 
 public:
-    FakeScreenSaver(const QString& address, uint firstCookie);
-    ~FakeScreenSaver() override;
+    explicit FakeScreenSaver(const QString& address)
+        : FakeService(address, QStringLiteral("org.freedesktop.ScreenSaver"),
+            QStringLiteral("/org/freedesktop/ScreenSaver"))
+    {
+        bus.connect({}, QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
+            QStringLiteral("NameOwnerChanged"), this, SLOT(followClient(QString, QString, QString)));
+    }
 
     /// Senders by the numbers of their inhibitions.
     QMap<uint, QString> held;
@@ -29,51 +52,68 @@ public:
     bool refuses = false;
 
 public Q_SLOTS:
-    uint Inhibit(const QString& application, const QString& reason); // NOLINT
-    void UnInhibit(uint cookie); // NOLINT
+    uint Inhibit(const QString& application, const QString& reason) // NOLINT
+    {
+        constexpr uint cookie = 7;
+        log << QStringLiteral("Inhibit %1: %2").arg(application, reason);
+        if (!answers)
+            setDelayedReply(true);
+        else if (refuses)
+            sendErrorReply(QDBusError::AccessDenied, QStringLiteral("no"));
+        else
+            held.insert(cookie + uint(held.size()), message().service());
+        return cookie + uint(held.size()) - 1;
+    }
+
+    void UnInhibit(uint cookie) // NOLINT
+    {
+        log << QStringLiteral("UnInhibit %1").arg(cookie);
+        if (held.value(cookie) == message().service())
+            held.remove(cookie);
+    }
 
 private Q_SLOTS:
-    void followClient(const QString& name, const QString& oldOwner, const QString& newOwner);
-
-private:
-    QDBusConnection m_bus;
-    uint m_nextCookie;
+    void followClient(const QString& name, const QString& /*oldOwner*/, const QString& newOwner)
+    {
+        if (newOwner.isEmpty())
+            held.removeIf([&name](const auto& entry) { return entry.value() == name; });
+    }
 };
 
 /// The portal's way to the same: a request that lasts until it is closed.
-class FakeInhibitPortal : public QObject {
+class FakePortalRequest final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Request")
+
+public Q_SLOTS:
+    void Close() { deleteLater(); } // NOLINT
+};
+
+class FakeInhibitPortal final : public FakeService {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Inhibit")
 
 public:
-    explicit FakeInhibitPortal(const QString& address);
-    ~FakeInhibitPortal() override;
+    explicit FakeInhibitPortal(const QString& address)
+        : FakeService(address, QStringLiteral("org.freedesktop.portal.Desktop"),
+            QStringLiteral("/org/freedesktop/portal/desktop"))
+    {
+    }
 
-    /// What is in force: flags and reason of each request.
-    QStringList held;
-    int asked = 0;
-
-public Q_SLOTS:
-    QDBusObjectPath Inhibit(const QString& window, uint flags, const QVariantMap& options); // NOLINT
-
-private:
-    QDBusConnection m_bus;
-};
-
-/// One request of the portal's.
-class FakePortalRequest : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Request")
-
-public:
-    FakePortalRequest(FakeInhibitPortal& portal, QString entry);
+    [[nodiscard]] qsizetype held() const { return findChildren<FakePortalRequest*>().size(); }
+    /// Flags and reason of each request that was ever made.
+    QStringList log;
 
 public Q_SLOTS:
-    void Close(); // NOLINT
-
-private:
-    FakeInhibitPortal& m_portal;
-    QString m_entry;
+    QDBusObjectPath Inhibit(const QString& /*window*/, uint flags, const QVariantMap& options) // NOLINT
+    {
+        log << QStringLiteral("%1 %2").arg(flags).arg(options.value(QStringLiteral("reason")).toString());
+        auto* const request = new FakePortalRequest;
+        request->setParent(this);
+        const auto path = QStringLiteral("/org/freedesktop/portal/desktop/request/t%1").arg(log.size());
+        bus.registerObject(path, request, QDBusConnection::ExportAllSlots);
+        return QDBusObjectPath(path);
+    }
 };
 
 } // namespace nimbarrow

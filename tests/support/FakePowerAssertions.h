@@ -39,7 +39,7 @@ public:
     }
 
     /// The service says no to what was asked of it before.
-    void refuse(Type type)
+    void refuse(Type type) const
     {
         const auto asked = held;
         for (auto* const assertion : asked) {

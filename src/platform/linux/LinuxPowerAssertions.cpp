@@ -21,9 +21,9 @@ const QString loginManager = u"org.freedesktop.login1"_s;
 /// Given back by a call that nobody waits for.
 class CallGrant final : public InhibitionService::Grant {
 public:
-    CallGrant(const QDBusConnection& bus, const QDBusMessage& call)
-        : m_bus(bus)
-        , m_call(call)
+    CallGrant(QDBusConnection bus, QDBusMessage call)
+        : m_bus(std::move(bus))
+        , m_call(std::move(call))
     {
         // A service that has ended has forgotten it.
         m_call.setAutoStartService(false);
@@ -39,8 +39,8 @@ private:
 /// In force until the last copy of the descriptor is closed.
 class DescriptorGrant final : public InhibitionService::Grant {
 public:
-    explicit DescriptorGrant(QDBusUnixFileDescriptor descriptor)
-        : m_descriptor(std::move(descriptor))
+    explicit DescriptorGrant(const QDBusUnixFileDescriptor& descriptor)
+        : m_descriptor(descriptor)
     {
     }
 
@@ -111,10 +111,10 @@ InhibitionService loginManagerOf(const QDBusConnection& bus)
                 return question;
             },
         .take = [](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
-            auto descriptor = answer.arguments().value(0).value<QDBusUnixFileDescriptor>();
+            const auto descriptor = answer.arguments().value(0).value<QDBusUnixFileDescriptor>();
             if (!descriptor.isValid())
                 return nullptr;
-            return std::make_unique<DescriptorGrant>(std::move(descriptor));
+            return std::make_unique<DescriptorGrant>(descriptor);
         } };
 }
 
