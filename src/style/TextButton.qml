@@ -5,6 +5,9 @@ Item {
     id: root
 
     required property string text
+    property real size: Theme.metaText
+    /// Stands out, as the one thing to do.
+    property bool emphasized: false
 
     signal clicked
 
@@ -19,8 +22,9 @@ Item {
         id: line
 
         anchors.fill: parent
-        color: hover.hovered ? Theme.title : Theme.secondary
-        font.pixelSize: Theme.metaText
+        color: hover.hovered || root.emphasized ? Theme.title : Theme.secondary
+        font.pixelSize: root.size
+        font.underline: root.emphasized && hover.hovered
         text: root.text
     }
 

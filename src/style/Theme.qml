@@ -23,6 +23,9 @@ QtObject {
     readonly property color knob: "white"
     /// Keeps symbols readable on a picture.
     readonly property color scrim: Qt.rgba(0, 0, 0, 0.65)
+    /// The present moment.
+    readonly property color now: "#ff453a"
+    readonly property color tooltip: Qt.rgba(0.16, 0.16, 0.16, 1)
     readonly property color dropField: Qt.rgba(0, 0, 0, 0.85)
 
     readonly property int rowHeight: 30
@@ -56,6 +59,8 @@ QtObject {
     /// And this long on an entry, where a text that comes at once would be in the way.
     readonly property int entryHelpDelay: 1000
     readonly property int flashDuration: 900
+    /// The pointer may leave the day for so long before it folds.
+    readonly property int foldDelay: 250
     /// A press that lasts this long is no click.
     readonly property int longPress: 400
 

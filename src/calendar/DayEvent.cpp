@@ -1,0 +1,112 @@
+#include "calendar/DayEvent.h"
+
+#include "calendar/LinkDetector.h"
+#include "platform/CalendarStore.h"
+
+#include <QLocale>
+#include <QUuid>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+constexpr std::array meetingHosts { "meet.google.com"_L1, "zoom.us"_L1, "teams.microsoft.com"_L1,
+    "teams.live.com"_L1 };
+
+constexpr QRgb calendarBlue = qRgb(0, 122, 255);
+
+// Of a colour on black, where hue and strength are as the user chose them.
+constexpr double leastLightness = 0.5;
+
+bool isMeetingHost(const QString& host)
+{
+    return std::ranges::any_of(meetingHosts, [&host](QLatin1StringView meeting) {
+        return host == meeting
+            || (host.endsWith(meeting) && host.at(host.size() - meeting.size() - 1) == u'.');
+    });
+}
+
+} // namespace
+
+DayEvent DayEvent::make(const CalendarEvent& event)
+{
+    Q_ASSERT(event.start.isValid() && event.end.isValid());
+    DayEvent day;
+    day.id = event.identifier.isEmpty() ? QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()
+                                        : event.identifier;
+    day.title = event.title;
+    day.start = event.start;
+    day.end = event.end;
+    day.isAllDay = event.isAllDay;
+    day.color = event.color.value_or(QColor(calendarBlue));
+    if (const auto location = event.location.trimmed(); !location.isEmpty())
+        day.location = location;
+    day.meetingUrl = meetingUrlIn(event.url, { event.location, event.notes });
+    day.isRecurring = event.hasRecurrenceRules || event.isDetached;
+    return day;
+}
+
+std::optional<QUrl> DayEvent::meetingUrlIn(const QUrl& url, const QList<std::optional<QString>>& texts)
+{
+    if (const auto target = linkdetector::unwrapped(url); isMeeting(target))
+        return target;
+    std::optional<QUrl> meeting;
+    for (const auto& text : texts) {
+        if (!text)
+            continue;
+        linkdetector::visit(*text, isMeetingHost, [&meeting](const QUrl& link) {
+            if (isMeeting(link))
+                meeting = link;
+            return meeting.has_value();
+        });
+        if (meeting)
+            break;
+    }
+    return meeting;
+}
+
+bool DayEvent::isMeeting(const QUrl& url)
+{
+    return isMeetingHost(url.host().toLower());
+}
+
+std::optional<QUrl> DayEvent::calendarUrl(const QString& id)
+{
+    if (!id.isValidUtf16())
+        return std::nullopt;
+    const auto path = QUrl::toPercentEncoding(id, "!$&'()*+,/:=@");
+    return QUrl::fromEncoded("ical://ekevent/" + path, QUrl::StrictMode);
+}
+
+bool DayEvent::isBefore(const DayEvent& one, const DayEvent& other)
+{
+    return one.start != other.start ? one.start < other.start : one.title < other.title;
+}
+
+QColor DayEvent::visibleColor() const
+{
+    if (color.lightnessF() >= leastLightness)
+        return color;
+    return QColor::fromHslF(std::max(0.0F, color.hslHueF()), color.hslSaturationF(), leastLightness);
+}
+
+QString DayEvent::details() const
+{
+    const QLocale locale;
+    const auto time = [&locale](const QDateTime& moment) {
+        return locale.toString(moment.toLocalTime().time(), QLocale::ShortFormat);
+    };
+    QStringList lines;
+    if (!isAllDay)
+        lines << time(start) + u" – "_s + time(end);
+    if (location)
+        lines << location->section(u'\n', 0, 0);
+    return lines.join(u'\n');
+}
+
+} // namespace nimbarrow

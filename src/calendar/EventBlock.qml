@@ -1,0 +1,77 @@
+import QtQuick
+import Nimbarrow.Calendar
+import Nimbarrow.Preferences
+import Nimbarrow.Style
+
+/// One event on the timeline. A click shows it in the calendar application.
+Item {
+    id: root
+
+    required property DayTimeline timeline
+    /// The event in its place.
+    required property var modelData
+    readonly property var event: modelData.event
+    readonly property bool hovered: hover.hovered
+
+    readonly property bool _joinable: event.isMeeting && width >= 40
+
+    Accessible.description: event.details
+    Accessible.name: event.title
+    Accessible.role: Accessible.Button
+
+    Accessible.onPressAction: timeline.open(event)
+
+    // Two that overlap stay two: what lies below does not shine through.
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.surface
+        radius: Theme.smallRadius
+
+        Rectangle {
+            anchors.fill: parent
+            color: root.event.color
+            opacity: root.hovered ? 0.42 : 0.3
+            radius: parent.radius
+        }
+    }
+
+    Rectangle {
+        color: root.event.color
+        height: parent.height
+        radius: 1
+        width: Math.min(2, parent.width)
+    }
+
+    Line {
+        anchors.fill: parent
+        anchors.leftMargin: 6
+        anchors.rightMargin: root._joinable ? 20 : 4
+        font.pixelSize: Theme.metaText
+        text: root.event.title
+        visible: width >= 12
+    }
+
+    HoverHandler {
+        id: hover
+    }
+
+    TapHandler {
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+
+        onTapped: root.timeline.open(root.event)
+    }
+
+    IconButton {
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        height: 18
+        help: L10n.texts[L10n.Join]
+        restingStrength: 0.92
+        size: 9
+        symbol: "video.fill"
+        visible: root._joinable
+        width: 20
+
+        onClicked: root.timeline.join(root.event)
+    }
+}
