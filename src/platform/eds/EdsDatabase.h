@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/CalendarStore.h"
+#include "platform/eds/EdsPatience.h"
+#include "platform/eds/GObjects.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <functional>
+#include <libecal/libecal.h>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace nimbarrow {
+
+class EdsCalendar;
+
+/// The data server's calendars. It lives on one thread that has a GLib main context of its own.
+class EdsDatabase {
+public:
+    /// `changed` is called whenever a calendar or an event in one that was read is another.
+    explicit EdsDatabase(std::function<void()> changed);
+    ~EdsDatabase();
+    Q_DISABLE_COPY_MOVE(EdsDatabase)
+
+    /// Over the calendars that the user has switched on; none when the server does not answer.
+    [[nodiscard]] std::optional<QList<CalendarEvent>> events(
+        const QDateTime& start, const QDateTime& end, EdsPatience& patience);
+
+    [[nodiscard]] CalendarStore::Created create(
+        const QString& title, const QDateTime& start, const QDateTime& end, EdsPatience& patience);
+
+private:
+    using Source = Reference<ESource>;
+
+    [[nodiscard]] bool connect(EdsPatience& patience);
+    [[nodiscard]] std::vector<Source> sources(const char* extension) const;
+    [[nodiscard]] std::vector<Source> shownCalendars() const;
+    [[nodiscard]] QSet<QString> ownAddresses() const;
+    /// Connected; null when that fails.
+    [[nodiscard]] EdsCalendar* calendar(ESource* source, EdsPatience& patience);
+    [[nodiscard]] EdsCalendar* calendarForNewEvents(EdsPatience& patience);
+
+    static void sourceChanged(ESourceRegistry* registry, ESource* source, gpointer self);
+
+    std::function<void()> m_changed;
+    Reference<ESourceRegistry> m_registry;
+    std::vector<std::unique_ptr<EdsCalendar>> m_calendars;
+    QString m_failure;
+};
+
+} // namespace nimbarrow
