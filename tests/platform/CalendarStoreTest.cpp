@@ -1,16 +1,15 @@
 #include "platform/eds/EdsCalendarStore.h"
+#include "platform/ical/IcsFolderCalendarStore.h"
 #include "support/DataServer.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimeZone>
 
 #include <csignal>
-#include <functional>
 #include <future>
-#include <iostream>
 
 using namespace nimbarrow;
 using namespace Qt::StringLiterals;
@@ -68,16 +67,60 @@ class CalendarStoreTest : public QObject {
     std::unique_ptr<DataServer> m_server;
     std::unique_ptr<CalendarStore> m_store;
 
-    void open() { m_store = std::make_unique<EdsCalendarStore>(); }
-    bool put(const QByteArray& components) { return m_server->put(components); }
+    [[nodiscard]] static bool isServer()
+    {
+        QFETCH_GLOBAL(bool, server);
+        return server;
+    }
+
+    [[nodiscard]] QString calendars() const { return m_folder.filePath(u"calendars"_s); }
+
+    static bool writeFile(const QString& path, const QByteArray& text)
+    {
+        QFile file(path);
+        return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
+            && file.write(text) >= 0;
+    }
+
+    /// As another program: at the server, or in the folder.
+    bool put(const QByteArray& components, bool second = false)
+    {
+        if (isServer())
+            return m_server->put(components, second ? u"second"_s : u"system-calendar"_s);
+        const auto path = calendars() + (second ? u"/Second"_s : u"/First"_s);
+        return writeFile(path + "/color"_L1, second ? "#ff0000\n" : "#00ff00\n")
+            && writeFile(
+                path + "/a.ics"_L1, "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" + components + "END:VCALENDAR\r\n");
+    }
+
+    static QByteArray event(const QByteArray& lines)
+    {
+        return "BEGIN:VEVENT\r\nUID:a@x\r\nDTSTAMP:20260101T000000Z\r\nSUMMARY:A\r\n" + lines
+            + "\r\nEND:VEVENT\r\n";
+    }
 
 private Q_SLOTS:
+    void initTestCase_data()
+    {
+        QTest::addColumn<bool>("server");
+        QTest::newRow("data server") << true;
+        QTest::newRow("folder") << false;
+    }
+
     void initTestCase() { m_server = std::make_unique<DataServer>(m_folder.filePath(u"eds"_s)); }
+
     void init()
     {
-        QVERIFY(m_server->clear());
-        open();
+        if (isServer()) {
+            QVERIFY(m_server->clear());
+            m_store = std::make_unique<EdsCalendarStore>();
+        } else {
+            QDir(calendars()).removeRecursively();
+            QVERIFY(writeFile(calendars() + "/addresses"_L1, "Sam@Example.org\n"));
+            m_store = std::make_unique<IcsFolderCalendarStore>(calendars());
+        }
     }
+
     void cleanup() { m_store.reset(); }
 
     void aDayHasWhatOverlapsIt_data()
@@ -86,10 +129,6 @@ private Q_SLOTS:
         QTest::addColumn<QDate>("day");
         QTest::addColumn<QStringList>("expected");
         const QDate day(2026, 11, 21);
-        const auto event = [](const QByteArray& lines) {
-            return "BEGIN:VEVENT\r\nUID:a@x\r\nDTSTAMP:20260101T000000Z\r\nSUMMARY:A\r\n" + lines
-                + "\r\nEND:VEVENT\r\n";
-        };
         const auto row = [](const char* name, const QByteArray& components, QDate on,
                              const QStringList& all) { QTest::newRow(name) << components << on << all; };
         row("nothing", event("DTSTART:20261122T090000Z\r\nDTEND:20261122T093000Z"), day, {});
@@ -195,6 +234,146 @@ private Q_SLOTS:
         QFETCH(QDate, day);
         QVERIFY(put(components));
         QTEST(described(read(*m_store, day)), "expected");
+    }
+
+    void whatAnotherProgramPutsInIsTold()
+    {
+        const QDate day(2026, 11, 21);
+        QCOMPARE(described(read(*m_store, day)), QStringList());
+        const QSignalSpy changed(m_store.get(), &CalendarStore::changed);
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
+        QTRY_VERIFY(!changed.isEmpty());
+        QTRY_COMPARE(described(read(*m_store, day)), QStringList { u"A 21T10:00-21T11:00"_s });
+        const auto before = changed.size();
+        QVERIFY(put(event("SEQUENCE:1\r\nDTSTART:20261121T100000Z\r\nDURATION:PT1H")));
+        QTRY_VERIFY(changed.size() > before);
+        QTRY_COMPARE(described(read(*m_store, day)), QStringList { u"A 21T11:00-21T12:00"_s });
+    }
+
+    void allCalendarsAreReadAndHaveTheirColours()
+    {
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H\r\nLOCATION:Here\\, there\r\n"
+                          "URL:https://example.org/x\r\nDESCRIPTION:One\\nTwo")));
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H\r\nSTATUS:TENTATIVE"), true));
+        const auto events = read(*m_store, QDate(2026, 11, 21));
+        QCOMPARE(described(events), QStringList(2, u"A 21T10:00-21T11:00"_s));
+        const bool firstIsRed = events->at(0).color == QColor(Qt::red);
+        const auto& red = events->at(firstIsRed ? 0 : 1);
+        const auto& other = events->at(firstIsRed ? 1 : 0);
+        QCOMPARE(red.color, QColor(Qt::red));
+        QCOMPARE(red.status, CalendarEvent::Status::Tentative);
+        QVERIFY(other.color && *other.color != QColor(Qt::red));
+        QCOMPARE(other.location, u"Here, there"_s);
+        QCOMPARE(other.notes, u"One\nTwo"_s);
+        QCOMPARE(other.url, QUrl(u"https://example.org/x"_s));
+        QVERIFY(!red.identifier.isEmpty() && red.identifier != other.identifier);
+    }
+
+    void aNewEventIsInTheStoreForEveryProgram()
+    {
+        const QDateTime start(QDate(2026, 11, 21), QTime(14, 30));
+        CalendarStore::Created created;
+        bool done = false;
+        m_store->create(
+            u"Нова, подія"_s, start, start.addSecs(3600), [&](const CalendarStore::Created& answer) {
+                created = answer;
+                done = true;
+            });
+        QVERIFY(!done);
+        QTRY_VERIFY(done);
+        QVERIFY2(!created.error, qPrintable(created.errorDescription));
+        const auto events = read(*m_store, start.date());
+        QCOMPARE(described(events), QStringList { u"Нова, подія 21T14:30-21T15:30"_s });
+        QCOMPARE(events->first().identifier, created.identifier);
+        if (isServer()) {
+            QCOMPARE(m_server->list().size(), 1);
+            QVERIFY(m_server->list().first().endsWith(u" 20261121T143000 20261121T153000 Нова, подія"_s));
+        } else {
+            const auto folder = calendars() + "/Personal"_L1;
+            const auto files = QDir(folder).entryInfoList(QDir::Files | QDir::Hidden);
+            QCOMPARE(files.size(), 1);
+            const auto others = QFile::ReadGroup | QFile::ReadOther | QFile::ExeGroup | QFile::ExeOther;
+            QVERIFY(!(files.first().permissions() & others));
+            QVERIFY(!(QFileInfo(folder).permissions() & others));
+        }
+    }
+
+    void occurrencesOfASeriesAreToldApart()
+    {
+        QVERIFY(put(event("DTSTART:20261120T090000Z\r\nDURATION:PT1H\r\nRRULE:FREQ=HOURLY;INTERVAL=12")));
+        const auto events = read(*m_store, QDate(2026, 11, 21));
+        QCOMPARE(described(events),
+            (QStringList { u"A 21T10:00-21T11:00 recurs"_s, u"A 21T22:00-21T23:00 recurs"_s }));
+        QVERIFY(events->at(0).identifier != events->at(1).identifier);
+        QVERIFY(events->at(0).identifier.contains("20261121T"_L1));
+    }
+
+    void aServerThatHangsDoesNotAnswer()
+    {
+        if (!isServer())
+            return;
+        using namespace std::chrono_literals;
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
+        auto store = std::make_unique<EdsCalendarStore>(EdsCalendarStore::Patience { 300ms, 1000ms });
+        const QDate day(2026, 11, 21);
+        QCOMPARE(described(read(*store, day)).size(), 1);
+        const auto processes = m_server->processes();
+        QVERIFY(processes.size() >= 2);
+        const auto tell = [&processes](int signal) {
+            for (const auto process : processes)
+                ::kill(pid_t(process), signal);
+        };
+
+        tell(SIGSTOP);
+        QElapsedTimer time;
+        time.start();
+        QCOMPARE(described(read(*store, day)), QStringList { u"no answer"_s });
+        bool failed = false;
+        store->create(u"New"_s, day.startOfDay(), day.startOfDay().addSecs(60),
+            [&](const CalendarStore::Created& answer) {
+                failed = answer.error == CalendarStore::CreateError::Failed;
+            });
+        QTRY_VERIFY(failed);
+        // One that was never connected.
+        {
+            EdsCalendarStore fresh({ 300ms, 1000ms });
+            QCOMPARE(described(read(fresh, day)), QStringList { u"no answer"_s });
+        }
+        // One that goes while somebody waits.
+        store = std::make_unique<EdsCalendarStore>(EdsCalendarStore::Patience { 60s, 60s });
+        auto waiting = std::async(std::launch::async,
+            [&store, day] { return store->events(day.startOfDay(), day.addDays(1).startOfDay()); });
+        QTest::qWait(100);
+        store->close();
+        QCOMPARE(described(waiting.get()), QStringList { u"no answer"_s });
+        store.reset();
+        // Far more than it takes, and far less than without bounds.
+        const auto took = time.elapsed();
+        tell(SIGCONT);
+        QVERIFY2(took < 20'000, qPrintable(QString::number(took)));
+        QTRY_COMPARE(described(read(*m_store, day)).size(), 1);
+    }
+
+    void aServerThatHasDiedIsStartedAgain()
+    {
+        if (!isServer())
+            return;
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
+        const QDate day(2026, 11, 21);
+        const QStringList expected { u"A 21T10:00-21T11:00"_s };
+        QCOMPARE(described(read(*m_store, day)), expected);
+        const QSignalSpy changed(m_store.get(), &CalendarStore::changed);
+        for (const auto process : m_server->processes())
+            ::kill(pid_t(process), SIGKILL);
+        QTRY_VERIFY(!changed.isEmpty());
+        // Meanwhile it may not answer. What it never says is that there is nothing.
+        QStringList now;
+        const auto isBack = [&] {
+            now = described(read(*m_store, day));
+            return now != QStringList { u"no answer"_s };
+        };
+        QTRY_VERIFY(isBack());
+        QCOMPARE(now, expected);
     }
 };
 

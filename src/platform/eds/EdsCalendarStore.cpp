@@ -30,7 +30,7 @@ EdsCalendarStore::EdsCalendarStore(Patience patience)
             QMetaObject::invokeMethod(relay->store, &EdsCalendarStore::tellChanged, Qt::QueuedConnection);
     });
     // Who waits for an answer then must not keep the program from ending.
-    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { m_thread->close(); });
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &EdsCalendarStore::close);
 }
 
 EdsCalendarStore::~EdsCalendarStore()
@@ -39,6 +39,11 @@ EdsCalendarStore::~EdsCalendarStore()
         const std::lock_guard lock(m_relay->mutex);
         m_relay->store = nullptr;
     }
+    m_thread->close();
+}
+
+void EdsCalendarStore::close()
+{
     m_thread->close();
 }
 

@@ -36,6 +36,10 @@ public:
     void create(const QString& title, const QDateTime& start, const QDateTime& end,
         std::function<void(const Created&)> done) override;
 
+    /// Whoever waits for an answer gets none at once, and so does everybody from now on. Happens by itself
+    /// when the program is about to end.
+    void close();
+
 private:
     /// Brings changes from the server's thread to the main one, while there is a store.
     struct Relay {
