@@ -184,11 +184,14 @@ QString EdsCalendar::create(const QString& title, const QDateTime& start, const 
         return {};
     const Reference<ICalComponent> component(i_cal_component_new_vevent());
     i_cal_component_set_summary(component.get(), title.toUtf8().constData());
-    const Reference<ICalTime> from(
-        i_cal_time_new_from_timet_with_zone(start.toSecsSinceEpoch(), FALSE, zone));
-    const Reference<ICalTime> to(i_cal_time_new_from_timet_with_zone(end.toSecsSinceEpoch(), FALSE, zone));
-    i_cal_component_set_dtstart(component.get(), from.get());
-    i_cal_component_set_dtend(component.get(), to.get());
+    const auto wall = [zone](const QDateTime& moment) {
+        Reference<ICalTime> time(i_cal_time_new_from_timet_with_zone(moment.toSecsSinceEpoch(), FALSE, zone));
+        // It is what the clock shows there, but says so only when told.
+        i_cal_time_set_timezone(time.get(), zone);
+        return time;
+    };
+    i_cal_component_set_dtstart(component.get(), wall(start).get());
+    i_cal_component_set_dtend(component.get(), wall(end).get());
     gchar* uid = nullptr;
     if (!e_cal_client_create_object_sync(m_client.get(), component.get(), E_CAL_OPERATION_FLAG_NONE, &uid,
             patience.nextCall(), failure.out()))

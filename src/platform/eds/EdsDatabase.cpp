@@ -145,15 +145,25 @@ std::optional<QList<CalendarEvent>> EdsDatabase::events(
         return std::none_of(shown.begin(), shown.end(),
             [&](const Source& source) { return e_source_equal(calendar->source(), source.get()); });
     });
-    QList<CalendarEvent> events;
+    if (start != m_toldStart || end != m_toldEnd)
+        m_told.clear();
+    m_toldStart = start;
+    m_toldEnd = end;
+    QList<CalendarEvent> all;
     bool anyAnswers = shown.empty();
     for (const auto& source : shown) {
+        const auto id = QString::fromUtf8(e_source_get_uid(source.get()));
         auto* const opened = calendar(source.get(), patience);
-        anyAnswers |= opened && opened->addEvents(start, end, addresses, patience, events);
+        QList<CalendarEvent> events;
+        if (opened && opened->addEvents(start, end, addresses, patience, events)) {
+            anyAnswers = true;
+            m_told.insert(id, events);
+        }
+        all += m_told.value(id);
     }
     if (!anyAnswers)
         return {};
-    return events;
+    return all;
 }
 
 EdsCalendar* EdsDatabase::calendarForNewEvents(EdsPatience& patience)

@@ -25,7 +25,8 @@ public:
     ~EdsDatabase();
     Q_DISABLE_COPY_MOVE(EdsDatabase)
 
-    /// Over the calendars that the user has switched on; none when the server does not answer.
+    /// Over the calendars that the user has switched on; none when the server does not answer. A calendar
+    /// that does not answer alone counts as it was.
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end, EdsPatience& patience);
 
@@ -48,6 +49,10 @@ private:
     std::function<void()> m_changed;
     Reference<ESourceRegistry> m_registry;
     std::vector<std::unique_ptr<EdsCalendar>> m_calendars;
+    /// What each calendar last told of the time asked for last.
+    QHash<QString, QList<CalendarEvent>> m_told;
+    QDateTime m_toldStart;
+    QDateTime m_toldEnd;
     QString m_failure;
 };
 
