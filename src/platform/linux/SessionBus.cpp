@@ -65,14 +65,15 @@ bool answers(const QByteArray& name)
     return greeted;
 }
 
-std::optional<QDBusConnection> open()
+std::optional<QDBusConnection> open(
+    const char* variable, const QString& usualAddress, QDBusConnection (*connected)())
 {
-    auto address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    auto address = qEnvironmentVariable(variable);
     if (address.isEmpty())
-        address = u"unix:runtime=yes"_s;
+        address = usualAddress;
     if (!answers(socketName(address)))
         return {};
-    auto bus = QDBusConnection::sessionBus();
+    auto bus = connected();
     if (!bus.isConnected())
         return {};
     return bus;
@@ -82,7 +83,15 @@ std::optional<QDBusConnection> open()
 
 std::optional<QDBusConnection> liveSessionBus()
 {
-    static const auto bus = open();
+    static const auto bus
+        = open("DBUS_SESSION_BUS_ADDRESS", u"unix:runtime=yes"_s, &QDBusConnection::sessionBus);
+    return bus;
+}
+
+std::optional<QDBusConnection> liveSystemBus()
+{
+    static const auto bus = open("DBUS_SYSTEM_BUS_ADDRESS", u"unix:path=/var/run/dbus/system_bus_socket"_s,
+        &QDBusConnection::systemBus);
     return bus;
 }
 

@@ -10,4 +10,7 @@ namespace nimbarrow {
 /// takes a moment at most, also when what stands behind the address is frozen, and never starts a bus.
 [[nodiscard]] std::optional<QDBusConnection> liveSessionBus();
 
+/// The message bus of the whole computer; asked as the session's is.
+[[nodiscard]] std::optional<QDBusConnection> liveSystemBus();
+
 } // namespace nimbarrow
