@@ -15,8 +15,9 @@ namespace {
 
 constexpr std::size_t mostEvents = 20'000;
 constexpr qsizetype mostOccurrences = 5000;
-constexpr qint64 stepsOfCalendar = 20'000'000;
-constexpr qint64 stepsOfEvent = 2'000'000;
+constexpr int mostOfOneEvent = 500;
+constexpr qint64 stepsOfCalendar = 10'000'000;
+constexpr qint64 stepsOfEvent = 400'000;
 constexpr qint64 day = 86'400;
 
 /// The date in the first property of that name, as a number like 20261121; 0 where there is none.
@@ -150,11 +151,13 @@ void IcsCalendar::expand(
     const IcsEvent& event, const QSet<qint64>& changed, Budget& budget, QList<CalendarEvent>& events) const
 {
     QSet<qint64> done = changed;
+    // One that fills the day must not leave the others without room.
+    const auto room = std::min(mostOccurrences, events.size() + mostOfOneEvent);
     for (const auto& time : event.leftOut)
         done += key(time, event);
     const auto add = [&](const IcsTime& start) {
         const auto id = key(start, event);
-        if (!done.contains(id) && events.size() < mostOccurrences) {
+        if (!done.contains(id) && events.size() < room) {
             done += id;
             addOccurrence(event, start, events);
         }

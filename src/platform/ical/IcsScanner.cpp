@@ -26,6 +26,8 @@ public:
             const auto more = physical().sliced(1);
             line += more.first(std::clamp<qsizetype>(largestLine - line.size(), 0, more.size()));
         }
+        // The parser would take it for the end of the line, and what follows for a line of its own.
+        line.replace('\r', ' ');
         return true;
     }
 
