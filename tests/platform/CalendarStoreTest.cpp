@@ -375,6 +375,17 @@ private Q_SLOTS:
         QTRY_VERIFY(isBack());
         QCOMPARE(now, expected);
     }
+
+    /// The last one, for there is no server behind it.
+    void aBusThatGoesTakesNobodyWithIt()
+    {
+        if (!isServer())
+            return;
+        const QDate day(2026, 11, 21);
+        QCOMPARE(described(read(*m_store, day)), QStringList());
+        m_server->endBus();
+        QTRY_COMPARE(described(read(*m_store, day)), QStringList { u"no answer"_s });
+    }
 };
 
 int main(int count, char** values)

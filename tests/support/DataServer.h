@@ -25,7 +25,9 @@ public:
     /// The events of the first calendar, as the other program sees them: "<uid> <start> <end> <title>".
     [[nodiscard]] QStringList list();
 
-    [[nodiscard]] const PrivateBus& bus() const { return *m_bus; }
+    /// Ends the bus, and the server with it, for good.
+    void endBus() { m_bus.reset(); }
+
     /// The processes of the server.
     [[nodiscard]] QList<qint64> processes() const;
 

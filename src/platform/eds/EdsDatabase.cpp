@@ -17,6 +17,8 @@ namespace {
 
 Q_LOGGING_CATEGORY(eds, "nimbarrow.calendar.eds")
 
+constexpr qsizetype mostReports = 100;
+
 bool isCalendar(ESource* source)
 {
     return e_source_has_extension(source, E_SOURCE_EXTENSION_CALENDAR);
@@ -54,10 +56,14 @@ bool EdsDatabase::connect(EdsPatience& patience)
     if (m_registry)
         return true;
     Failure failure;
+    // GLib would end the program with its bus. It forgets what it was told with the last reference.
+    m_bus.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, patience.nextCall(), failure.out()));
+    if (m_bus)
+        g_dbus_connection_set_exit_on_close(m_bus.get(), FALSE);
     m_registry.reset(e_source_registry_new_sync(patience.nextCall(), failure.out()));
     if (!m_registry) {
         m_failure = failure.text();
-        qCWarning(eds, "The data server does not answer: %ls", qUtf16Printable(m_failure));
+        report("The data server does not answer: "_L1);
         return false;
     }
     for (const auto* const signal :
@@ -112,6 +118,16 @@ QSet<QString> EdsDatabase::ownAddresses() const
     return addresses;
 }
 
+void EdsDatabase::report(QLatin1StringView what)
+{
+    // The same every minute helps nobody.
+    const auto line = what + m_failure;
+    if (m_reported.contains(line) || m_reported.size() >= mostReports)
+        return;
+    m_reported += line;
+    qCWarning(eds, "%ls", qUtf16Printable(line));
+}
+
 EdsCalendar* EdsDatabase::calendar(ESource* source, EdsPatience& patience)
 {
     const auto known = std::find_if(m_calendars.begin(), m_calendars.end(),
@@ -125,7 +141,7 @@ EdsCalendar* EdsDatabase::calendar(ESource* source, EdsPatience& patience)
     auto calendar = EdsCalendar::connect(source, m_changed, patience, failure);
     if (!calendar) {
         m_failure = failure.text();
-        qCWarning(eds, "A calendar cannot be opened: %ls", qUtf16Printable(m_failure));
+        report("A calendar cannot be opened: "_L1);
         return nullptr;
     }
     return m_calendars.emplace_back(std::move(calendar)).get();

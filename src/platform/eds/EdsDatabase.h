@@ -37,6 +37,7 @@ private:
     using Source = Reference<ESource>;
 
     [[nodiscard]] bool connect(EdsPatience& patience);
+    void report(QLatin1StringView what);
     [[nodiscard]] std::vector<Source> sources(const char* extension) const;
     [[nodiscard]] std::vector<Source> shownCalendars() const;
     [[nodiscard]] QSet<QString> ownAddresses() const;
@@ -47,13 +48,16 @@ private:
     static void sourceChanged(ESourceRegistry* registry, ESource* source, gpointer self);
 
     std::function<void()> m_changed;
+    Reference<GDBusConnection> m_bus;
     Reference<ESourceRegistry> m_registry;
     std::vector<std::unique_ptr<EdsCalendar>> m_calendars;
     /// What each calendar last told of the time asked for last.
     QHash<QString, QList<CalendarEvent>> m_told;
     QDateTime m_toldStart;
     QDateTime m_toldEnd;
+    /// Why something failed last, and what was said about failures.
     QString m_failure;
+    QSet<QString> m_reported;
 };
 
 } // namespace nimbarrow
