@@ -19,6 +19,9 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
     , m_keepAwake(*platform.powerAssertions, *platform.clock, *platform.scheduler)
     , m_owl(*platform.clock, *platform.scheduler, [] { return QRandomGenerator::global()->generateDouble(); })
     , m_hotKey(*platform.hotKeys)
+    , m_calendar(*platform.calendarStore, *platform.opener, *platform.scripting, *platform.clock,
+          *platform.scheduler, *platform.workQueues)
+    , m_timeline(m_calendar, *platform.clock, *platform.scheduler, *platform.opener)
     , m_thumbnails(*platform.workQueues)
     , m_store(m_settings, *platform.locations, *platform.clock, *platform.scheduler, *platform.workQueues)
     , m_capture(m_store, *platform.workQueues)
@@ -58,8 +61,19 @@ void AppModel::start(NotchController& notch)
     };
     connect(&m_settings, &Settings::hotKeyEnabledChanged, this, &AppModel::applyHotKeyEnabled);
     applyHotKeyEnabled();
+    notch.onExpand = [this] { m_calendar.refresh(); };
+    connect(&m_settings, &Settings::showCalendarChanged, this, &AppModel::applyShowCalendar);
+    applyShowCalendar();
     m_clipboard.start();
     applyWatchScreenshots();
+}
+
+void AppModel::applyShowCalendar()
+{
+    if (m_settings.showCalendar())
+        m_calendar.start();
+    else
+        m_calendar.stop();
 }
 
 void AppModel::applyWatchScreenshots()

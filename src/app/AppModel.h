@@ -1,6 +1,8 @@
 #pragma once
 
 #include "app/HotKey.h"
+#include "calendar/CalendarModel.h"
+#include "calendar/DayTimeline.h"
 #include "clipboard/ClipboardMonitor.h"
 #include "clipboard/ClipboardStore.h"
 #include "clipboard/EntryHandoff.h"
@@ -35,6 +37,8 @@ public:
     [[nodiscard]] Settings& settings() { return m_settings; }
     [[nodiscard]] KeepAwake& keepAwake() { return m_keepAwake; }
     [[nodiscard]] OwlMotion& owl() { return m_owl; }
+    [[nodiscard]] CalendarModel& calendar() { return m_calendar; }
+    [[nodiscard]] DayTimeline& timeline() { return m_timeline; }
     [[nodiscard]] ClipboardStore& store() { return m_store; }
     [[nodiscard]] ClipboardMonitor& clipboard() { return m_clipboard; }
     [[nodiscard]] PasteboardCapture& capture() { return m_capture; }
@@ -44,15 +48,17 @@ public:
 
 private:
     void applyHotKeyEnabled();
+    void applyShowCalendar();
     void applyWatchScreenshots();
 
-    // The members stand in the order they are built. What is playing joins it after the settings, the
-    // calendar after the hot key.
+    // The members stand in the order they are built. What is playing joins it after the settings.
     About m_about;
     Settings m_settings;
     KeepAwake m_keepAwake;
     OwlMotion m_owl;
     HotKey m_hotKey;
+    CalendarModel m_calendar;
+    DayTimeline m_timeline;
     ThumbnailLoader m_thumbnails;
     ClipboardStore m_store;
     PasteboardCapture m_capture;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -20,8 +21,19 @@ constexpr std::array meetingHosts { "meet.google.com"_L1, "zoom.us"_L1, "teams.m
 
 constexpr QRgb calendarBlue = qRgb(0, 122, 255);
 
-// Of a colour on black, where hue and strength are as the user chose them.
-constexpr double leastLightness = 0.5;
+// A colour of this luminance stands out from black by 4.5 to 1.
+constexpr float leastLuminance = 0.175F;
+
+// Between the values of a screen and those of light.
+float linear(float value)
+{
+    return value <= 0.04045F ? value / 12.92F : std::pow((value + 0.055F) / 1.055F, 2.4F);
+}
+
+float encoded(float light)
+{
+    return light <= 0.0031308F ? light * 12.92F : 1.055F * std::pow(light, 1 / 2.4F) - 0.055F;
+}
 
 bool isMeetingHost(const QString& host)
 {
@@ -90,9 +102,16 @@ bool DayEvent::isBefore(const DayEvent& one, const DayEvent& other)
 
 QColor DayEvent::visibleColor() const
 {
-    if (color.lightnessF() >= leastLightness)
+    const auto red = linear(color.redF());
+    const auto green = linear(color.greenF());
+    const auto blue = linear(color.blueF());
+    const auto luminance = 0.2126F * red + 0.7152F * green + 0.0722F * blue;
+    if (luminance >= leastLuminance)
         return color;
-    return QColor::fromHslF(std::max(0.0F, color.hslHueF()), color.hslSaturationF(), leastLightness);
+    // As little white as it takes.
+    const auto white = (leastLuminance - luminance) / (1 - luminance);
+    const auto brighter = [white](float light) { return encoded(light + white * (1 - light)); };
+    return QColor::fromRgbF(brighter(red), brighter(green), brighter(blue));
 }
 
 QString DayEvent::details() const

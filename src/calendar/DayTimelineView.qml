@@ -107,12 +107,15 @@ Item {
             }
 
             EventTooltip {
+                // Asked anew for each event: the day moves while it unfolds.
+                readonly property point _origin: page.hoveredBlock ? root.mapToItem(root.overlay, 0, 0) : Qt.point(0, 0)
+
                 details: page.hoveredBlock?.event.details ?? ""
                 parent: root.overlay
                 title: page.hoveredBlock?.event.title ?? ""
                 visible: page.hoveredBlock !== null
-                x: root.x + Math.min(Math.max(0, root.width - 200), Math.max(0, (page.hoveredBlock?.x ?? 0) - page.scrollX))
-                y: root.y - height - 4
+                x: _origin.x + Math.min(Math.max(0, root.width - 200), Math.max(0, (page.hoveredBlock?.x ?? 0) - page.scrollX))
+                y: _origin.y - height - 4
             }
         }
     }

@@ -30,7 +30,7 @@ Item {
         Rectangle {
             anchors.fill: parent
             color: root.event.color
-            opacity: root.hovered ? 0.42 : 0.3
+            opacity: root.hovered ? 0.36 : 0.3
             radius: parent.radius
         }
     }

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Nimbarrow.Calendar
 import Nimbarrow.Clipboard
 import Nimbarrow.KeepAwake
 import Nimbarrow.Notch
@@ -23,8 +24,14 @@ Item {
     required property About about
     required property KeepAwake keepAwake
     required property OwlMotion owl
+    required property DayTimeline timeline
 
     Component.onDestruction: handoff.sharing?.cancel()
+
+    // The surface's height without the day; the day hangs below what that leaves.
+    readonly property real _withoutDay: 240
+    readonly property real _aboveDay: 10
+    readonly property real _mainHeight: _withoutDay - notchHeight - 2 * Theme.insetY
 
     // What the header may use on either side of the notch.
     readonly property real _headerSide: Math.max(0, (width - notchWidth) / 2 - Theme.insetX - Theme.gap)
@@ -59,7 +66,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             keepAwake: root.keepAwake
             motion: root.owl
-            surface: overlay
+            surface: menus
         }
     }
 
@@ -84,16 +91,42 @@ Item {
             fadeEasing: Easing.InOutQuad
             shown: !root.notch.showSettings
 
-            content: ClipboardColumn {
+            content: Item {
                 anchors.fill: parent
-                handoff: root.handoff
-                keyboardMode: root.notch.keyboardMode
-                selection: root.notch.selection
-                store: root.store
 
-                onCollapseRequested: root.actions.collapse()
-                onPreviewDone: root.actions.closePreview()
-                onPreviewRequested: id => root.actions.preview(id)
+                ClipboardColumn {
+                    handoff: root.handoff
+                    height: root._mainHeight
+                    keyboardMode: root.notch.keyboardMode
+                    selection: root.notch.selection
+                    store: root.store
+                    width: parent.width
+
+                    onCollapseRequested: root.actions.collapse()
+                    onPreviewDone: root.actions.closePreview()
+                    onPreviewRequested: id => root.actions.preview(id)
+                }
+
+                FadingContent {
+                    id: day
+
+                    height: Math.max(8, root.height - root._withoutDay - root._aboveDay)
+                    shown: root.settings.showCalendar
+                    width: parent.width
+                    y: root._mainHeight + root._aboveDay
+
+                    content: DayTimelineView {
+                        active: root.notch.mode === NotchState.Expanded
+                        height: day.height
+                        overlay: menus
+                        timeline: root.timeline
+                        unfolded: root.notch.calendarExpanded
+                        width: day.width
+
+                        onFoldRequested: root.notch.setCalendarExpanded(false)
+                        onUnfoldRequested: root.notch.setCalendarExpanded(true)
+                    }
+                }
             }
         }
 
@@ -138,7 +171,7 @@ Item {
 
     // Where the header's menus open.
     Item {
-        id: overlay
+        id: menus
 
         anchors.fill: parent
     }

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Nimbarrow.Calendar
 import Nimbarrow.Clipboard
 import Nimbarrow.KeepAwake
 import Nimbarrow.Notch
@@ -20,6 +21,7 @@ HoverTrackingView {
     required property About about
     required property KeepAwake keepAwake
     required property OwlMotion owl
+    required property DayTimeline timeline
 
     /// What is drawn; the window ends there.
     readonly property NotchShape shape: body
@@ -82,6 +84,7 @@ HoverTrackingView {
                 owl: root.owl
                 settings: root.settings
                 store: root.store
+                timeline: root.timeline
                 width: root.notch.expandedSize.width
                 // Still there under the preview: the button that opened it is held down on one of its views.
                 opacity: root.notch.hasPreview ? 0 : 1

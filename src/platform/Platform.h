@@ -2,6 +2,7 @@
 
 #include "platform/AccessibilityTrust.h"
 #include "platform/Applications.h"
+#include "platform/CalendarStore.h"
 #include "platform/Clock.h"
 #include "platform/DesktopPreferences.h"
 #include "platform/FolderEvents.h"
@@ -47,6 +48,7 @@ struct Platform {
     std::unique_ptr<HotKeys> hotKeys;
     std::unique_ptr<Keystrokes> keystrokes;
     std::unique_ptr<AccessibilityTrust> accessibilityTrust;
+    std::unique_ptr<CalendarStore> calendarStore;
     std::unique_ptr<Opener> opener;
     std::unique_ptr<Scripting> scripting;
     std::unique_ptr<FolderEvents> folderEvents;

@@ -3,6 +3,7 @@
 #include "notch/NotchController.h"
 #include "platform/Platform.h"
 #include "support/FakeApplications.h"
+#include "support/FakeCalendarStore.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeDesktopPreferences.h"
 #include "support/FakeHotKeys.h"
@@ -13,6 +14,7 @@
 #include "support/FakePasteboard.h"
 #include "support/FakePowerAssertions.h"
 #include "support/FakeScreenshots.h"
+#include "support/FakeScripting.h"
 #include "support/FakeSharePicker.h"
 #include "support/FakeTrust.h"
 #include "support/FakeUserDefaults.h"
@@ -62,6 +64,8 @@ struct Program {
         give<FakeDesktopPreferences>(platform.desktopPreferences);
         give<FakeLoginItem>(platform.loginItem);
         give<FakeOpener>(platform.opener);
+        give<FakeCalendarStore>(platform.calendarStore);
+        give<FakeScripting>(platform.scripting);
         give<FakePowerAssertions>(platform.powerAssertions);
         give<FakeSharePicker>(platform.sharePicker);
         give<FakeFolderEvents>(platform.folderEvents);

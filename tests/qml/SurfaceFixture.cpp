@@ -49,6 +49,7 @@ SurfaceFixture::SurfaceFixture(QSizeF notch)
         { u"about"_s, QVariant::fromValue(&about) },
         { u"keepAwake"_s, QVariant::fromValue(&keepAwake) },
         { u"owl"_s, QVariant::fromValue(&owl) },
+        { u"timeline"_s, QVariant::fromValue(&timeline) },
     });
     view.resize(notch.toSize());
     view.setSource(QUrl(u"qrc:/qt/qml/Nimbarrow/Notch/NotchRootView.qml"_s));

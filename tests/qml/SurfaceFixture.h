@@ -1,5 +1,7 @@
 #pragma once
 
+#include "calendar/CalendarModel.h"
+#include "calendar/DayTimeline.h"
 #include "clipboard/ClipboardMonitor.h"
 #include "clipboard/EntryHandoff.h"
 #include "clipboard/PasteboardCapture.h"
@@ -13,10 +15,12 @@
 #include "notch/NotchState.h"
 #include "settings/About.h"
 #include "support/FakeApplications.h"
+#include "support/FakeCalendarStore.h"
 #include "support/FakeKeystrokes.h"
 #include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
 #include "support/FakePowerAssertions.h"
+#include "support/FakeScripting.h"
 #include "support/FakeSharePicker.h"
 #include "support/HistoryFixture.h"
 
@@ -46,6 +50,10 @@ public:
     About about { opener };
     FakePowerAssertions power;
     KeepAwake keepAwake { power, history.time, history.time };
+    FakeCalendarStore calendarStore;
+    FakeScripting scripting;
+    CalendarModel calendar { calendarStore, opener, scripting, history.time, history.time, history.queues };
+    DayTimeline timeline { calendar, history.time, history.time, opener };
     OwlMotion owl { history.time, history.time, [] { return 0.5; } };
     ThumbnailLoader thumbnails { history.queues };
     NotchState state;

@@ -7,10 +7,13 @@ namespace nimbarrow {
 /// A message bus of the test's own, which ends with this object.
 class PrivateBus {
 public:
-    PrivateBus()
+    /// As a session has it, or as the file of that path says.
+    explicit PrivateBus(const QString& configuration = {})
     {
+        const auto kind = configuration.isEmpty() ? QStringLiteral("--session")
+                                                  : QStringLiteral("--config-file=") + configuration;
         m_daemon.start(QStringLiteral("dbus-daemon"),
-            { QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address=1") });
+            { kind, QStringLiteral("--nofork"), QStringLiteral("--print-address=1") });
         m_daemon.waitForReadyRead();
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
     }

@@ -1,4 +1,5 @@
-// gallery FOLDER: draws every state of the surface, with made-up contents, into pictures for people to look at.
+// gallery FOLDER: draws every state of the surface, with made-up contents, into pictures for people to look
+// at.
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
 
@@ -103,6 +104,7 @@ public:
         select();
         scrolled();
         preview();
+        day();
         settings();
         share();
 
@@ -205,6 +207,70 @@ private:
         m_surface.handoff.share(m_surface.store().imageItems().first().id);
         shot(u"share"_s);
         m_surface.handoff.sharing()->cancel();
+    }
+
+    void day()
+    {
+        auto& surface = m_surface;
+        auto& time = surface.history.time;
+        const auto start = time.wallTime().toLocalTime().date().startOfDay();
+        time.advance(std::chrono::seconds(time.wallTime().secsTo(start.addSecs(11 * 3600 + 2800))));
+        surface.calendarStore.status = CalendarStore::Authorization::NotDetermined;
+        surface.calendar.start();
+        unfold(u"day-ask"_s);
+        surface.calendarStore.status = CalendarStore::Authorization::Denied;
+        surface.calendar.refresh();
+        unfold(u"day-denied"_s);
+        surface.calendarStore.status = CalendarStore::Authorization::FullAccess;
+        surface.calendar.refresh();
+        unfold(u"day-free"_s);
+
+        const auto add
+            = [&](const QString& title, int from, int minutes, const QColor& color, bool meeting = false) {
+                  auto event = FakeCalendarStore::event(
+                      title, start.addSecs(from * 60), start.addSecs((from + minutes) * 60));
+                  event.color = color;
+                  event.location = meeting ? u"https://zoom.us/j/1"_s : u"Львів, пл. Ринок 1"_s;
+                  *surface.calendarStore.held << event;
+              };
+        add(words(0), 9 * 60 + 10, 90, "#0a84ff");
+        add(u"1:1 Оленка"_s, 10 * 60 + 20, 60, "#ff9f0a", true);
+        add(words(1), 12 * 60 + 20, 120, "#30d158", true);
+        add(u"Call"_s, 13 * 60 + 25, 60, "#bf5af2");
+        add(u"Standup"_s, 13 * 60 + 30, 15, "#000060");
+        add(u"Train to Lviv"_s, 15 * 60 + 5, 300, "#ff375f");
+        surface.calendar.refresh();
+        surface.settle();
+        shot(u"day-folded"_s);
+        unfold(u"day"_s, false);
+        surface.moveTo(surface.middle(surface.find("EventBlock", 2)));
+        shot(u"day-event"_s);
+        auto holiday = FakeCalendarStore::event(words(4), start, start.addDays(1));
+        holiday.isAllDay = true;
+        holiday.color = QColor("#64d2ff");
+        *surface.calendarStore.held << holiday;
+        surface.calendar.refresh();
+        shot(u"day-with-chips"_s);
+        surface.moveTo({ 5, 5 });
+        fold();
+    }
+
+    void unfold(const QString& name, bool folds = true)
+    {
+        m_surface.state.setCalendarExpanded(true);
+        m_surface.state.setExpandedSize({ 460, 322 });
+        m_surface.view.resize(460, 322);
+        shot(name);
+        if (folds)
+            fold();
+    }
+
+    void fold()
+    {
+        m_surface.state.setCalendarExpanded(false);
+        m_surface.state.setExpandedSize({ 460, 258 });
+        m_surface.settle();
+        m_surface.view.resize(460, 258);
     }
 
     void settings()

@@ -1,11 +1,15 @@
 #include "platform/Platform.h"
+#include "platform/eds/EdsCalendarStore.h"
+#include "platform/ical/IcsFolderCalendarStore.h"
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/BusInstance.h"
+#include "platform/linux/DayWatch.h"
 #include "platform/linux/DesktopOpener.h"
 #include "platform/linux/DesktopScreenshotFolder.h"
 #include "platform/linux/DisplayPanels.h"
 #include "platform/linux/InheritedState.h"
 #include "platform/linux/InotifyFolderEvents.h"
+#include "platform/linux/LinuxCalendarStore.h"
 #include "platform/linux/LinuxPowerAssertions.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/NoScripting.h"
@@ -49,6 +53,15 @@ const InheritedState& inheritedState()
     return state;
 }
 
+std::unique_ptr<CalendarStore> makeCalendarStore(UserDefaults& defaults, const Locations& locations)
+{
+    const auto folder = locations.applicationSupport() + "/Nimbarrow/calendars"_L1;
+    return std::make_unique<LinuxCalendarStore>(defaults, liveSessionBus(),
+        LinuxCalendarStore::Stores { [] { return std::make_unique<EdsCalendarStore>(); },
+            [folder] { return std::make_unique<IcsFolderCalendarStore>(folder); } },
+        std::make_unique<DayWatch>(liveSystemBus()));
+}
+
 } // namespace
 
 void preparePlatform()
@@ -83,6 +96,7 @@ Platform makePlatform()
     platform.applications = std::move(applications);
     platform.hotKeys = std::make_unique<X11HotKeys>();
     platform.accessibilityTrust = std::make_unique<X11Trust>();
+    platform.calendarStore = makeCalendarStore(*platform.userDefaults, *platform.locations);
     platform.opener = std::make_unique<DesktopOpener>(inheritedState(), liveSessionBus());
     platform.scripting = std::make_unique<NoScripting>();
     platform.returnFreeMemory = [] { ::malloc_trim(0); };

@@ -1,0 +1,86 @@
+#include "calendar/TimelineLayout.h"
+
+#include <QTest>
+#include <QTimeZone>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+namespace {
+
+/// In hours from midnight; `title` also names it.
+struct Event {
+    QString title;
+    double from = 0;
+    double to = 0;
+    bool isAllDay = false;
+};
+
+/// "title x width row", with a + for an overflow.
+using Places = QStringList;
+
+} // namespace
+
+Q_DECLARE_METATYPE(QList<Event>)
+
+class TimelineLayoutTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void placesTheDay_data()
+    {
+        QTest::addColumn<QList<Event>>("events");
+        QTest::addColumn<Places>("places");
+        QTest::addColumn<int>("rows");
+
+        const auto row = [](const char* name, const QList<Event>& events, const Places& places, int rows) {
+            QTest::newRow(name) << events << places << rows;
+        };
+        row("nothing", {}, {}, 1);
+        row("all day", { { u"a"_s, 0, 24, true } }, {}, 1);
+        row("one", { { u"a"_s, 9, 10.5 } }, { u"a 486 81 0"_s }, 1);
+        row("no length", { { u"a"_s, 12, 12 } }, { u"a 648 6 0"_s }, 1);
+        row("one after the other", { { u"a"_s, 9, 10 }, { u"b"_s, 10, 11 } },
+            { u"a 486 54 0"_s, u"b 540 54 0"_s }, 1);
+        row("three at once, by title", { { u"C"_s, 9, 10 }, { u"A"_s, 9, 10 }, { u"B"_s, 9, 10 } },
+            { u"A 486 54 0"_s, u"B 486 54 1"_s, u"C 486 54 1+"_s }, 2);
+        row("an overflow keeps its row busy",
+            { { u"a"_s, 9, 10 }, { u"b"_s, 9, 10 }, { u"c"_s, 9, 12 }, { u"d"_s, 10, 11 },
+                { u"e"_s, 10.5, 11 } },
+            { u"a 486 54 0"_s, u"b 486 54 1"_s, u"c 486 162 1+"_s, u"d 540 54 0"_s, u"e 567 27 1+"_s }, 2);
+        row("from the day before", { { u"a"_s, -2, 1 } }, { u"a 0 54 0"_s }, 1);
+        row("into the next day", { { u"a"_s, 23, 26 } }, { u"a 1242 54 0"_s }, 1);
+        row("other days", { { u"a"_s, -1, 0 }, { u"b"_s, 24, 25 }, { u"c"_s, 0, 0 } }, {}, 1);
+    }
+
+    void placesTheDay()
+    {
+        QFETCH(QList<Event>, events);
+        QFETCH(Places, places);
+        QFETCH(int, rows);
+        const QDateTime dayStart(QDate(2026, 3, 1), QTime(0, 0), QTimeZone::utc());
+        const auto at = [&dayStart](double hours) { return dayStart.addSecs(qRound64(hours * 3600)); };
+        QList<DayEvent> day;
+        for (const auto& event : events) {
+            DayEvent dayEvent;
+            dayEvent.title = event.title;
+            dayEvent.start = at(event.from);
+            dayEvent.end = at(event.to);
+            dayEvent.isAllDay = event.isAllDay;
+            day << dayEvent;
+        }
+        const auto layout = timelinelayout::place(day, dayStart);
+        Places found;
+        for (const auto& placement : layout.placements)
+            found << u"%1 %2 %3 %4%5"_s.arg(placement.event.title)
+                         .arg(placement.x)
+                         .arg(placement.width)
+                         .arg(placement.row)
+                         .arg(placement.overflow ? u"+"_s : QString());
+        QCOMPARE(found, places);
+        QCOMPARE(layout.rowsUsed, rows);
+    }
+};
+
+QTEST_GUILESS_MAIN(TimelineLayoutTest)
+#include "TimelineLayoutTest.moc"

@@ -1,0 +1,145 @@
+#include "support/DataServer.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <cstdio>
+#include <libecal/libecal.h>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+bool write(const QString& path, const QByteArray& text)
+{
+    QFile file(path);
+    return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) && file.write(text) >= 0;
+}
+
+/// The other program. It ends after this, so it frees nothing.
+int use(const QByteArray& what, const QByteArray& calendar)
+{
+    GError* error = nullptr;
+    auto* const registry = e_source_registry_new_sync(nullptr, &error);
+    auto* const source = registry ? e_source_registry_ref_source(registry, calendar.constData()) : nullptr;
+    auto* const opened = source ? e_cal_client_connect_sync(source, E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
+                             static_cast<guint32>(-1), nullptr, &error)
+                                : nullptr;
+    if (!opened) {
+        std::fprintf(stderr, "%s\n", error ? error->message : "no such calendar");
+        return 1;
+    }
+    auto* const client = E_CAL_CLIENT(opened);
+    if (what == "put") {
+        QFile input;
+        if (!input.open(stdin, QIODevice::ReadOnly))
+            return 1;
+        auto* const components = i_cal_component_new_from_string(input.readAll().constData());
+        if (!e_cal_client_receive_objects_sync(
+                client, components, E_CAL_OPERATION_FLAG_NONE, nullptr, &error)) {
+            std::fprintf(stderr, "%s\n", error->message);
+            return 1;
+        }
+        return 0;
+    }
+    GSList* found = nullptr;
+    e_cal_client_get_object_list_sync(client, "#t", &found, nullptr, &error);
+    for (auto* item = found; item; item = item->next) {
+        auto* const component = static_cast<ICalComponent*>(item->data);
+        const auto* const uid = i_cal_component_get_uid(component);
+        if (what == "clear") {
+            e_cal_client_remove_object_sync(
+                client, uid, nullptr, E_CAL_OBJ_MOD_ALL, E_CAL_OPERATION_FLAG_NONE, nullptr, nullptr);
+            continue;
+        }
+        std::printf("%s %s %s %s\n", uid, i_cal_time_as_ical_string(i_cal_component_get_dtstart(component)),
+            i_cal_time_as_ical_string(i_cal_component_get_dtend(component)),
+            i_cal_component_get_summary(component));
+    }
+    return 0;
+}
+
+} // namespace
+
+DataServer::DataServer(const QString& folder)
+{
+    qputenv("HOME", QFile::encodeName(folder));
+    for (const auto* const variable :
+        { "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR" }) {
+        const auto path = folder + u'/' + QString::fromLatin1(variable).toLower();
+        QDir().mkpath(path);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv(variable, QFile::encodeName(path));
+    }
+    qputenv("GSETTINGS_BACKEND", "memory");
+    const auto sources = folder + "/xdg_config_home/evolution/sources/"_L1;
+    write(sources + "second.source"_L1,
+        "[Data Source]\nDisplayName=Second\nEnabled=true\nParent=local-stub\n"
+        "[Calendar]\nBackendName=local\nColor=#ff0000\nSelected=true\n");
+    write(sources + "mail.source"_L1,
+        "[Data Source]\nDisplayName=Mail\nEnabled=true\n"
+        "[Mail Identity]\nAddress=Sam@Example.org\nName=Sam\n");
+    m_bus = std::make_unique<PrivateBus>();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus->address().toUtf8());
+}
+
+bool DataServer::put(const QByteArray& components, const QString& calendar)
+{
+    return other({ u"put"_s, calendar },
+        "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nMETHOD:PUBLISH\r\n" + components
+            + "END:VCALENDAR\r\n");
+}
+
+bool DataServer::clear()
+{
+    return other({ u"clear"_s, u"system-calendar"_s }) && other({ u"clear"_s, u"second"_s });
+}
+
+QStringList DataServer::list()
+{
+    if (!other({ u"list"_s, u"system-calendar"_s }))
+        return {};
+    return m_output.split(u'\n', Qt::SkipEmptyParts);
+}
+
+QList<qint64> DataServer::processes() const
+{
+    // Whoever has this bus in its environment and is of the server's programs.
+    QList<qint64> result;
+    const auto mark = QByteArray("DBUS_SESSION_BUS_ADDRESS=") + m_bus->address().toUtf8();
+    for (const auto& entry : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
+        bool isProcess = false;
+        const auto id = entry.toLongLong(&isProcess);
+        QFile command("/proc/"_L1 + entry + "/cmdline"_L1);
+        QFile environment("/proc/"_L1 + entry + "/environ"_L1);
+        if (isProcess && command.open(QIODevice::ReadOnly) && environment.open(QIODevice::ReadOnly)
+            && command.readAll().contains("evolution-") && environment.readAll().contains(mark))
+            result += id;
+    }
+    return result;
+}
+
+int DataServer::runAsOther(const QStringList& arguments)
+{
+    if (arguments.size() != 4 || arguments[1] != "--other"_L1)
+        return -1;
+    return use(arguments[2].toUtf8(), arguments[3].toUtf8());
+}
+
+bool DataServer::other(const QStringList& arguments, const QByteArray& input)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QCoreApplication::applicationFilePath(), QStringList { u"--other"_s } + arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished())
+        return false;
+    m_output = QString::fromUtf8(process.readAllStandardOutput());
+    return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+} // namespace nimbarrow
