@@ -102,23 +102,27 @@ bool DayEvent::isBefore(const DayEvent& one, const DayEvent& other)
 
 QColor DayEvent::visibleColor() const
 {
-    const auto red = linear(color.redF());
-    const auto green = linear(color.greenF());
-    const auto blue = linear(color.blueF());
-    const auto luminance = 0.2126F * red + 0.7152F * green + 0.0722F * blue;
-    if (luminance >= leastLuminance)
+    std::array<float, 3> light { linear(color.redF()), linear(color.greenF()), linear(color.blueF()) };
+    const auto luminance = [&light] { return 0.2126F * light[0] + 0.7152F * light[1] + 0.0722F * light[2]; };
+    if (luminance() >= leastLuminance)
         return color;
-    // As little white as it takes.
-    const auto white = (leastLuminance - luminance) / (1 - luminance);
-    const auto brighter = [white](float light) { return encoded(light + white * (1 - light)); };
-    return QColor::fromRgbF(brighter(red), brighter(green), brighter(blue));
+    // As bright as the same hue can be, and as little white as that leaves to wish for.
+    if (const auto peak = std::ranges::max(light); peak > 0) {
+        const auto scale = std::min(1 / peak, leastLuminance / luminance());
+        std::ranges::transform(light, light.begin(), [scale](float value) { return value * scale; });
+    }
+    const auto white = std::max(0.0F, (leastLuminance - luminance()) / (1 - luminance()));
+    std::ranges::transform(
+        light, light.begin(), [white](float value) { return encoded(value + white * (1 - value)); });
+    return QColor::fromRgbF(light[0], light[1], light[2]);
 }
 
 QString DayEvent::details() const
 {
     const QLocale locale;
     const auto time = [&locale](const QDateTime& moment) {
-        return locale.toString(moment.toLocalTime().time(), QLocale::ShortFormat);
+        return locale.toString(
+            moment.toLocalTime().time(), locale.timeFormat(QLocale::ShortFormat).remove(":ss"_L1));
     };
     QStringList lines;
     if (!isAllDay)
