@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/AccessibilityTrust.h"
+#include "platform/AdapterCommand.h"
+#include "platform/AdapterProcess.h"
 #include "platform/Applications.h"
 #include "platform/Clock.h"
 #include "platform/DesktopPreferences.h"
@@ -9,11 +11,13 @@
 #include "platform/Keystrokes.h"
 #include "platform/Locations.h"
 #include "platform/LoginItem.h"
+#include "platform/MusicApp.h"
 #include "platform/PanelWindow.h"
 #include "platform/Pasteboard.h"
 #include "platform/Pointer.h"
 #include "platform/Scheduler.h"
 #include "platform/Screens.h"
+#include "platform/Scripting.h"
 #include "platform/UserDefaults.h"
 #include "platform/WorkQueue.h"
 
@@ -41,6 +45,10 @@ struct Platform {
     std::unique_ptr<HotKeys> hotKeys;
     std::unique_ptr<Keystrokes> keystrokes;
     std::unique_ptr<AccessibilityTrust> accessibilityTrust;
+    std::unique_ptr<AdapterCommand> adapterCommand;
+    std::unique_ptr<AdapterProcesses> adapterProcesses;
+    std::unique_ptr<MusicApp> musicApp;
+    std::unique_ptr<Scripting> scripting;
 
     /// Turns a window that was never shown into the panel. The window must outlive the port.
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;

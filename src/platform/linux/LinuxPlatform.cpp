@@ -2,10 +2,14 @@
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/BusInstance.h"
 #include "platform/linux/DisplayPanels.h"
+#include "platform/linux/LinuxAdapterCommand.h"
 #include "platform/linux/LinuxPreferences.h"
+#include "platform/linux/NoMusicApp.h"
+#include "platform/linux/NoScripting.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/XdgLocations.h"
 #include "platform/qt/QSettingsDefaults.h"
+#include "platform/qt/QtAdapterProcesses.h"
 #include "platform/qt/QtScheduler.h"
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/QtWorkQueues.h"
@@ -67,6 +71,10 @@ Platform makePlatform()
     platform.applications = std::move(applications);
     platform.hotKeys = std::make_unique<X11HotKeys>();
     platform.accessibilityTrust = std::make_unique<X11Trust>();
+    platform.adapterCommand = std::make_unique<LinuxAdapterCommand>(QCoreApplication::applicationDirPath());
+    platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
+    platform.musicApp = std::make_unique<NoMusicApp>();
+    platform.scripting = std::make_unique<NoScripting>();
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }
