@@ -1,11 +1,14 @@
 #include "nowplaying/MediaRemoteSource.h"
 
+#include "platform/qt/QtAdapterProcesses.h"
+#include "platform/qt/QtWorkQueues.h"
 #include "support/FakeAdapter.h"
 #include "support/FakeApplications.h"
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
 
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
@@ -157,6 +160,35 @@ private Q_SLOTS:
         QCOMPARE(m_bench->processes.calls.size(), 1);
         m_bench->source.start();
         QCOMPARE(m_bench->processes.calls.size(), 2);
+    }
+
+    void realCompanionMayFloodItsPipe()
+    {
+        const ProgramCall call { u"/bin/sh"_s,
+            { u"-c"_s,
+                u"echo '{\"type\":\"ready\"}';"
+                "head -c 10000000 /dev/zero | tr '\\0' x | fold -w 1000; echo;"
+                "head -c 30000000 /dev/zero | tr '\\0' x; echo;"
+                "echo '{\"type\":\"state\",\"title\":\"After\"}'; read -r command;"
+                "echo '{\"type\":\"state\",\"title\":\"'$command'\"}'; read -r nothing"_s } };
+        FakeAdapterCommand command;
+        command.call = call;
+        QtAdapterProcesses processes;
+        QtWorkQueues queues;
+        MediaRemoteSource source(
+            { command, processes, m_bench->applications, m_bench->time, m_bench->time, queues });
+        QStringList titles;
+        source.onSnapshot = [&](const NowPlayingSnapshot& snapshot) { titles << snapshot.track->title; };
+        // Counts the turns of the main loop, which goes on meanwhile.
+        auto turns = 0;
+        QTimer turn;
+        connect(&turn, &QTimer::timeout, this, [&] { ++turns; });
+        turn.start(0);
+        source.start();
+        QTRY_COMPARE_WITH_TIMEOUT(titles, QStringList { u"After"_s }, 30'000);
+        QVERIFY(turns > 40'000'000 / 65'536);
+        source.playPause();
+        QTRY_COMPARE(titles, QStringList({ u"After"_s, u"toggle"_s }));
     }
 
 private:
