@@ -222,12 +222,12 @@ private:
     void state(QJsonObject members)
     {
         members.insert(u"type"_s, u"state"_s);
-        for (const auto& [key, value] :
-            { std::pair(u"title"_s, QJsonValue(u"One"_s)), std::pair(u"pid"_s, QJsonValue(player)),
-                std::pair(
-                    u"timestamp"_s, QJsonValue(m_fixture->time.wallTime().toMSecsSinceEpoch() / 1000.0)) }) {
-            if (!members.contains(key))
-                members.insert(key, value);
+        const auto now = static_cast<double>(m_fixture->time.wallTime().toMSecsSinceEpoch()) / 1000;
+        const QHash<QString, QJsonValue> usual { { u"title"_s, u"One"_s }, { u"pid"_s, player },
+            { u"timestamp"_s, now } };
+        for (auto member = usual.cbegin(); member != usual.cend(); ++member) {
+            if (!members.contains(member.key()))
+                members.insert(member.key(), member.value());
         }
         m_fixture->say(members);
     }
