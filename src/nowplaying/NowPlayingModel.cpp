@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbarrow {
 namespace {
 
@@ -113,6 +115,27 @@ void NowPlayingModel::showApp()
         return;
     if (const auto program = m_applications.withProcess(m_app->pid))
         m_applications.activate(*program);
+}
+
+QString NowPlayingModel::timeText(double seconds)
+{
+    // Nothing that is played takes longer; a number of any size has to become a text.
+    const auto whole = static_cast<int>(std::clamp(seconds, 0.0, 1e6));
+    const auto twoDigits = [](int number) { return QString::number(number).rightJustified(2, u'0'); };
+    const auto minutes = whole / 60 % 60;
+    const auto end = u':' + twoDigits(whole % 60);
+    if (whole < 3600)
+        return QString::number(minutes) + end;
+    return QString::number(whole / 3600) + u':' + twoDigits(minutes) + end;
+}
+
+QString NowPlayingModel::volumeSymbol(double volume)
+{
+    if (volume < 1)
+        return u"speaker.slash.fill"_s;
+    if (volume < 40)
+        return u"speaker.wave.1.fill"_s;
+    return volume < 75 ? u"speaker.wave.2.fill"_s : u"speaker.wave.3.fill"_s;
 }
 
 void NowPlayingModel::apply(const NowPlayingSnapshot& snapshot)

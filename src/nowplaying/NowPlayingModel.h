@@ -83,6 +83,11 @@ public:
     /// Brings the program that plays to the front.
     Q_INVOKABLE void showApp();
 
+    /// "1:05", "1:01:05"; seconds that have begun do not count.
+    Q_INVOKABLE [[nodiscard]] static QString timeText(double seconds);
+    /// The drawing that stands for a volume; a silent one for less than 1.
+    Q_INVOKABLE [[nodiscard]] static QString volumeSymbol(double volume);
+
 Q_SIGNALS:
     void appChanged();
     void trackChanged();
