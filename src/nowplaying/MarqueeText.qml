@@ -24,11 +24,15 @@ Item {
     readonly property int _leg: 1000 * Math.max(_overflow / 30, 0.8)
 
     function _restart() {
+        movement.stop();
         offset = 0;
+        // By then everything that depends on the text has followed it.
+        Qt.callLater(_start);
+    }
+
+    function _start() {
         if (active)
-            movement.restart();
-        else
-            movement.stop();
+            movement.start();
     }
 
     Accessible.name: text
@@ -38,7 +42,7 @@ Item {
 
     Component.onCompleted: _restart()
     onActiveChanged: _restart()
-    onFullWidthChanged: _restart()
+    on_OverflowChanged: _restart()
     onTextChanged: _restart()
 
     TextMetrics {
