@@ -2,6 +2,7 @@
 //
 //     QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software QT_SCALE_FACTOR=2 gallery <folder>
 
+#include "PlayerGallery.h"
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
 
@@ -236,7 +237,9 @@ int main(int argc, char* argv[])
     QDir folder(arguments.positionalArguments().constFirst());
     if (!folder.mkpath(u"."_s))
         return 1;
-    for (const auto language : { L10n::English, L10n::Ukrainian })
+    for (const auto language : { L10n::English, L10n::Ukrainian }) {
         Gallery(folder, language).drawAll();
+        drawPlayer(folder, language);
+    }
     return 0;
 }
