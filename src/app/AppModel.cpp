@@ -16,6 +16,9 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
     , m_about(*platform.opener)
     , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
           *platform.desktopPreferences, *platform.scheduler)
+    , m_player(
+          { *platform.applications, *platform.adapterCommand, *platform.adapterProcesses, *platform.musicApp,
+              *platform.scripting, *platform.workQueues, *platform.scheduler, *platform.clock })
     , m_keepAwake(*platform.powerAssertions, *platform.clock, *platform.scheduler)
     , m_owl(*platform.clock, *platform.scheduler, [] { return QRandomGenerator::global()->generateDouble(); })
     , m_hotKey(*platform.hotKeys)
@@ -41,6 +44,10 @@ void AppModel::start(NotchController& notch)
         if (controller && m_settings.peekOnClipboard())
             controller->peek(PeekContent::forItem(item));
     };
+    m_player.onTrackChanged = [this, controller](const NowPlayingTrack& track, const QImage& artwork) {
+        if (controller && m_settings.peekOnTrackChange())
+            controller->peek(PeekContent::forTrack(track, artwork));
+    };
     m_keepAwake.onExpired = [controller] {
         if (controller)
             controller->peek(
@@ -61,11 +68,16 @@ void AppModel::start(NotchController& notch)
     };
     connect(&m_settings, &Settings::hotKeyEnabledChanged, this, &AppModel::applyHotKeyEnabled);
     applyHotKeyEnabled();
-    notch.onExpand = [this] { m_calendar.refresh(); };
+    notch.onExpand = [this] {
+        m_player.refresh();
+        m_calendar.refresh();
+    };
+    notch.onPlayPause = [this] { m_player.playPause(); };
     connect(&m_settings, &Settings::showCalendarChanged, this, &AppModel::applyShowCalendar);
     applyShowCalendar();
     m_clipboard.start();
     applyWatchScreenshots();
+    m_player.start();
 }
 
 void AppModel::applyShowCalendar()

@@ -12,6 +12,7 @@
 #include "clipboard/ThumbnailLoader.h"
 #include "keepawake/KeepAwake.h"
 #include "keepawake/OwlMotion.h"
+#include "nowplaying/NowPlayingModel.h"
 #include "preferences/Settings.h"
 #include "settings/About.h"
 
@@ -35,6 +36,7 @@ public:
 
     [[nodiscard]] About& about() { return m_about; }
     [[nodiscard]] Settings& settings() { return m_settings; }
+    [[nodiscard]] NowPlayingModel& player() { return m_player; }
     [[nodiscard]] KeepAwake& keepAwake() { return m_keepAwake; }
     [[nodiscard]] OwlMotion& owl() { return m_owl; }
     [[nodiscard]] CalendarModel& calendar() { return m_calendar; }
@@ -51,9 +53,10 @@ private:
     void applyShowCalendar();
     void applyWatchScreenshots();
 
-    // The members stand in the order they are built. What is playing joins it after the settings.
+    // The members stand in the order they are built.
     About m_about;
     Settings m_settings;
+    NowPlayingModel m_player;
     KeepAwake m_keepAwake;
     OwlMotion m_owl;
     HotKey m_hotKey;

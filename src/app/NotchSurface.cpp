@@ -35,6 +35,7 @@ void NotchSurface::load(NotchController& controller, AppModel& model)
         { u"about"_s, QVariant::fromValue(&model.about()) },
         { u"keepAwake"_s, QVariant::fromValue(&model.keepAwake()) },
         { u"owl"_s, QVariant::fromValue(&model.owl()) },
+        { u"player"_s, QVariant::fromValue(&model.player()) },
         { u"timeline"_s, QVariant::fromValue(&model.timeline()) },
     });
     m_view.setSource(QUrl(u"qrc:/qt/qml/Nimbarrow/Notch/NotchRootView.qml"_s));

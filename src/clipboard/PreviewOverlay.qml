@@ -28,6 +28,7 @@ Item {
         anchors.fill: parent
         fit: true
         maxPixel: 200
+        wholeBelow: maxPixel
         radius: Theme.rowRadius
         source: root.source
         visible: !large.loaded
@@ -39,6 +40,7 @@ Item {
         anchors.fill: parent
         fit: true
         maxPixel: 1600
+        wholeBelow: maxPixel
         radius: Theme.rowRadius
         source: root.source
     }

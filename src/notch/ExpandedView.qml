@@ -5,6 +5,7 @@ import Nimbarrow.Calendar
 import Nimbarrow.Clipboard
 import Nimbarrow.KeepAwake
 import Nimbarrow.Notch
+import Nimbarrow.NowPlaying
 import Nimbarrow.Preferences
 import Nimbarrow.Settings
 import Nimbarrow.Style
@@ -24,6 +25,7 @@ Item {
     required property About about
     required property KeepAwake keepAwake
     required property OwlMotion owl
+    required property NowPlayingModel player
     required property DayTimeline timeline
 
     Component.onDestruction: handoff.sharing?.cancel()
@@ -94,13 +96,27 @@ Item {
             content: Item {
                 anchors.fill: parent
 
+                NowPlayingColumn {
+                    id: player
+
+                    height: root._mainHeight
+                    player: root.player
+                    shown: root.notch.mode === NotchState.Expanded
+                    width: 150
+
+                    onDragEnded: root.actions.release()
+                    onDragStarted: root.actions.hold()
+                }
+
                 ClipboardColumn {
+                    anchors.left: player.right
+                    anchors.leftMargin: Theme.insetY
+                    anchors.right: parent.right
                     handoff: root.handoff
                     height: root._mainHeight
                     keyboardMode: root.notch.keyboardMode
                     selection: root.notch.selection
                     store: root.store
-                    width: parent.width
 
                     onCollapseRequested: root.actions.collapse()
                     onPreviewDone: root.actions.closePreview()

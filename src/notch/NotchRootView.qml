@@ -5,6 +5,7 @@ import Nimbarrow.Calendar
 import Nimbarrow.Clipboard
 import Nimbarrow.KeepAwake
 import Nimbarrow.Notch
+import Nimbarrow.NowPlaying
 import Nimbarrow.Preferences
 import Nimbarrow.Settings
 import Nimbarrow.Style
@@ -21,6 +22,7 @@ HoverTrackingView {
     required property About about
     required property KeepAwake keepAwake
     required property OwlMotion owl
+    required property NowPlayingModel player
     required property DayTimeline timeline
 
     /// What is drawn; the window ends there.
@@ -82,6 +84,7 @@ HoverTrackingView {
                 notchHeight: root.notch.notchSize.height
                 notchWidth: root.notch.notchSize.width
                 owl: root.owl
+                player: root.player
                 settings: root.settings
                 store: root.store
                 timeline: root.timeline

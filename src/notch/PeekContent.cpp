@@ -1,6 +1,7 @@
 #include "notch/PeekContent.h"
 
 #include "clipboard/ClipboardItem.h"
+#include "nowplaying/NowPlayingTrack.h"
 
 using namespace Qt::StringLiterals;
 
@@ -39,6 +40,14 @@ PeekContent PeekContent::forItem(const ClipboardItem& item)
     auto content = make(symbol, summary.isEmpty() ? item.kindLabel() : summary);
     if (item.imagePath)
         content.imageUrl = QUrl::fromLocalFile(*item.imagePath);
+    return content;
+}
+
+PeekContent PeekContent::forTrack(const NowPlayingTrack& track, const QImage& artwork)
+{
+    auto content
+        = make(u"music.note"_s, track.artist.isEmpty() ? track.title : track.title + u" · "_s + track.artist);
+    content.image = artwork;
     return content;
 }
 

@@ -10,6 +10,7 @@
 namespace nimbarrow {
 
 struct ClipboardItem;
+struct NowPlayingTrack;
 
 /// One short notice.
 class PeekContent {
@@ -18,6 +19,7 @@ class PeekContent {
     Q_PROPERTY(QUuid id MEMBER id)
     Q_PROPERTY(QString symbol MEMBER symbol)
     Q_PROPERTY(QString line MEMBER line)
+    Q_PROPERTY(QImage image MEMBER image)
     Q_PROPERTY(QUrl imageUrl MEMBER imageUrl)
 
 public:
@@ -34,6 +36,8 @@ public:
     /// With a fresh identifier.
     [[nodiscard]] static PeekContent make(const QString& symbol, const QString& line);
     [[nodiscard]] static PeekContent forItem(const ClipboardItem& item);
+    /// `artwork` may be null.
+    [[nodiscard]] static PeekContent forTrack(const NowPlayingTrack& track, const QImage& artwork);
 
     friend bool operator==(const PeekContent&, const PeekContent&) = default;
 };

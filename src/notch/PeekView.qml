@@ -29,7 +29,17 @@ Item {
             anchors.centerIn: parent
             name: root.content.symbol
             size: 13
-            visible: !picture.loaded
+            visible: !artwork.loaded && !picture.loaded
+        }
+
+        Picture {
+            id: artwork
+
+            anchors.centerIn: parent
+            height: root._pictureSize
+            image: root.content.image
+            radius: Theme.smallRadius
+            width: root._pictureSize
         }
 
         Thumbnail {
@@ -40,6 +50,7 @@ Item {
             maxPixel: 120
             radius: Theme.smallRadius
             source: root.content.imageUrl
+            visible: !artwork.loaded
             width: root._pictureSize
         }
     }

@@ -2,6 +2,7 @@
 
 #include "platform/Port.h"
 
+#include <QImage>
 #include <QString>
 
 #include <optional>
@@ -25,6 +26,12 @@ class Applications : public Port {
 public:
     /// The program that has the user's attention; none where the desktop does not say.
     [[nodiscard]] virtual std::optional<RunningApplication> frontmost() const = 0;
+
+    /// The program that a process belongs to; none when there is no such process or nothing is known of it.
+    [[nodiscard]] virtual std::optional<RunningApplication> withProcess(qint32 pid) const = 0;
+
+    /// The program's icon, at most 128 pixels wide and high; null where it has none.
+    [[nodiscard]] virtual QImage icon(const RunningApplication& application) const = 0;
 
     /// Brings a program to the front; nothing when it is gone.
     virtual void activate(const RunningApplication& application) = 0;

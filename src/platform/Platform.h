@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/AccessibilityTrust.h"
+#include "platform/AdapterCommand.h"
+#include "platform/AdapterProcess.h"
 #include "platform/Applications.h"
 #include "platform/CalendarStore.h"
 #include "platform/Clock.h"
@@ -11,6 +13,7 @@
 #include "platform/Keystrokes.h"
 #include "platform/Locations.h"
 #include "platform/LoginItem.h"
+#include "platform/MusicApp.h"
 #include "platform/Opener.h"
 #include "platform/PanelWindow.h"
 #include "platform/Pasteboard.h"
@@ -55,6 +58,9 @@ struct Platform {
     std::unique_ptr<ScreenshotFolder> screenshotFolder;
     std::unique_ptr<SharePicker> sharePicker;
     std::unique_ptr<PowerAssertions> powerAssertions;
+    std::unique_ptr<AdapterCommand> adapterCommand;
+    std::unique_ptr<AdapterProcesses> adapterProcesses;
+    std::unique_ptr<MusicApp> musicApp;
 
     /// Hands the pages that the heap no longer uses back to the system.
     std::function<void()> returnFreeMemory;

@@ -99,7 +99,7 @@ public:
     /// "1 file", "3 files", with the plural forms of the current language.
     [[nodiscard]] static QString files(qsizetype count);
     /// "Open" and a name.
-    [[nodiscard]] static QString open(const QString& name);
+    Q_INVOKABLE [[nodiscard]] static QString open(const QString& name);
 
     [[nodiscard]] QStringList texts() const;
 

@@ -32,6 +32,7 @@ QtObject {
     readonly property int rowSpacing: 1
     readonly property int thumbWidth: 60
     readonly property int thumbHeight: 44
+    readonly property int artworkSize: 78
     readonly property int gap: 8
     readonly property int thumbGap: 6
     /// How far a list fades before its edge.
@@ -40,12 +41,14 @@ QtObject {
     readonly property int smallRadius: 5
     readonly property int thumbRadius: 6
     readonly property int rowRadius: 7
+    readonly property int artworkRadius: 12
 
     // Of the surface's content against the window that it fills.
     readonly property int insetX: 29
     readonly property int insetY: 15
 
     readonly property int pickerText: 9
+    readonly property int timeText: 9
     readonly property int metaText: 10
     readonly property int smallText: 11
     readonly property int rowText: 12
@@ -53,6 +56,7 @@ QtObject {
     readonly property int fadeDuration: Motion.reduced ? 0 : 120
     /// Never nothing: what has moved within one frame would not learn that the pointer is over it now.
     readonly property int slideDuration: Motion.reduced ? 1 : 160
+    readonly property int openDuration: Motion.reduced ? 0 : 180
     readonly property int hintDuration: Motion.reduced ? 0 : 150
     /// The pointer rests this long before a help text shows.
     readonly property int helpDelay: 600

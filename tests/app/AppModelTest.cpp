@@ -2,6 +2,7 @@
 
 #include "notch/NotchController.h"
 #include "platform/Platform.h"
+#include "support/FakeAdapter.h"
 #include "support/FakeApplications.h"
 #include "support/FakeCalendarStore.h"
 #include "support/FakeDesktop.h"
@@ -10,6 +11,7 @@
 #include "support/FakeKeystrokes.h"
 #include "support/FakeLocations.h"
 #include "support/FakeLoginItem.h"
+#include "support/FakeMusicApp.h"
 #include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
 #include "support/FakePowerAssertions.h"
@@ -66,6 +68,9 @@ struct Program {
         give<FakeOpener>(platform.opener);
         give<FakeCalendarStore>(platform.calendarStore);
         give<FakeScripting>(platform.scripting);
+        give<FakeAdapterCommand>(platform.adapterCommand);
+        give<FakeAdapterProcesses>(platform.adapterProcesses);
+        give<FakeMusicApp>(platform.musicApp);
         give<FakePowerAssertions>(platform.powerAssertions);
         give<FakeSharePicker>(platform.sharePicker);
         give<FakeFolderEvents>(platform.folderEvents);

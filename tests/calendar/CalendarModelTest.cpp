@@ -185,7 +185,7 @@ private Q_SLOTS:
             "    set day of d to 1\n    set year of d to 2026\n    set month of d to 2\n    set day of d to "
             "28\n"
             "    switch view to day view\n    view calendar at d\n    activate\nend tell"_s);
-        f.scripting.result.error = ScriptResult::Error { false, u"no such service"_s };
+        f.scripting.error = ScriptResult::Error { false, u"no such service"_s };
         QTest::ignoreMessage(QtWarningMsg, "Calendar AppleScript failed: no such service");
         f.model.open(event);
         f.queues.runAll();

@@ -49,6 +49,7 @@ SurfaceFixture::SurfaceFixture(QSizeF notch)
         { u"about"_s, QVariant::fromValue(&about) },
         { u"keepAwake"_s, QVariant::fromValue(&keepAwake) },
         { u"owl"_s, QVariant::fromValue(&owl) },
+        { u"player"_s, QVariant::fromValue(&player.model) },
         { u"timeline"_s, QVariant::fromValue(&timeline) },
     });
     view.resize(notch.toSize());

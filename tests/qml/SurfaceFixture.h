@@ -23,6 +23,7 @@
 #include "support/FakeScripting.h"
 #include "support/FakeSharePicker.h"
 #include "support/HistoryFixture.h"
+#include "support/PlayerFixture.h"
 
 #include <QQuickItem>
 #include <QQuickView>
@@ -54,6 +55,7 @@ public:
     FakeScripting scripting;
     CalendarModel calendar { calendarStore, opener, scripting, history.time, history.time, history.queues };
     DayTimeline timeline { calendar, history.time, history.time, opener };
+    PlayerFixture player;
     OwlMotion owl { history.time, history.time, [] { return 0.5; } };
     ThumbnailLoader thumbnails { history.queues };
     NotchState state;

@@ -1,5 +1,6 @@
 // gallery FOLDER: draws every state of the surface, with made-up contents, into pictures for people to look
 // at.
+#include "PlayerGallery.h"
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
 
@@ -330,7 +331,9 @@ int main(int argc, char* argv[])
     QDir folder(arguments.positionalArguments().constFirst());
     if (!folder.mkpath(u"."_s))
         return 1;
-    for (const auto language : { L10n::English, L10n::Ukrainian })
+    for (const auto language : { L10n::English, L10n::Ukrainian }) {
         Gallery(folder, language).drawAll();
+        drawPlayer(folder, language);
+    }
     return 0;
 }

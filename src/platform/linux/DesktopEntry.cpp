@@ -56,6 +56,8 @@ std::optional<DesktopEntry> DesktopEntry::parse(
             entry.categories = QString::fromUtf8(value).split(u';', Qt::SkipEmptyParts);
         else if (key == "StartupWMClass")
             entry.startupWmClass = unescaped(value);
+        else if (key == "Icon")
+            entry.icon = unescaped(value);
         else if (key == "Hidden")
             entry.isHidden = value == "true";
         for (std::size_t i = 0; i < nameKeys.size(); ++i) {

@@ -13,6 +13,8 @@ struct DesktopEntry {
     /// The name of the file without its suffix, with "-" for each folder: "org.xfce.mousepad".
     QString id;
     QString name;
+    /// The name of an icon of the theme, or the path of a picture.
+    QString icon;
     QStringList categories;
     QString startupWmClass;
     bool isHidden = false;

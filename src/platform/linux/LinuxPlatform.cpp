@@ -9,14 +9,17 @@
 #include "platform/linux/DisplayPanels.h"
 #include "platform/linux/InheritedState.h"
 #include "platform/linux/InotifyFolderEvents.h"
+#include "platform/linux/LinuxAdapterCommand.h"
 #include "platform/linux/LinuxCalendarStore.h"
 #include "platform/linux/LinuxPowerAssertions.h"
 #include "platform/linux/LinuxPreferences.h"
+#include "platform/linux/NoMusicApp.h"
 #include "platform/linux/NoScripting.h"
 #include "platform/linux/PortalSharePicker.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/XdgLocations.h"
 #include "platform/qt/QSettingsDefaults.h"
+#include "platform/qt/QtAdapterProcesses.h"
 #include "platform/qt/QtScheduler.h"
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/QtWorkQueues.h"
@@ -105,6 +108,9 @@ Platform makePlatform()
     platform.sharePicker
         = std::make_unique<PortalSharePicker>(inheritedState(), liveSessionBus(), *platform.workQueues);
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(liveSessionBus(), liveSystemBus());
+    platform.adapterCommand = std::make_unique<LinuxAdapterCommand>(QCoreApplication::applicationDirPath());
+    platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
+    platform.musicApp = std::make_unique<NoMusicApp>();
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
     return platform;
 }

@@ -17,12 +17,15 @@ public:
     ~X11Applications() override;
 
     [[nodiscard]] std::optional<RunningApplication> frontmost() const override;
+    [[nodiscard]] std::optional<RunningApplication> withProcess(qint32 pid) const override;
+    [[nodiscard]] QImage icon(const RunningApplication& application) const override;
     void activate(const RunningApplication& application) override;
 
     /// True where pasting takes one modifier more, because the usual chord means something to the shell.
     [[nodiscard]] bool isTerminalInFront() const;
 
 private:
+    [[nodiscard]] std::optional<quint32> windowFor(qint32 pid) const;
     [[nodiscard]] std::optional<DesktopEntry> entryOf(quint32 window) const;
 
     std::unique_ptr<DesktopEntries> m_entries;

@@ -1,0 +1,21 @@
+#include "nowplaying/Artwork.h"
+
+#include "clipboard/ImageCodec.h"
+
+#include <QBuffer>
+
+namespace nimbarrow {
+namespace {
+
+constexpr auto maxPixel = 600;
+
+} // namespace
+
+QImage artworkFromData(QByteArray data)
+{
+    QBuffer source(&data);
+    source.open(QIODevice::ReadOnly);
+    return imagecodec::thumbnail(source, maxPixel);
+}
+
+} // namespace nimbarrow

@@ -1,0 +1,7 @@
+#include "nowplaying/NowPlayingLog.h"
+
+namespace nimbarrow {
+
+Q_LOGGING_CATEGORY(logNowPlaying, "ua.tessak.Nimbarrow.nowplaying")
+
+} // namespace nimbarrow

@@ -1,0 +1,216 @@
+#include "preferences/L10n.h"
+#include "qml/PlayerColumn.h"
+#include "style/Motion.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+using namespace std::chrono_literals;
+
+namespace {
+
+const auto longTitle = u"A title that is far too long for a column of this width"_s;
+
+} // namespace
+
+class NowPlayingColumnTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_column = std::make_unique<PlayerColumn>(); }
+    void cleanup()
+    {
+        m_column.reset();
+        Motion::instance().setReduced(false);
+        L10n::setCurrent(L10n::English);
+    }
+
+    void showsTheTrackOrThatThereIsNone()
+    {
+        QTRY_VERIFY(m_column->shows(u"Nothing playing"_s));
+        m_column->play();
+        QVERIFY(m_column->shows(u"Song"_s) && m_column->shows(u"Singer"_s));
+        QVERIFY(!m_column->shows(u"Nothing playing"_s));
+        L10n::setCurrent(L10n::Ukrainian);
+        m_column->player.say("{\"type\":\"idle\"}");
+        QTRY_VERIFY(m_column->shows(u"Нічого не грає"_s));
+        QTRY_VERIFY(!m_column->find("PlayerView"));
+    }
+
+    void refusalIsExplained()
+    {
+        auto& player = m_column->player;
+        player.musicApp.state = MusicApp::Running { 7, u"Music"_s, {} };
+        player.scripting.error = ScriptResult::Error { true, {} };
+        player.command.call.reset();
+        player.adapter().end();
+        player.time.advance(1s);
+        player.queues.runAll();
+        QTRY_VERIFY(m_column->shows(L10n::text(L10n::Key::MusicPermissionHint)));
+    }
+
+    void buttonsCommandThePlayer()
+    {
+        m_column->play();
+        click(m_column->button(u"Previous"_s));
+        click(m_column->button(u"Play / pause"_s));
+        click(m_column->button(u"Next"_s));
+        QCOMPARE(commands(), QByteArrayList({ "previous\n", "toggle\n", "next\n" }));
+        QCOMPARE(m_column->button(u"Play / pause"_s)->property("symbol"), u"play.fill"_s);
+        m_column->play({ { u"playing"_s, true } });
+        QCOMPARE(m_column->button(u"Play / pause"_s)->property("symbol"), u"pause.fill"_s);
+        click(m_column->find("TrackArtwork"));
+        QCOMPARE(m_column->player.applications.activated.size(), 1);
+    }
+
+    void dragOnTheBarSeeksOnceAtItsEnd()
+    {
+        m_column->play({ { u"elapsed"_s, 65 } });
+        QVERIFY(m_column->shows(u"1:05"_s) && m_column->shows(u"−2:15"_s));
+        auto* const bar = m_column->find("PlaybackProgress");
+        const QSignalSpy started(m_column->view.rootObject(), SIGNAL(dragStarted()));
+        const QSignalSpy ended(m_column->view.rootObject(), SIGNAL(dragEnded()));
+        press(PlayerColumn::placeIn(bar, 0.1, 0.2));
+        moveTo(PlayerColumn::placeIn(bar, 0.5, 0.2));
+        QVERIFY(m_column->shows(u"1:40"_s));
+        QCOMPARE(commands(), QByteArrayList());
+        // The pointer may leave the bar, and the window as well.
+        moveTo({ 400, 10 });
+        QCOMPARE(started.size() - ended.size(), 1);
+        release({ 400, 10 });
+        QCOMPARE(commands(), QByteArrayList { "seek 200.0\n" });
+        QCOMPARE(ended.size(), 1);
+    }
+
+    void trackOfUnknownLengthCannotBeSought()
+    {
+        m_column->play({ { u"duration"_s, 0 }, { u"elapsed"_s, 65 } });
+        auto* const bar = m_column->find("PlaybackProgress");
+        press(PlayerColumn::placeIn(bar, 0.5, 0.2));
+        release(PlayerColumn::placeIn(bar, 0.5, 0.2));
+        QCOMPARE(commands(), QByteArrayList());
+        QVERIFY(!m_column->shows(u"0:00"_s));
+    }
+
+    void sliderSetsTheVolumeWhenLetGo()
+    {
+        m_column->play({ { u"volume"_s, 50 } });
+        QVERIFY(!m_column->find("VolumeSlider"));
+        auto* const button = m_column->button(u"Volume"_s);
+        QCOMPARE(button->property("symbol"), u"speaker.wave.2.fill"_s);
+        click(button);
+        PlayerColumn::settle();
+        auto* const slider = m_column->find("VolumeSlider");
+        QVERIFY(slider);
+        QCOMPARE(slider->size(), QSizeF(7, 66));
+        press(PlayerColumn::placeIn(slider, 0.5, 0.2));
+        QCOMPARE(button->property("symbol"), u"speaker.wave.3.fill"_s);
+        moveTo(PlayerColumn::placeIn(slider, 0.5, 3));
+        QCOMPARE(button->property("symbol"), u"speaker.slash.fill"_s);
+        QCOMPARE(commands(), QByteArrayList());
+        moveTo(PlayerColumn::placeIn(slider, 0.5, -3));
+        release(PlayerColumn::placeIn(slider, 0.5, -3));
+        QCOMPARE(commands(), QByteArrayList { "volume 100\n" });
+        click(button);
+        QTRY_VERIFY(!m_column->find("VolumeSlider"));
+    }
+
+    void unknownVolumeIsSilentAndStaysSo()
+    {
+        m_column->play();
+        auto* const button = m_column->button(u"Volume"_s);
+        QCOMPARE(button->property("symbol"), u"speaker.slash.fill"_s);
+        click(button);
+        PlayerColumn::settle();
+        auto* const slider = m_column->find("VolumeSlider");
+        press(PlayerColumn::placeIn(slider, 0.5, 0.25));
+        release(PlayerColumn::placeIn(slider, 0.5, 0.25));
+        QCOMPARE(commands(), QByteArrayList());
+        QCOMPARE(button->property("symbol"), u"speaker.slash.fill"_s);
+    }
+
+    void volumeHasASymbol_data()
+    {
+        QTest::addColumn<double>("volume");
+        QTest::addColumn<QString>("symbol");
+        QTest::newRow("hardly any") << 0.5 << u"speaker.slash.fill"_s;
+        QTest::newRow("1") << 1.0 << u"speaker.wave.1.fill"_s;
+        QTest::newRow("39.9") << 39.9 << u"speaker.wave.1.fill"_s;
+        QTest::newRow("40") << 40.0 << u"speaker.wave.2.fill"_s;
+        QTest::newRow("74.9") << 74.9 << u"speaker.wave.2.fill"_s;
+        QTest::newRow("75") << 75.0 << u"speaker.wave.3.fill"_s;
+    }
+    void volumeHasASymbol()
+    {
+        QFETCH(const double, volume);
+        QTEST(NowPlayingModel::volumeSymbol(volume), "symbol");
+    }
+
+    void timesAreReadable()
+    {
+        QCOMPARE(NowPlayingModel::timeText(-1), u"0:00"_s);
+        QCOMPARE(NowPlayingModel::timeText(59.99), u"0:59"_s);
+        QCOMPARE(NowPlayingModel::timeText(3600), u"1:00:00"_s);
+        QCOMPARE(NowPlayingModel::timeText(36'061), u"10:01:01"_s);
+        QVERIFY(NowPlayingModel::timeText(1e300).size() < 10);
+    }
+
+    void onlyATitleThatDoesNotFitMoves()
+    {
+        m_column->play();
+        auto* const title = m_column->find("MarqueeText");
+        QVERIFY(!title->property("active").toBool());
+        m_column->play({ { u"title"_s, longTitle } });
+        QVERIFY(title->property("active").toBool());
+        QTRY_VERIFY(title->property("offset").toDouble() < -1);
+        // Another text begins at its beginning.
+        m_column->play({ { u"title"_s, longTitle.toUpper() } });
+        QCOMPARE(title->property("offset").toDouble(), 0.0);
+        Motion::instance().setReduced(true);
+        QVERIFY(!title->property("active").toBool());
+        Motion::instance().setReduced(false);
+        QVERIFY(title->property("active").toBool());
+        m_column->view.rootObject()->setProperty("shown", false);
+        QVERIFY(!title->property("active").toBool());
+        QCOMPARE(title->property("offset").toDouble(), 0.0);
+    }
+
+    void whatLooksTheSameIsNotDrawnAgain()
+    {
+        // The bar and the times of a long track hardly move.
+        m_column->play({ { u"playing"_s, true }, { u"duration"_s, 3000 } });
+        QTest::qWait(300);
+        QSignalSpy frames(&m_column->view, &QQuickWindow::frameSwapped);
+        QTest::qWait(600);
+        QCOMPARE(frames.size(), 0);
+        m_column->player.time.advance(1s);
+        QTRY_VERIFY(m_column->shows(u"0:01"_s));
+        QTest::qWait(300);
+        QVERIFY(frames.size() >= 1 && frames.size() <= 2);
+
+        m_column->view.rootObject()->setProperty("shown", false);
+        QTest::qWait(50);
+        frames.clear();
+        m_column->player.time.advance(1s);
+        QTest::qWait(600);
+        QCOMPARE(frames.size(), 0);
+        QVERIFY(m_column->shows(u"0:01"_s));
+    }
+
+private:
+    void press(const QPoint& place) { QTest::mousePress(&m_column->view, Qt::LeftButton, {}, place); }
+    void moveTo(const QPoint& place) { QTest::mouseMove(&m_column->view, place); }
+    void release(const QPoint& place) { QTest::mouseRelease(&m_column->view, Qt::LeftButton, {}, place); }
+    void click(const QQuickItem* item)
+    {
+        QTest::mouseClick(&m_column->view, Qt::LeftButton, {}, PlayerColumn::placeIn(item));
+    }
+    [[nodiscard]] QByteArrayList commands() const { return m_column->player.adapter().written; }
+
+    std::unique_ptr<PlayerColumn> m_column;
+};
+
+QTEST_MAIN(NowPlayingColumnTest)
+#include "NowPlayingColumnTest.moc"
