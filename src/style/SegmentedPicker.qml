@@ -75,6 +75,7 @@ Rectangle {
                 width: line.implicitWidth + choicesRow._padding
 
                 Accessible.onPressAction: root.choiceMade(index)
+                Accessible.onToggleAction: root.choiceMade(index)
 
                 Line {
                     id: line
