@@ -60,6 +60,9 @@ void NotchController::handleKey(const KeyEvent& event)
     if (!m_state.keyboardMode())
         return;
     using enum Key;
+    // Behind the settings nobody sees what is selected, and nothing may happen to it.
+    if (m_state.showSettings() && event.key != Escape && event.key != V)
+        return;
     switch (event.key) {
     case C:
         if (event.modifiers == KeyModifier::Command)

@@ -6,7 +6,7 @@ Item {
     id: root
 
     required property string label
-    required property list<string> choices
+    required property var choices
     required property int chosen
 
     signal choiceMade(index: int)

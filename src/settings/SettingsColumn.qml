@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Nimbarrow.Clipboard
 import Nimbarrow.Preferences
 import Nimbarrow.Settings
@@ -14,20 +15,42 @@ Item {
 
     readonly property list<int> _limits: [50, 100, 200]
 
+    readonly property Item _focused: Window.activeFocusItem
+
+    /// Scrolls no farther than it must for all of what the keyboard has reached to be seen.
+    function reveal(item: Item) {
+        const top = item.mapToItem(column, 0, 0).y;
+        const lowest = Math.max(0, page.contentHeight - page.height);
+        const wanted = Math.max(Math.min(page.contentY, top - Theme.fadeLength), top + item.height + Theme.fadeLength / 2 - page.height);
+        page.contentY = Math.max(0, Math.min(lowest, wanted));
+    }
+
+    on_FocusedChanged: {
+        let ancestor = _focused;
+        while (ancestor && ancestor !== column)
+            ancestor = ancestor.parent;
+        if (ancestor)
+            reveal(_focused);
+    }
+
     Flickable {
         id: page
 
+        // Room for the ring around a control at the edge.
         anchors.fill: parent
+        anchors.margins: -3
         boundsBehavior: Flickable.StopAtBounds
         clip: true
-        contentHeight: column.height
+        contentHeight: column.height + 6
         pixelAligned: true
 
         Column {
             id: column
 
             spacing: 2
-            width: page.width
+            width: root.width
+            x: 3
+            y: 3
 
             Line {
                 Accessible.name: text

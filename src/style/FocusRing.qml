@@ -9,6 +9,6 @@ Rectangle {
     border.color: Theme.title
     border.width: 1
     color: "transparent"
-    radius: parent.radius + 2
+    radius: ((parent as Rectangle)?.radius ?? 0) + 2
     visible: shown
 }

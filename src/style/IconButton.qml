@@ -19,10 +19,14 @@ Item {
 
     Accessible.name: help
     Accessible.role: Accessible.Button
+    activeFocusOnTab: true
     implicitHeight: 24
     implicitWidth: 24
 
     Accessible.onPressAction: clicked()
+    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onSpacePressed: clicked()
     Component.onDestruction: HelpText.withdraw(root)
     onHoveredChanged: hovered ? HelpText.offer(root, help, Theme.helpDelay) : HelpText.withdraw(root)
 
@@ -37,6 +41,11 @@ Item {
                 duration: Theme.fadeDuration
             }
         }
+    }
+
+    FocusRing {
+        radius: Theme.smallRadius
+        shown: root.activeFocus
     }
 
     HoverHandler {

@@ -8,7 +8,7 @@ Rectangle {
 
     /// Says what is chosen here, to assistive programs.
     required property string label
-    required property list<string> choices
+    required property var choices
     required property int chosen
 
     // The count tells when the choices are there.
@@ -75,6 +75,7 @@ Rectangle {
                 width: line.implicitWidth + choicesRow._padding
 
                 Accessible.onPressAction: root.choiceMade(index)
+                Accessible.onToggleAction: root.choiceMade(index)
 
                 Line {
                     id: line
@@ -102,7 +103,6 @@ Rectangle {
     TextMetrics {
         id: together
 
-        font.family: Qt.application.font.family
         font.pixelSize: Theme.pickerText
         text: root.choices.join("")
     }

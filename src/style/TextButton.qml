@@ -13,10 +13,14 @@ Item {
 
     Accessible.name: text
     Accessible.role: Accessible.Button
+    activeFocusOnTab: true
     implicitHeight: line.implicitHeight
     implicitWidth: line.implicitWidth
 
     Accessible.onPressAction: clicked()
+    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onSpacePressed: clicked()
 
     Line {
         id: line
@@ -26,6 +30,13 @@ Item {
         font.pixelSize: root.size
         font.underline: root.emphasized && hover.hovered
         text: root.text
+    }
+
+    FocusRing {
+        anchors.leftMargin: -4
+        anchors.rightMargin: -4
+        radius: Theme.smallRadius
+        shown: root.activeFocus
     }
 
     HoverHandler {

@@ -22,6 +22,8 @@ Item {
 
     Accessible.onPressAction: toggle()
     Accessible.onToggleAction: toggle()
+    Keys.onEnterPressed: toggle()
+    Keys.onReturnPressed: toggle()
     Keys.onSpacePressed: toggle()
 
     Line {

@@ -9,7 +9,7 @@ from desktop import gradient_png, NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_MIDDLE, NOTCH_
 
 # Where things are in the expanded surface, in points of the screen: 460 wide, centred on the notch.
 SURFACE_LEFT = NOTCH_MIDDLE - 230
-CLIPBOARD_LEFT = SURFACE_LEFT + 29
+CLIPBOARD_LEFT = SURFACE_LEFT + 194
 STRIP_Y = 90
 FIRST_ROW_Y = 118
 ROW_HEIGHT = 30
@@ -114,7 +114,7 @@ class Flow:
         self.show("surface")
 
     def row(self, index):
-        return CLIPBOARD_LEFT + 90, FIRST_ROW_Y + ROW_HEIGHT * index + ROW_HEIGHT // 2
+        return CLIPBOARD_LEFT + 60, FIRST_ROW_Y + ROW_HEIGHT * index + ROW_HEIGHT // 2
 
     def click_pastes(self, editor):
         """The second row, the link, goes into the editor; the surface closes by itself."""

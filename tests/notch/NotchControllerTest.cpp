@@ -302,6 +302,21 @@ private Q_SLOTS:
         }
     }
 
+    void leavesHiddenEntriesAloneBehindTheSettings()
+    {
+        Surface s;
+        s.remember({ u"kept"_s });
+        s.controller.toggleKeyboard();
+        s.state().setShowSettings(true);
+        for (const auto key : { Key::ForwardDelete, Key::Return, Key::Space })
+            s.window.press(key);
+        s.window.press(Key::C, KeyModifier::Command);
+        QVERIFY(s.state().keyboardMode());
+        QVERIFY(!s.store->isEmpty());
+        s.window.press(Key::Escape);
+        QVERIFY(!s.state().keyboardMode());
+    }
+
     void keepsTheSelectionOnAnEntryThatExists()
     {
         Surface s;

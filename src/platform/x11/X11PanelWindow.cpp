@@ -6,6 +6,7 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QQuickItem>
 #include <QQuickWindow>
 
 #include <array>
@@ -24,6 +25,8 @@ xcb_window_t created(QQuickWindow& window)
     format.setAlphaBufferSize(8);
     window.setFormat(format);
     window.setColor(Qt::transparent);
+    // Nobody sees it, but a screen reader says it.
+    window.setTitle(QGuiApplication::applicationDisplayName());
     window.create();
     return static_cast<xcb_window_t>(window.winId());
 }
@@ -114,12 +117,24 @@ bool X11PanelWindow::eventFilter(QObject* watched, QEvent* event)
     const auto isKeyEvent = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     if (watched != &m_window || !m_isKey || !isKeyEvent)
         return PanelWindow::eventFilter(watched, event);
-    const auto& key = static_cast<const QKeyEvent&>(*event);
+    auto& key = static_cast<QKeyEvent&>(*event);
+    if (event->type() == QEvent::KeyPress && isTakenByControl(key))
+        return true;
     if (event->type() == QEvent::KeyPress)
         Q_EMIT keyPressed(translated(key));
     else if (!key.isAutoRepeat())
         Q_EMIT keyReleased(translated(key));
     return true;
+}
+
+bool X11PanelWindow::isTakenByControl(QKeyEvent& event) const
+{
+    auto* const control = m_window.activeFocusItem();
+    if (!control)
+        return false;
+    event.accept();
+    QCoreApplication::sendEvent(control, &event);
+    return event.isAccepted();
 }
 
 KeyEvent X11PanelWindow::translated(const QKeyEvent& event) const

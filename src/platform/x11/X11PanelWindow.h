@@ -37,6 +37,8 @@ protected:
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+    /// The control that the Tab key has reached comes before everybody else.
+    [[nodiscard]] bool isTakenByControl(QKeyEvent& event) const;
     [[nodiscard]] KeyEvent translated(const QKeyEvent& event) const;
     void shapeToOutline();
 

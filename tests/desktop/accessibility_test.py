@@ -1,0 +1,123 @@
+"""accessibility_test.py PROGRAM PEERS: the surface as a screen reader tells it and as the keyboard alone uses it, on a
+private desktop."""
+
+import sys
+import time
+
+from desktop import Desktop, StageMissed, wait_until
+from flow import Flow
+from screen_reader import ScreenReader
+
+SETTINGS = {"en": ("push button", "Settings"), "uk": ("push button", "Налаштування")}
+SWITCHES = {
+    "en": ["Launch at login", "Show new clipboard items", "Show track changes", "Watch for screenshots",
+           "Paste on click", "⌘⇧V hot key", "Today's calendar"],
+    "uk": ["Запускати при вході", "Показувати нове з буфера", "Показувати зміну треку", "Стежити за скріншотами",
+           "Вставляти кліком", "Хоткей ⌘⇧V", "Календар на сьогодні"],
+}
+CHOICES = {"en": ["50", "100", "200", "System", "Українська", "English"],
+           "uk": ["50", "100", "200", "Як у системі", "Українська", "English"]}
+BUTTONS = {"en": ["Clear history", "☕ Buy me a coffee"], "uk": ["Очистити історію", "☕ Підтримати"]}
+
+
+class AccessibilityFlow(Flow):
+    def __init__(self, desktop):
+        super().__init__(desktop)
+        self.reader = ScreenReader(desktop)
+
+    def named(self, role):
+        return [control["name"] for control in self.reader.controls() if control["role"] == role]
+
+    def press(self, role, name):
+        if not self.reader.press(role, name):
+            raise StageMissed(f"a press of the {role} {name!r}, among {self.reader.controls()}")
+
+    def has_names(self):
+        """Each control says what it is and can be used without a pointer."""
+        for control in self.reader.controls():
+            if not control["name"].strip() or not {"Press", "Toggle"} & set(control["actions"]):
+                raise StageMissed(f"a name and an action for {control}")
+
+    def tells_history(self):
+        desktop = self.desktop
+        desktop.copy("First of two")
+        desktop.wait_for_entry("a text", lambda item: item.get("text") == "First of two")
+        desktop.copy("Second of two")
+        desktop.wait_for_entry("a text", lambda item: item.get("text") == "Second of two")
+        desktop.key("super+shift+v")
+        self.wait_open()
+        wait_until("both entries told", lambda: {"First of two", "Second of two"} <= set(self.named("list item")))
+        self.has_names()
+        self.press("list item", "First of two")
+        wait_until("the pressed entry on the clipboard", lambda: desktop.pasted() == b"First of two")
+
+    def tells_settings(self, language):
+        self.has_names()
+        for role, expected in (("check box", SWITCHES[language]), ("radio button", CHOICES[language])):
+            if self.named(role) != expected:
+                raise StageMissed(f"{expected}, not {self.named(role)}")
+        if not set(BUTTONS[language]) | {SETTINGS[language][1]} <= set(self.named("push button")):
+            raise StageMissed(f"{BUTTONS[language]} among {self.named('push button')}")
+
+    def state(self, name):
+        return next(control["checked"] for control in self.reader.controls() if control["name"] == name)
+
+    def uses_settings(self):
+        self.press(*SETTINGS["en"])
+        wait_until("the switches told", lambda: len(self.named("check box")) == 7)
+        self.tells_settings("en")
+        before = self.state("Show track changes")
+        self.press("check box", "Show track changes")
+        wait_until("the pressed switch in its other state", lambda: self.state("Show track changes") != before, 5)
+        self.press("radio button", "200")
+        wait_until("the pressed choice", lambda: self.state("200") and not self.state("100"), 5)
+        self.press("radio button", "Українська")
+        wait_until("another language", lambda: "Мова" in self.reader.texts(), 5)
+        self.tells_settings("uk")
+        # The keys that a screen reader and people press there belong to the settings, not to hidden entries.
+        self.desktop.key("Delete")
+        time.sleep(0.8)
+        if len(self.desktop.history()) != 2:
+            raise StageMissed("a history that the keyboard leaves alone behind the settings")
+
+    def reaches_all_with_tab(self):
+        reached = []
+        for _ in range(24):
+            self.desktop.key("Tab")
+            time.sleep(0.1)
+            reached += [node["name"] for node in self.reader.nodes() if node["focused"] and node["role"] != "frame"]
+        missing = set(SWITCHES["uk"] + BUTTONS["uk"] + ["Історія, елементів", "Мова", "Налаштування"]) - set(reached)
+        if missing:
+            raise StageMissed(f"{missing} under the Tab key, which reached {reached}")
+
+    def toggles_with_space(self):
+        for _ in range(24):
+            focused = [control for control in self.reader.controls() if control["focused"]]
+            if focused and focused[0]["role"] == "check box":
+                break
+            self.desktop.key("Tab")
+        name, before = focused[0]["name"], focused[0]["checked"]
+        self.desktop.key("space")
+        wait_until(f"{name} toggled by the space bar", lambda: self.state(name) != before, 5)
+        self.desktop.key("Escape")
+        self.wait_closed()
+
+
+def main(program, _peers=None):
+    with Desktop(program, settings={"language": "en"}) as desktop:
+        desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        try:
+            flow = AccessibilityFlow(desktop)
+            desktop.start()
+            flow.tells_history()
+            flow.uses_settings()
+            flow.reaches_all_with_tab()
+            flow.toggles_with_space()
+        except StageMissed as missed:
+            print("missed:", missed, "\n" + desktop.log(), file=sys.stderr)
+            return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

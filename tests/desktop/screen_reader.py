@@ -1,0 +1,92 @@
+"""What a screen reader is told: the tree of the program on the accessibility bus, read in a process of its own."""
+
+import json
+import subprocess
+import sys
+
+# The one that the distribution's packages are for; another one may come first in the path.
+PYTHON = "/usr/bin/python3"
+ACTIONABLE = ("push button", "check box", "radio button", "toggle button", "list item", "link", "slider")
+
+
+class ScreenReader:
+    """Asks from outside: the library keeps the bus that it has seen first."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+
+    def _ask(self, *words):
+        return json.loads(self.desktop.call([PYTHON, __file__, str(self.desktop.nimbarrow.pid), *words]))
+
+    def nodes(self):
+        """All that is to be seen now, as a list of role, name, states and actions, in reading order."""
+        return self._ask("tree")
+
+    def controls(self):
+        """What of it can be used."""
+        return [node for node in self.nodes() if node["role"] in ACTIONABLE]
+
+    def texts(self):
+        return [node["name"] for node in self.nodes()]
+
+    def press(self, role, name):
+        """False when there is no such control or it does not do it."""
+        return self._ask("press", role, name)
+
+
+def _nodes(pid):
+    import gi
+    gi.require_version("Atspi", "2.0")
+    from gi.repository import Atspi
+
+    def walk(node, depth=0):
+        if node is None or depth > 40:
+            return
+        yield node
+        for index in range(node.get_child_count()):
+            yield from walk(node.get_child_at_index(index), depth + 1)
+
+    desktop = Atspi.get_desktop(0)
+    for index in range(desktop.get_child_count()):
+        program = desktop.get_child_at_index(index)
+        if program and program.get_process_id() == pid:
+            for node in walk(program):
+                states = node.get_state_set()
+                if states.contains(Atspi.StateType.SHOWING) or node.get_role_name() == "application":
+                    yield node
+
+
+def _described(node):
+    import gi
+    gi.require_version("Atspi", "2.0")
+    from gi.repository import Atspi
+
+    states = node.get_state_set()
+    action = node.get_action_iface()
+    return {
+        "role": node.get_role_name(), "name": node.get_name() or "",
+        "checked": states.contains(Atspi.StateType.CHECKED), "focusable": states.contains(Atspi.StateType.FOCUSABLE),
+        "focused": states.contains(Atspi.StateType.FOCUSED),
+        "actions": [action.get_action_name(index) for index in range(action.get_n_actions())] if action else [],
+    }
+
+
+def _press(node):
+    action = node.get_action_iface()
+    for index in range(action.get_n_actions() if action else 0):
+        if action.get_action_name(index).lower() in ("press", "toggle"):
+            return action.do_action(index)
+    return False
+
+
+def main(pid, what, role=None, name=None):
+    nodes = _nodes(int(pid))
+    if what == "tree":
+        answer = [_described(node) for node in nodes]
+    else:
+        answer = any(_press(node) for node in nodes if (node.get_role_name(), node.get_name()) == (role, name))
+    print(json.dumps(answer))
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])
