@@ -2,7 +2,7 @@
 
 #include "app/AppModel.h"
 #include "app/NotchSurface.h"
-#include "clipboard/Thumbnail.h"
+#include "clipboard/ThumbnailFile.h"
 #include "notch/NotchController.h"
 #include "style/Motion.h"
 
@@ -26,7 +26,7 @@ AppDelegate::~AppDelegate()
         m_surface->unload();
     m_notch.reset();
     m_surface.reset();
-    Thumbnail::setLoader(nullptr);
+    ThumbnailFile::setLoader(nullptr);
 }
 
 bool AppDelegate::applicationDidFinishLaunching()
@@ -36,7 +36,7 @@ bool AppDelegate::applicationDidFinishLaunching()
     qCInfo(logApp, "did finish launching");
 
     m_model = std::make_unique<AppModel>(m_platform);
-    Thumbnail::setLoader(&m_model->thumbnails());
+    ThumbnailFile::setLoader(&m_model->thumbnails());
     const auto& desktop = *m_platform.desktopPreferences;
     const auto followMotion = [&desktop] { Motion::instance().setReduced(desktop.reduceMotion()); };
     QObject::connect(&desktop, &DesktopPreferences::reduceMotionChanged, &Motion::instance(), followMotion);

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QUrl>
 #include <QUuid>
+#include <QVariant>
 #include <qqmlintegration.h>
 
 namespace nimbarrow {
@@ -19,7 +20,7 @@ class PeekContent {
     Q_PROPERTY(QUuid id MEMBER id)
     Q_PROPERTY(QString symbol MEMBER symbol)
     Q_PROPERTY(QString line MEMBER line)
-    Q_PROPERTY(QImage image MEMBER image)
+    Q_PROPERTY(QVariant image READ imageValue)
     Q_PROPERTY(QUrl imageUrl MEMBER imageUrl)
 
 public:
@@ -38,6 +39,8 @@ public:
     [[nodiscard]] static PeekContent forItem(const ClipboardItem& item);
     /// `artwork` may be null.
     [[nodiscard]] static PeekContent forTrack(const NowPlayingTrack& track, const QImage& artwork);
+
+    [[nodiscard]] QVariant imageValue() const { return image; }
 
     friend bool operator==(const PeekContent&, const PeekContent&) = default;
 };

@@ -26,13 +26,7 @@ Item {
     function _restart() {
         movement.stop();
         offset = 0;
-        // By then everything that depends on the text has followed it.
-        Qt.callLater(_start);
-    }
-
-    function _start() {
-        if (active)
-            movement.start();
+        later.restart();
     }
 
     Accessible.name: text
@@ -79,6 +73,18 @@ Item {
         height: root.height
         visible: root.active && opacity > 0
         width: Theme.gap
+    }
+
+    // By then everything that depends on the text has followed it.
+    Timer {
+        id: later
+
+        interval: 0
+
+        onTriggered: {
+            if (root.active)
+                movement.start();
+        }
     }
 
     SequentialAnimation {

@@ -22,8 +22,8 @@ class NowPlayingModel : public QObject {
     Q_PROPERTY(nimbarrow::NowPlayingTrack track READ trackOrEmpty NOTIFY trackChanged FINAL)
     Q_PROPERTY(QString appName READ appName NOTIFY appChanged FINAL)
     Q_PROPERTY(bool playing READ isPlaying NOTIFY playingChanged FINAL)
-    /// Null while there is none.
-    Q_PROPERTY(QImage artwork READ artwork NOTIFY artworkChanged FINAL)
+    /// A QImage, null while there is none.
+    Q_PROPERTY(QVariant artwork READ artworkValue NOTIFY artworkChanged FINAL)
     /// The volume is known and can be set.
     Q_PROPERTY(bool hasVolume READ hasVolume NOTIFY volumeChanged FINAL)
     /// 0 to 100.
@@ -60,6 +60,7 @@ public:
     [[nodiscard]] const std::optional<NowPlayingTrack>& track() const { return m_track; }
     [[nodiscard]] bool isPlaying() const { return m_isPlaying; }
     [[nodiscard]] const QImage& artwork() const { return m_artwork; }
+    [[nodiscard]] QVariant artworkValue() const { return m_artwork; }
     [[nodiscard]] const std::optional<double>& volume() const { return m_volume; }
     [[nodiscard]] bool isPermissionDenied() const { return m_permissionDenied; }
     [[nodiscard]] double position() const;

@@ -24,7 +24,7 @@ class Settings final : public QObject {
     Q_PROPERTY(bool peekOnClipboard READ peekOnClipboard NOTIFY peekOnClipboardChanged FINAL)
     Q_PROPERTY(bool peekOnTrackChange READ peekOnTrackChange NOTIFY peekOnTrackChangeChanged FINAL)
     Q_PROPERTY(bool watchScreenshots READ watchScreenshots NOTIFY watchScreenshotsChanged FINAL)
-    Q_PROPERTY(qint64 historyLimit READ historyLimit NOTIFY historyLimitChanged FINAL)
+    Q_PROPERTY(double historyLimit READ historyLimitNumber NOTIFY historyLimitChanged FINAL)
     Q_PROPERTY(bool pasteOnClick READ pasteOnClick NOTIFY pasteOnClickChanged FINAL)
     Q_PROPERTY(bool hotKeyEnabled READ hotKeyEnabled NOTIFY hotKeyEnabledChanged FINAL)
     Q_PROPERTY(bool showCalendar READ showCalendar NOTIFY showCalendarChanged FINAL)
@@ -93,6 +93,7 @@ private:
     void keep(T& field, const T& value, void (Settings::*changed)(), QStringView key);
     void applyLanguage();
     void readTrust();
+    [[nodiscard]] double historyLimitNumber() const { return static_cast<double>(m_historyLimit); }
     [[nodiscard]] QString launchAtLoginErrorText() const { return m_launchAtLoginError.value_or(QString()); }
 
     UserDefaults& m_defaults;

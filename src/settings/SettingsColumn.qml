@@ -13,7 +13,7 @@ Item {
     required property ClipboardStore store
     required property About about
 
-    readonly property list<int> _limits: [50, 100, 200]
+    readonly property var _limits: [50, 100, 200]
 
     readonly property Item _focused: Window.activeFocusItem
 

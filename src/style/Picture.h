@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QQuickPaintedItem>
+#include <QVariant>
 #include <qqmlintegration.h>
 
 namespace nimbarrow {
@@ -10,7 +11,8 @@ namespace nimbarrow {
 class Picture : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QImage image READ image WRITE setImage NOTIFY imageChanged FINAL)
+    /// A QImage; the views only hand it on.
+    Q_PROPERTY(QVariant image READ imageValue WRITE setImageValue NOTIFY imageChanged FINAL)
     /// Of the corners, in points.
     Q_PROPERTY(qreal radius READ radius WRITE setRadius NOTIFY radiusChanged FINAL)
     /// Fits the picture inside instead of cropping it.
@@ -41,6 +43,8 @@ Q_SIGNALS:
     void loadedChanged();
 
 private:
+    [[nodiscard]] QVariant imageValue() const { return m_image; }
+    void setImageValue(const QVariant& image) { setImage(image.value<QImage>()); }
     /// The picture in that many pixels.
     [[nodiscard]] const QImage& scaled(QSize pixels);
 

@@ -1,7 +1,8 @@
 #include "clipboard/ThumbnailLoader.h"
 
 #include "clipboard/ImageCodec.h"
-#include "clipboard/Thumbnail.h"
+#include "clipboard/ThumbnailFile.h"
+#include "style/Picture.h"
 #include "support/ManualQueues.h"
 
 #include <QBuffer>
@@ -156,16 +157,19 @@ private Q_SLOTS:
         QVERIFY(!cache.find(name(1), 1600).isNull());
     }
 
-    void itemDrawsTheFileThatItShowsNow()
+    void aPictureShowsTheFileThatItIsGivenNow()
     {
         ThumbnailLoader loader(m_queues);
-        Thumbnail::setLoader(&loader);
-        Thumbnail item;
+        ThumbnailFile::setLoader(&loader);
+        ThumbnailFile file;
+        Picture item;
+        const auto follow = [&] { item.setProperty("image", file.property("image")); };
+        connect(&file, &ThumbnailFile::imageChanged, &item, follow);
         item.setSize({ 40, 40 });
         item.setRadius(8);
-        item.setSource(put(u"a.png"_s));
+        file.setSource(put(u"a.png"_s));
         QCOMPARE(drawn(item).pixelColor(20, 20), QColor(Qt::black));
-        item.setSource(put(u"b.png"_s, { 20, 400 }));
+        file.setSource(put(u"b.png"_s, { 20, 400 }));
         m_queues.runAll();
         QVERIFY(item.isLoaded());
         auto image = drawn(item);
@@ -176,7 +180,7 @@ private Q_SLOTS:
         image = drawn(item);
         QCOMPARE(image.pixelColor(20, 20), QColor(Qt::red));
         QCOMPARE(image.pixelColor(10, 20), QColor(Qt::black));
-        item.setSource({});
+        file.setSource({});
         QVERIFY(!item.isLoaded());
     }
 
@@ -189,7 +193,7 @@ private:
         return QUrl::fromLocalFile(file.fileName());
     }
 
-    static QImage drawn(Thumbnail& item)
+    static QImage drawn(Picture& item)
     {
         QImage image(40, 40, QImage::Format_RGB32);
         image.fill(Qt::black);

@@ -156,7 +156,9 @@ class Desktop:
 
     def check_log(self):
         """Nothing but its start has been worth a word."""
-        usual = ("did finish launching", "adapter launched", "adapter ready")
+        usual = ["did finish launching", "adapter launched", "adapter ready"]
+        if not self.bus:
+            usual += ["adapter exited (ready: 0)", "adapter unavailable"]
         lines = [line for line in self.log().splitlines() if not any(words in line for words in usual)]
         if lines:
             raise StageMissed("a quiet log:\n" + "\n".join(lines))

@@ -1,6 +1,6 @@
 #include "qml/SurfaceFixture.h"
 
-#include "clipboard/Thumbnail.h"
+#include "clipboard/ThumbnailFile.h"
 #include "notch/NotchPanel.h"
 #include "notch/SurfaceSpring.h"
 #include "style/Motion.h"
@@ -31,7 +31,7 @@ void collect(QQuickItem* item, const QByteArray& type, QList<QQuickItem*>& found
 
 SurfaceFixture::SurfaceFixture(QSizeF notch)
 {
-    Thumbnail::setLoader(&thumbnails);
+    ThumbnailFile::setLoader(&thumbnails);
     actions.onCollapse = [this] { ++collapses; };
     actions.onPreview = [this](const QUuid& item) { state.setPreview(item); };
     state.setGeometry(NotchGeometry { .screenFrame = { 0, 0, 1512, 982 },
@@ -64,7 +64,7 @@ SurfaceFixture::SurfaceFixture(QSizeF notch)
 SurfaceFixture::~SurfaceFixture()
 {
     view.setSource({});
-    Thumbnail::setLoader(nullptr);
+    ThumbnailFile::setLoader(nullptr);
 }
 
 NotchShape* SurfaceFixture::shape() const

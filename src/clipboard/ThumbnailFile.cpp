@@ -1,4 +1,4 @@
-#include "clipboard/Thumbnail.h"
+#include "clipboard/ThumbnailFile.h"
 
 #include "clipboard/ThumbnailLoader.h"
 
@@ -16,17 +16,12 @@ QPointer<ThumbnailLoader>& loader()
 
 } // namespace
 
-Thumbnail::Thumbnail(QQuickItem* parent)
-    : Picture(parent)
-{
-}
-
-void Thumbnail::setLoader(ThumbnailLoader* loader)
+void ThumbnailFile::setLoader(ThumbnailLoader* loader)
 {
     nimbarrow::loader() = loader;
 }
 
-void Thumbnail::setSource(const QUrl& source)
+void ThumbnailFile::setSource(const QUrl& source)
 {
     if (source == m_source)
         return;
@@ -35,7 +30,7 @@ void Thumbnail::setSource(const QUrl& source)
     load();
 }
 
-void Thumbnail::setMaxPixel(int maxPixel)
+void ThumbnailFile::setMaxPixel(int maxPixel)
 {
     if (maxPixel == m_maxPixel)
         return;
@@ -44,17 +39,25 @@ void Thumbnail::setMaxPixel(int maxPixel)
     load();
 }
 
-void Thumbnail::load()
+void ThumbnailFile::load()
 {
     setImage({});
     if (m_source.isEmpty() || !loader())
         return;
     loader()->image(
         m_source, m_maxPixel, this, [this, source = m_source, maxPixel = m_maxPixel](const QImage& image) {
-            // The item may show another file by now.
+            // Another file may be wanted by now.
             if (source == m_source && maxPixel == m_maxPixel)
                 setImage(image);
         });
+}
+
+void ThumbnailFile::setImage(const QImage& image)
+{
+    if (image.isNull() && m_image.isNull())
+        return;
+    m_image = image;
+    Q_EMIT imageChanged();
 }
 
 } // namespace nimbarrow
