@@ -59,6 +59,8 @@ Item {
     Line {
         id: artist
 
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
         color: Theme.secondary
         height: 14
         text: root.player.track.artist

@@ -22,6 +22,8 @@ Item {
         }
 
         Line {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
             color: Theme.secondary
             horizontalAlignment: Text.AlignHCenter
             text: L10n.texts[L10n.NothingPlaying]

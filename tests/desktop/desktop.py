@@ -47,11 +47,14 @@ def gradient_png(width, height, top, bottom):
 class Desktop:
     """`with Desktop(program) as desktop:` starts it all and ends it all."""
 
-    def __init__(self, program, window_manager="openbox", compositor=True, bus=True, scale=1, settings=None):
+    def __init__(self, program, window_manager="openbox", compositor=True, bus=True, scale=1, settings=None,
+                 services=None):
         self.program = os.path.abspath(program)
         self.window_manager = window_manager
         self.compositor = compositor
         self.bus = bus
+        # The only services that the bus may start, where not all that are installed.
+        self.services = services
         self.scale = scale
         self.processes = []
         self.nimbarrow = None
@@ -176,8 +179,20 @@ class Desktop:
         self.environment["DISPLAY"] = ":" + number
 
     def _start_bus(self):
-        bus = self.spawn(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
+        configuration = ["--session"] if self.services is None else [f"--config-file={self._bus_configuration()}"]
+        bus = self.spawn(["dbus-daemon", *configuration, "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+
+    def _bus_configuration(self):
+        folder = self.home / "services"
+        folder.mkdir()
+        for name in self.services:
+            shutil.copy(f"/usr/share/dbus-1/services/{name}.service", folder)
+        path = self.home / "bus.conf"
+        path.write_text(f"<busconfig><type>session</type><listen>unix:tmpdir={self.home}</listen>"
+                        f"<servicedir>{folder}</servicedir><policy context='default'><allow send_destination='*'/>"
+                        "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>")
+        return path
 
     def _paint_background(self):
         self.call(["hsetroot", "-add", "#31547a", "-add", "#b98b6d", "-gradient", "0"])

@@ -63,10 +63,13 @@ def _described(node):
 
     states = node.get_state_set()
     action = node.get_action_iface()
+    place = node.get_component_iface().get_extents(Atspi.CoordType.SCREEN) if node.get_component_iface() else None
     return {
         "role": node.get_role_name(), "name": node.get_name() or "",
         "checked": states.contains(Atspi.StateType.CHECKED), "focusable": states.contains(Atspi.StateType.FOCUSABLE),
         "focused": states.contains(Atspi.StateType.FOCUSED),
+        # Left, top, width and height on the screen, in pixels.
+        "extents": [place.x, place.y, place.width, place.height] if place else [],
         "actions": [action.get_action_name(index) for index in range(action.get_n_actions())] if action else [],
     }
 

@@ -1,0 +1,177 @@
+"""day_test.py PROGRAM PEERS: today's events from a real Evolution Data Server, then from a folder of calendar files, on
+a private desktop."""
+
+import datetime
+import sys
+import time
+
+from desktop import Desktop, StageMissed, wait_until
+from flow import Flow, SURFACE_LEFT
+from screen_reader import PYTHON, ScreenReader
+
+STRIP = (SURFACE_LEFT + 230, 239)
+EVENT_ROW_Y = 245
+
+# Puts events into the server's default calendar, or prints the titles there.
+CLIENT = """
+import sys, gi
+gi.require_version("EDataServer", "1.2")
+gi.require_version("ECal", "2.0")
+gi.require_version("ICalGLib", "3.0")
+from gi.repository import ECal, EDataServer, ICalGLib
+source = EDataServer.SourceRegistry.new_sync(None).ref_default_calendar()
+client = ECal.Client.connect_sync(source, ECal.ClientSourceType.EVENTS, 30, None)
+if sys.argv[1] == "list":
+    for component in client.get_object_list_sync("#t", None)[1]:
+        print(component.get_summary())
+else:
+    client.receive_objects_sync(ICalGLib.Component.new_from_string(sys.argv[2]), 0, None)
+"""
+
+
+def event(uid, title, start, end, *more):
+    """Local times, as people make them."""
+    stamp = "%Y%m%dT%H%M%S"
+    return "\r\n".join(["BEGIN:VEVENT", f"UID:{uid}", "DTSTAMP:20260101T000000Z", f"SUMMARY:{title}",
+                        f"DTSTART:{start.strftime(stamp)}", f"DTEND:{end.strftime(stamp)}", *more, "END:VEVENT", ""])
+
+
+def calendar(components):
+    return "\r\n".join(["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//Test//Test//EN", "METHOD:PUBLISH",
+                        "".join(components) + "END:VCALENDAR", ""])
+
+
+class DayFlow(Flow):
+    def __init__(self, desktop, show=lambda stage: None):
+        super().__init__(desktop, show)
+        self.reader = ScreenReader(desktop)
+        now = datetime.datetime.now()
+        self.day = now.replace(hour=0, minute=0, second=0, microsecond=0)
+        # The day opens at the present, and everything that is to be seen stands around it.
+        self.hour = min(max(now.hour, 4), 19)
+
+    def at(self, hour, minute=0, day=0):
+        return self.day + datetime.timedelta(days=day, hours=hour, minutes=minute)
+
+    def events(self):
+        """A working person's day: each event with its changed occurrences."""
+        hour = self.hour
+        stamp = "%Y%m%dT%H%M%S"
+        weekly = self.at(hour - 2, day=-7)
+        return [
+            [event("planning", "Planning", self.at(hour), self.at(hour + 1, 30))],
+            [event("off", "Called off", self.at(hour + 1), self.at(hour + 2), "STATUS:CANCELLED")],
+            # Each week at one hour; today's was moved to another.
+            [event("weekly", "Weekly", weekly, weekly + datetime.timedelta(hours=1), "RRULE:FREQ=WEEKLY;COUNT=5"),
+             event("weekly", "Moved today", self.at(hour + 2), self.at(hour + 3),
+                   f"RECURRENCE-ID:{self.at(hour - 2).strftime(stamp)}")],
+        ]
+
+    # What the calendars of `events` show today, and what not.
+    TODAY = ("Planning", "Moved today")
+    NOT_TODAY = ("Called off", "Weekly")
+
+    def unfold(self):
+        self.open_by_pointer()
+        self.desktop.move(*STRIP)
+        wait_until("the day unfolded", lambda: self.desktop.is_black(SURFACE_LEFT + 230, 315))
+        time.sleep(0.4)
+
+    def fold(self):
+        self.desktop.move(SURFACE_LEFT + 300, 100)
+        wait_until("the day folded", lambda: not self.desktop.is_black(SURFACE_LEFT + 230, 290))
+        self.leave()
+
+    def told(self):
+        return [node["name"] for node in self.reader.nodes() if node["role"] == "push button"]
+
+    def wait_told(self, title, seconds=15):
+        wait_until(f"{title!r} among {self.told()}", lambda: title in self.told(), seconds)
+
+    def asks(self):
+        """Nothing is read before the user wants it."""
+        self.unfold()
+        self.show("ask")
+        button = wait_until("the question for the calendar", lambda: next(
+            (node for node in self.reader.nodes() if node["name"] == "Show today's calendar"), None))
+        left, top, width, height = button["extents"]
+        self.desktop.click(left + width // 2, top + height // 2)
+        self.desktop.move(STRIP[0] + 4, STRIP[1] + 20)
+        wait_until("a free day", lambda: "Nothing today" in self.reader.texts(), 30)
+
+    def shows_today(self):
+        for title in self.TODAY:
+            self.wait_told(title)
+        for title in self.NOT_TODAY:
+            if title in self.told():
+                raise StageMissed(f"no {title!r} in the day")
+        self.show("day")
+
+    def creates(self, is_there):
+        """A double click on the day makes an event."""
+        before = set(self.told())
+        for x in range(SURFACE_LEFT + 40, SURFACE_LEFT + 420, 30):
+            # Where nothing stands yet.
+            if self.desktop.is_black(x, EVENT_ROW_Y + 12) and self.desktop.is_black(x + 6, EVENT_ROW_Y + 30):
+                self.desktop.move(x, EVENT_ROW_Y + 12)
+                self.desktop.xdotool("click", "--repeat", 2, "--delay", 60, 1)
+                break
+        wait_until("the new event in the calendar", is_there)
+        self.wait_told("New Event")
+        if "New Event" in before:
+            raise StageMissed("a new event")
+
+
+def install(desktop, name):
+    """A program that writes down what it is asked to show."""
+    folder = desktop.home / "bin"
+    folder.mkdir(exist_ok=True)
+    shown = desktop.home / ("shown by " + name)
+    (folder / name).write_text(f"#!/bin/sh\necho \"$@\" >> '{shown}'\n")
+    (folder / name).chmod(0o755)
+    desktop.environment["PATH"] = f"{folder}:{desktop.environment['PATH']}"
+
+
+def on_the_server(desktop, flow):
+    ask = lambda *words: desktop.call([PYTHON, "-c", CLIENT, *words]).decode()
+    flow.asks()
+    for components in flow.events():
+        ask("add", calendar(components))
+    flow.shows_today()
+    shown = desktop.home / "shown by gnome-calendar"
+    flow.creates(lambda: "New Event" in ask("list"))
+    wait_until("the new event in the calendar program", lambda: shown.exists() and "--uuid" in shown.read_text())
+
+
+def in_the_folder(desktop, flow):
+    folder = desktop.home / "data" / "Nimbarrow" / "calendars" / "Work"
+    folder.mkdir(parents=True)
+    flow.asks()
+    for number, components in enumerate(flow.events()):
+        (folder / f"{number}.ics").write_text(calendar(components), newline="")
+    flow.shows_today()
+    shown = desktop.home / "shown by xdg-open"
+    flow.creates(lambda: any("New Event" in file.read_text() for file in folder.parent.rglob("*.ics")))
+    wait_until("the new event in the program for its file", lambda: shown.exists() and ".ics" in shown.read_text())
+
+
+def main(program, _peers):
+    for play, services in ((on_the_server, None), (in_the_folder, ("org.a11y.Bus",))):
+        with Desktop(program, settings={"language": "en"}, services=services) as desktop:
+            desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+            try:
+                flow = DayFlow(desktop, lambda stage: print("reached:", play.__name__, stage, flush=True))
+                install(desktop, "gnome-calendar")
+                install(desktop, "xdg-open")
+                desktop.start()
+                play(desktop, flow)
+                flow.fold()
+                desktop.check_log()
+            except StageMissed as missed:
+                print("missed:", missed, "\n" + desktop.log(), file=sys.stderr)
+                return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
