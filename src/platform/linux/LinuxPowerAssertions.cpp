@@ -21,9 +21,9 @@ const QString loginManager = u"org.freedesktop.login1"_s;
 /// Given back by a call that nobody waits for.
 class CallGrant final : public InhibitionService::Grant {
 public:
-    CallGrant(QDBusConnection bus, QDBusMessage call)
+    CallGrant(QDBusConnection bus, const QDBusMessage& call)
         : m_bus(std::move(bus))
-        , m_call(std::move(call))
+        , m_call(call)
     {
         // A service that has ended has forgotten it.
         m_call.setAutoStartService(false);
