@@ -55,9 +55,11 @@ int use(const QByteArray& what, const QByteArray& calendar)
                 client, uid, nullptr, E_CAL_OBJ_MOD_ALL, E_CAL_OPERATION_FLAG_NONE, nullptr, nullptr);
             continue;
         }
-        std::printf("%s %s %s %s\n", uid, i_cal_time_as_ical_string(i_cal_component_get_dtstart(component)),
-            i_cal_time_as_ical_string(i_cal_component_get_dtend(component)),
-            i_cal_component_get_summary(component));
+        auto* const start = i_cal_time_as_ical_string(i_cal_component_get_dtstart(component));
+        auto* const end = i_cal_time_as_ical_string(i_cal_component_get_dtend(component));
+        std::printf("%s %s %s %s\n", uid, start, end, i_cal_component_get_summary(component));
+        g_free(start);
+        g_free(end);
     }
     return 0;
 }
