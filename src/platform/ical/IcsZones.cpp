@@ -124,7 +124,7 @@ qint64 IcsZones::offset(const IcsTime& zone, qint64 moment) const
         return 0;
     if (zone.kind == IcsTime::Kind::Zoned) {
         if (const auto& system = known(zone.zone))
-            return system->offsetFromUtc(QDateTime::fromSecsSinceEpoch(moment, Qt::UTC));
+            return system->offsetFromUtc(QDateTime::fromSecsSinceEpoch(moment, QTimeZone::utc()));
         if (const auto described = m_described.constFind(zone.zone); described != m_described.cend()) {
             const auto next = std::upper_bound(described->begin(), described->end(), moment,
                 [](qint64 m, const Change& change) { return m < change.moment; });
