@@ -32,7 +32,9 @@ Item {
         }
 
         Text {
-            color: Theme.hint
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
+            color: Theme.secondary
             font.pixelSize: Theme.metaText
             horizontalAlignment: Text.AlignHCenter
             text: L10n.texts[L10n.MusicPermissionHint]
