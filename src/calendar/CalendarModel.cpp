@@ -23,6 +23,7 @@ Q_LOGGING_CATEGORY(logCalendar, "ua.tessak.Nimbarrow.calendar")
 
 constexpr auto storeChangeDelay = 1s;
 constexpr qint64 newEventLength = 3600; // s
+constexpr qint64 secondsOfADay = 86'400;
 
 CalendarAccess accessOf(CalendarStore::Authorization authorization)
 {
@@ -124,7 +125,9 @@ void CalendarModel::refresh()
     if (m_access != CalendarAccess::Granted)
         return;
     const auto start = startOfToday();
-    const auto end = start.date().addDays(1).startOfDay();
+    auto end = start.date().addDays(1).startOfDay();
+    if (!end.isValid())
+        end = start.addSecs(secondsOfADay);
     const auto events = std::make_shared<std::optional<QList<DayEvent>>>();
     m_queue->run(
         [&store = m_store, start, end, events] {
@@ -133,9 +136,9 @@ void CalendarModel::refresh()
         },
         this,
         [this, start, events] {
-            // A store that does not answer has not said that the day is free.
-            if (*events && m_started)
-                publish(start, **events);
+            // A store that does not answer has not said that the day is free; but it is another day.
+            if (m_started)
+                publish(start, events->value_or(m_events));
         });
 }
 
@@ -186,7 +189,7 @@ void CalendarModel::open(const DayEvent& event)
         [this, result, id = event.id] {
             if (!result->error)
                 return;
-            qCWarning(
+            qCCritical(
                 logCalendar, "Calendar AppleScript failed: %ls", qUtf16Printable(result->error->description));
             openById(id);
         });

@@ -55,7 +55,7 @@ DayEvent DayEvent::make(const CalendarEvent& event)
     day.start = event.start;
     day.end = event.end;
     day.isAllDay = event.isAllDay;
-    day.color = event.color.value_or(QColor(calendarBlue));
+    day.color = event.color && event.color->isValid() ? *event.color : QColor(calendarBlue);
     if (const auto location = event.location.trimmed(); !location.isEmpty())
         day.location = location;
     day.meetingUrl = meetingUrlIn(event.url, { event.location, event.notes });

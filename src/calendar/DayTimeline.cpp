@@ -105,7 +105,9 @@ void DayTimeline::open(const DayEvent& event)
 
 void DayTimeline::join(const DayEvent& event)
 {
-    if (event.meetingUrl)
+    // Who sends an invitation may write anything into it.
+    static const QStringList callSchemes { u"https"_s, u"http"_s, u"zoommtg"_s, u"msteams"_s };
+    if (event.meetingUrl && callSchemes.contains(event.meetingUrl->scheme()))
         m_opener.open(*event.meetingUrl);
 }
 

@@ -22,15 +22,18 @@ bool isHostCharacter(QChar c)
 
 bool endsLink(QChar c)
 {
-    return c.isSpace() || c.category() == QChar::Other_Control
-        || QStringView(u"<>\"`{}|\\^«»“”„‘’‹›").contains(c);
+    // What is invisible is pasted along, and would be taken for a part of the path.
+    return c.isSpace() || c.category() == QChar::Other_Control || c.category() == QChar::Other_Format
+        || c == QChar::ObjectReplacementCharacter
+        || QStringView(u"<>\"`{}|\\^«»“”„‘’‹›…。，、；：！？（）「」『』【】《》").contains(c);
 }
 
-/// The length of the link that the text begins with, without what only follows it.
-qsizetype linkLength(QStringView text)
+/// The length of the link that begins at `start`, without what only follows it.
+qsizetype linkLength(QStringView whole, qsizetype start)
 {
-    static constexpr QStringView entities[] { u"&quot;", u"&lt;", u"&gt;", u"&#34;", u"&#39;", u"&apos;",
-        u"&nbsp;" };
+    const auto text = whole.sliced(start);
+    static constexpr QStringView entities[] { u"&quot;", u"&lt;", u"&gt;", u"&apos;", u"&nbsp;", u"&#34;",
+        u"&#39;", u"&#60;", u"&#62;", u"&#x22;", u"&#x27;", u"&#x3c;", u"&#x3e;" };
     qsizetype length = 0;
     qsizetype openRound = 0;
     qsizetype openSquare = 0;
@@ -48,7 +51,11 @@ qsizetype linkLength(QStringView text)
         openRound += text[length] == u'(';
         openSquare += text[length] == u'[';
     }
-    while (length > 0 && QStringView(u".,;:!?'*_~").contains(text[length - 1]))
+    // A secret in a link may end in these, so they go only where they stand on both sides of it.
+    const auto before = start > 0 ? whole[start - 1] : QChar();
+    const auto emphasis = before == u'_' || before == u'~' ? before : QChar(u'*');
+    while (
+        length > 0 && (QStringView(u".,;:!?'*").contains(text[length - 1]) || text[length - 1] == emphasis))
         --length;
     return length;
 }
@@ -57,7 +64,8 @@ QUrl parsed(QString link)
 {
     if (link.size() > maxLength)
         return {};
-    link.replace("&amp;"_L1, "&"_L1, Qt::CaseInsensitive);
+    for (const auto ampersand : { "&amp;"_L1, "&#38;"_L1, "&#x26;"_L1 })
+        link.replace(ampersand, "&"_L1, Qt::CaseInsensitive);
     QUrl url(link);
     return url.isValid() && !url.host().isEmpty() ? url : QUrl();
 }
@@ -84,7 +92,7 @@ void visit(QStringView text, const std::function<bool(const QString& host)>& isK
             // What is glued to the scheme, as in "Link:https://", is none of the link.
             const auto scheme = word.endsWith("https"_L1, Qt::CaseInsensitive) ? 5 : 4;
             const auto begin = place - scheme;
-            const auto length = linkLength(text.sliced(begin));
+            const auto length = linkLength(text, begin);
             place = std::max(place, begin + length);
             link = parsed(text.sliced(begin, length).toString());
         } else if (word.contains(u'.') && word.size() <= maxLength
@@ -92,7 +100,7 @@ void visit(QStringView text, const std::function<bool(const QString& host)>& isK
             && (place == text.size() || text[place] != u'@')) {
             const auto host = word.toString().toLower();
             if (isKnownHost(host.endsWith(u'.') ? host.chopped(1) : host)) {
-                const auto length = linkLength(text.sliced(start));
+                const auto length = linkLength(text, start);
                 place = std::max(place, start + length);
                 link = parsed("https://"_L1 + text.sliced(start, length).toString());
             }
@@ -110,7 +118,9 @@ QUrl unwrapped(const QUrl& link)
             break;
         const auto wrapped
             = QUrl(QUrlQuery(target).queryItemValue(u"url"_s, QUrl::FullyDecoded), QUrl::TolerantMode);
-        if (!wrapped.isValid() || wrapped.host().isEmpty())
+        // A stranger's redirect must not lead to a script, a share or another program.
+        const auto isWeb = wrapped.scheme() == "https"_L1 || wrapped.scheme() == "http"_L1;
+        if (!wrapped.isValid() || !isWeb || wrapped.host().isEmpty())
             break;
         target = wrapped;
     }

@@ -123,8 +123,10 @@ private Q_SLOTS:
         f.model.start();
         QCOMPARE(f.titles(), QStringList { u"a"_s });
         f.store.held.reset();
+        f.time.advance(24h);
         f.model.refresh();
         QCOMPARE(f.titles(), QStringList { u"a"_s });
+        QCOMPARE(f.model.dayStart(), f.today(0));
         for (const auto status : { CalendarStore::Authorization::WriteOnly,
                  CalendarStore::Authorization::Restricted, CalendarStore::Authorization::Denied }) {
             f.store.status = status;
@@ -186,7 +188,7 @@ private Q_SLOTS:
             "28\n"
             "    switch view to day view\n    view calendar at d\n    activate\nend tell"_s);
         f.scripting.error = ScriptResult::Error { false, u"no such service"_s };
-        QTest::ignoreMessage(QtWarningMsg, "Calendar AppleScript failed: no such service");
+        QTest::ignoreMessage(QtCriticalMsg, "Calendar AppleScript failed: no such service");
         f.model.open(event);
         f.queues.runAll();
         QCOMPARE(f.opener.opened.size(), 2);

@@ -84,6 +84,21 @@ private Q_SLOTS:
         notes("a redirect to elsewhere",
             u"https://nam02.safelinks.protection.outlook.com/?url=https%3A%2F%2Fexample.org%2Fzoom.us"_s,
             none);
+        for (const auto* scheme : { "javascript", "file" }) {
+            row(scheme, none, none,
+                u"https://x.safelinks.protection.outlook.com/?url=%1%3A%2F%2Fzoom.us%2Fj"_s.arg(
+                    QLatin1StringView(scheme)),
+                none);
+        }
+        for (const auto& behind : { u"\u200B"_s, u"\u200E"_s, u"\u2069"_s, u"\uFEFF"_s, u"\uFFFC"_s, u"…"_s,
+                 u"。"_s, u"）"_s, u"&#x27;"_s, u"&#62;"_s })
+            notes(
+                qPrintable(u"ended by U+"_s + QString::number(behind.at(0).unicode(), 16) + behind.sliced(1)),
+                zoom + behind + u"x"_s, zoom);
+        notes("a secret that ends in a mark", u"https://zoom.us/j/1?pwd=ab_, x"_s,
+            u"https://zoom.us/j/1?pwd=ab_"_s);
+        notes("emphasis", u"_https://zoom.us/j/1_."_s, zoom);
+        notes("a numbered ampersand", u"https://zoom.us/j/1?a=b&#38;c=d"_s, u"https://zoom.us/j/1?a=b&c=d"_s);
         notes("the end of the text", u"https://"_s, none);
     }
 

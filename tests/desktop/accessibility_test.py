@@ -4,7 +4,7 @@ private desktop."""
 import sys
 import time
 
-from desktop import Desktop, StageMissed, wait_until
+from desktop import reached, run_test, StageMissed, wait_until
 from flow import Flow
 from screen_reader import ScreenReader
 
@@ -103,21 +103,14 @@ class AccessibilityFlow(Flow):
         self.wait_closed()
 
 
-def main(program, _peers=None):
-    with Desktop(program, settings={"language": "en"}) as desktop:
-        desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
-        try:
-            flow = AccessibilityFlow(desktop)
-            desktop.start()
-            flow.tells_history()
-            flow.uses_settings()
-            flow.reaches_all_with_tab()
-            flow.toggles_with_space()
-        except StageMissed as missed:
-            print("missed:", missed, "\n" + desktop.log(), file=sys.stderr)
-            return 1
-    return 0
+def play(desktop):
+    flow = AccessibilityFlow(desktop)
+    desktop.start()
+    flow.tells_history()
+    flow.uses_settings()
+    flow.reaches_all_with_tab()
+    flow.toggles_with_space()
 
 
 if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:]))
+    sys.exit(run_test(sys.argv[1], play, told=True, settings={"language": "en"}))

@@ -7,6 +7,7 @@ import shutil
 import signal
 import struct
 import subprocess
+import sys
 import tempfile
 import time
 import zlib
@@ -14,6 +15,11 @@ import zlib
 WIDTH, HEIGHT = 1512, 982
 NOTCH_LEFT, NOTCH_RIGHT, NOTCH_HEIGHT = 664, 848, 32
 NOTCH_MIDDLE = (NOTCH_LEFT + NOTCH_RIGHT) // 2
+
+
+def reached(stage):
+    """What a test does when a person would look."""
+    print("reached:", stage, flush=True)
 
 
 class StageMissed(Exception):
@@ -42,6 +48,21 @@ def gradient_png(width, height, top, bottom):
         b"\0" + bytes(round(a + (b - a) * y / height) for a, b in zip(top, bottom)) * width for y in range(height))
     header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
     return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
+
+
+def run_test(program, play, told=False, **options):
+    """Plays a test on a desktop of its own; 0 when everything happened and nothing else was worth a word. `told` when a
+    screen reader listens."""
+    with Desktop(program, **options) as desktop:
+        if told:
+            desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        try:
+            play(desktop)
+            desktop.check_log()
+        except StageMissed as missed:
+            print("missed:", missed, "\n" + desktop.log(), file=sys.stderr)
+            return 1
+    return 0
 
 
 class Desktop:

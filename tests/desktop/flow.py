@@ -199,7 +199,7 @@ class DragSource:
         self.text = "Dragged from afar"
         self.file = desktop.home / "Agenda.pdf"
         self.file.write_bytes(b"%PDF-1.4\n")
-        self.process = desktop.spawn([os.path.join(peers, "DragSource"), self.text, str(self.file)])
+        self.process = desktop.spawn([os.path.join(os.path.abspath(peers), "DragSource"), self.text, str(self.file)])
         window = wait_until("the drag source's window", lambda: desktop.xdotool(
             "search", "--sync", "--onlyvisible", "--name", "Drag source").split()[-1].decode(), 20)
         desktop.xdotool("windowmove", window, 100 * desktop.scale, 600 * desktop.scale)

@@ -14,7 +14,7 @@ class DropTarget:
 
     def __init__(self, desktop, peers):
         self.came = desktop.home / "dropped"
-        self.process = desktop.spawn([os.path.join(peers, "DropTarget"), str(self.came)])
+        self.process = desktop.spawn([os.path.join(os.path.abspath(peers), "DropTarget"), str(self.came)])
         window = wait_until("the drop target's window", lambda: desktop.xdotool(
             "search", "--sync", "--onlyvisible", "--name", "Drop target").split()[-1].decode(), 20)
         desktop.xdotool("windowmove", window, 1200 * desktop.scale, 600 * desktop.scale)

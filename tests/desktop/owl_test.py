@@ -7,7 +7,7 @@ import subprocess
 import sys
 import time
 
-from desktop import Desktop, StageMissed, wait_until
+from desktop import run_test, StageMissed, wait_until
 from flow import Flow
 from screen_reader import PYTHON, ScreenReader
 
@@ -86,20 +86,12 @@ class OwlFlow(Flow):
         services.wait_held("after the program was killed", 0)
 
 
-def main(program, _peers):
-    with Desktop(program, settings={"language": "en"}) as desktop:
-        desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
-        try:
-            services = Services(desktop)
-            flow = OwlFlow(desktop)
-            desktop.start()
-            flow.keeps_awake(services)
-            desktop.check_log()
-        except StageMissed as missed:
-            print("missed:", missed, "\n" + desktop.log(), file=sys.stderr)
-            return 1
-    return 0
+def play(desktop):
+    services = Services(desktop)
+    flow = OwlFlow(desktop)
+    desktop.start()
+    flow.keeps_awake(services)
 
 
 if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:]))
+    sys.exit(run_test(sys.argv[1], play, told=True, settings={"language": "en"}))

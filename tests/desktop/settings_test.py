@@ -4,7 +4,7 @@ import pathlib
 import sys
 import time
 
-from desktop import Desktop, gradient_png, NOTCH_LEFT, StageMissed, wait_until
+from desktop import gradient_png, NOTCH_LEFT, reached, run_test, StageMissed, wait_until
 from flow import BELOW_THE_SURFACE, Flow, SURFACE_LEFT
 
 GEAR = (SURFACE_LEFT + 383, 16)
@@ -146,22 +146,15 @@ class SettingsFlow(Flow):
         self.wait_closed()
 
 
-def main(program, _peers):
-    with Desktop(program, settings={"language": "en"}) as desktop:
-        try:
-            (desktop.home / "home" / "Pictures" / "Screenshots").mkdir(parents=True)
-            flow = SettingsFlow(desktop, lambda stage: print("reached:", stage, flush=True))
-            desktop.start()
-            flow.switches()
-            flow.takes_screenshots()
-            flow.pickers()
-            flow.clears()
-            desktop.check_log()
-        except StageMissed as missed:
-            print("missed:", missed, "\n" + desktop.log(), file=sys.stderr)
-            return 1
-    return 0
+def play(desktop):
+    (desktop.home / "home" / "Pictures" / "Screenshots").mkdir(parents=True)
+    flow = SettingsFlow(desktop, reached)
+    desktop.start()
+    flow.switches()
+    flow.takes_screenshots()
+    flow.pickers()
+    flow.clears()
 
 
 if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:]))
+    sys.exit(run_test(sys.argv[1], play, settings={"language": "en"}))

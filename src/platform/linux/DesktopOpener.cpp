@@ -1,14 +1,12 @@
 #include "platform/linux/DesktopOpener.h"
 
 #include "platform/linux/EventIdentifier.h"
+#include "platform/linux/StartProgram.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QDir>
 #include <QLoggingCategory>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QUrlQuery>
 
 #include <array>
@@ -153,25 +151,12 @@ void DesktopOpener::reveal(const QUrl& file)
 
 QString DesktopOpener::program(const QString& name) const
 {
-    const auto folders = m_inherited.environment.value(u"PATH"_s).split(u':', Qt::SkipEmptyParts);
-    return folders.isEmpty() ? QString() : QStandardPaths::findExecutable(name, folders);
+    return installedProgram(m_inherited, name);
 }
 
 void DesktopOpener::start(const QString& path, const QStringList& arguments) const
 {
-    QProcess process;
-    // The mask is the whole process's: changed here, it would count for what other threads write meanwhile.
-    process.setProgram(u"/bin/sh"_s);
-    process.setArguments(
-        QStringList { u"-c"_s, u"umask \"$0\" && exec \"$@\""_s, QString::number(m_inherited.umask, 8), path }
-        + arguments);
-    process.setProcessEnvironment(m_inherited.environment);
-    process.setWorkingDirectory(QDir::homePath());
-    // What the other program writes is no line of this one's log.
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    if (!process.startDetached())
+    if (!startProgram(m_inherited, path, arguments))
         qCWarning(opening, "%ls could not be started", qUtf16Printable(path));
 }
 
