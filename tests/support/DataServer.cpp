@@ -19,6 +19,36 @@ bool write(const QString& path, const QByteArray& text)
     return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) && file.write(text) >= 0;
 }
 
+/// Not by the call that takes an invitation: that one leaves out what the user has declined.
+bool put(ECalClient* client, ICalComponent* component)
+{
+    const auto kind = i_cal_component_isa(component);
+    if (kind == I_CAL_VTIMEZONE_COMPONENT) {
+        auto* const zone = i_cal_timezone_new();
+        i_cal_timezone_set_component(zone, i_cal_component_clone(component));
+        return e_cal_client_add_timezone_sync(client, zone, nullptr, nullptr);
+    }
+    if (i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY)) {
+        return e_cal_client_modify_object_sync(
+            client, component, E_CAL_OBJ_MOD_THIS, E_CAL_OPERATION_FLAG_NONE, nullptr, nullptr);
+    }
+    return e_cal_client_create_object_sync(
+               client, component, E_CAL_OPERATION_FLAG_NONE, nullptr, nullptr, nullptr)
+        || e_cal_client_modify_object_sync(
+            client, component, E_CAL_OBJ_MOD_ALL, E_CAL_OPERATION_FLAG_NONE, nullptr, nullptr);
+}
+
+int put(ECalClient* client, const QByteArray& text)
+{
+    auto* const calendar = i_cal_component_new_from_string(text.constData());
+    for (auto* component = i_cal_component_get_first_component(calendar, I_CAL_ANY_COMPONENT); component;
+         component = i_cal_component_get_next_component(calendar, I_CAL_ANY_COMPONENT)) {
+        if (!put(client, component))
+            return 1;
+    }
+    return 0;
+}
+
 /// The other program. It ends after this, so it frees nothing.
 int use(const QByteArray& what, const QByteArray& calendar)
 {
@@ -37,13 +67,7 @@ int use(const QByteArray& what, const QByteArray& calendar)
         QFile input;
         if (!input.open(stdin, QIODevice::ReadOnly))
             return 1;
-        auto* const components = i_cal_component_new_from_string(input.readAll().constData());
-        if (!e_cal_client_receive_objects_sync(
-                client, components, E_CAL_OPERATION_FLAG_NONE, nullptr, &error)) {
-            std::fprintf(stderr, "%s\n", error->message);
-            return 1;
-        }
-        return 0;
+        return put(client, input.readAll());
     }
     GSList* found = nullptr;
     e_cal_client_get_object_list_sync(client, "#t", &found, nullptr, &error);
@@ -91,8 +115,7 @@ DataServer::DataServer(const QString& folder)
 bool DataServer::put(const QByteArray& components, const QString& calendar)
 {
     return other({ u"put"_s, calendar },
-        "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nMETHOD:PUBLISH\r\n" + components
-            + "END:VCALENDAR\r\n");
+        "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\n" + components + "END:VCALENDAR\r\n");
 }
 
 bool DataServer::clear()

@@ -3,6 +3,7 @@
 #include "platform/ical/EventDetails.h"
 #include "platform/linux/EventIdentifier.h"
 
+#include <QHash>
 #include <QLoggingCategory>
 #include <QTimeZone>
 
@@ -46,7 +47,9 @@ struct Collected {
     const QSet<QString>& ownAddresses;
     const QString source;
     const std::optional<QColor> color;
-    QList<CalendarEvent>& events;
+    QList<CalendarEvent> events;
+    /// The identifiers of the series that occurrences of the rule come from, by the place in `events`.
+    QHash<qsizetype, QByteArray> series;
     bool any = false;
 };
 
@@ -79,6 +82,8 @@ gboolean collect(
         QString::fromUtf8(i_cal_component_get_uid(component)),
         isOneOfMany ? recurrenceOf(component, start) : QString() }
                            .text();
+    if (event.hasRecurrenceRules)
+        collected.series.insert(collected.events.size(), i_cal_component_get_uid(component));
     collected.events += event;
     return TRUE;
 }
@@ -156,13 +161,13 @@ bool EdsCalendar::addEvents(const QDateTime& start, const QDateTime& end, QSet<Q
         e_source_get_extension(m_source.get(), E_SOURCE_EXTENSION_CALENDAR));
     const QColor color(taken(e_source_selectable_dup_color(selectable)));
     Collected collected { start, end, ownAddresses, QString::fromUtf8(e_source_get_uid(m_source.get())),
-        color.isValid() ? std::optional(color) : std::nullopt, events };
+        color.isValid() ? std::optional(color) : std::nullopt, {}, {} };
 
     e_cal_client_set_default_timezone(m_client.get(), localZone());
     e_cal_client_generate_instances_sync(m_client.get(), start.toSecsSinceEpoch(), end.toSecsSinceEpoch(),
         patience.nextCall(), collect, &collected);
     if (collected.any)
-        return true;
+        return addUnchanged(collected.events, collected.series, patience, events);
     // Nothing and no answer look alike until the server is asked for what it does tell errors of.
     Failure failure;
     GSList* found = nullptr;
@@ -173,6 +178,56 @@ bool EdsCalendar::addEvents(const QDateTime& start, const QDateTime& end, QSet<Q
     if (!answers)
         qCWarning(eds, "A calendar does not answer: %ls", qUtf16Printable(failure.text()));
     return answers;
+}
+
+/// The server applies a changed occurrence only where it finds it in the same time; one that was moved to
+/// another day still stands on its old one.
+bool EdsCalendar::addUnchanged(const QList<CalendarEvent>& found, const QHash<qsizetype, QByteArray>& series,
+    EdsPatience& patience, QList<CalendarEvent>& events)
+{
+    QHash<QByteArray, QSet<qint64>> changed;
+    for (qsizetype i = 0; i < found.size(); ++i) {
+        const auto uid = series.value(i);
+        if (!uid.isEmpty() && !changed.contains(uid)) {
+            auto moments = changedOccurrences(uid, patience);
+            if (!moments)
+                return false;
+            changed.insert(uid, *moments);
+        }
+        if (uid.isEmpty() || !changed[uid].contains(found[i].start.toSecsSinceEpoch()))
+            events += found[i];
+    }
+    return true;
+}
+
+std::optional<QSet<qint64>> EdsCalendar::changedOccurrences(const QByteArray& uid, EdsPatience& patience)
+{
+    Failure failure;
+    GSList* list = nullptr;
+    if (!e_cal_client_get_objects_for_uid_sync(
+            m_client.get(), uid.constData(), &list, patience.nextCall(), failure.out()))
+        return {};
+    QSet<qint64> moments;
+    for (auto* item = list; item; item = item->next) {
+        auto* const component = e_cal_component_get_icalcomponent(static_cast<ECalComponent*>(item->data));
+        const Reference<ICalProperty> property(
+            i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY));
+        if (!property)
+            continue;
+        const Reference<ICalTime> time(i_cal_property_get_recurrenceid(property.get()));
+        const Reference<ICalParameter> zoneName(
+            i_cal_property_get_first_parameter(property.get(), I_CAL_TZID_PARAMETER));
+        ICalTimezone* zone = nullptr;
+        // The zone stays the client's.
+        if (zoneName
+            && e_cal_client_get_timezone_sync(m_client.get(), i_cal_parameter_get_tzid(zoneName.get()), &zone,
+                patience.nextCall(), failure.out())
+            && zone)
+            i_cal_time_set_timezone(time.get(), zone);
+        moments += momentOf(time.get()).toSecsSinceEpoch();
+    }
+    e_util_free_nullable_object_slist(list);
+    return moments;
 }
 
 QString EdsCalendar::create(const QString& title, const QDateTime& start, const QDateTime& end,

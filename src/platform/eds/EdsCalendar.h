@@ -4,6 +4,7 @@
 #include "platform/eds/EdsPatience.h"
 #include "platform/eds/GObjects.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <functional>
@@ -38,6 +39,11 @@ public:
 private:
     EdsCalendar(ESource* source, ECalClient* client, std::function<void()> changed);
     void watch(EdsPatience& patience);
+    [[nodiscard]] bool addUnchanged(const QList<CalendarEvent>& found,
+        const QHash<qsizetype, QByteArray>& series, EdsPatience& patience, QList<CalendarEvent>& events);
+    /// When the occurrences of a series that were changed would have begun, in seconds since 1970.
+    [[nodiscard]] std::optional<QSet<qint64>> changedOccurrences(
+        const QByteArray& uid, EdsPatience& patience);
     void tellChanged() const { m_changed(); }
 
     Reference<ESource> m_source;
