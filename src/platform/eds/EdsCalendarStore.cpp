@@ -30,7 +30,7 @@ EdsCalendarStore::EdsCalendarStore(Patience patience)
             QMetaObject::invokeMethod(relay->store, &EdsCalendarStore::tellChanged, Qt::QueuedConnection);
     });
     // Who waits for an answer then must not keep the program from ending.
-    connect(qApp, &QCoreApplication::aboutToQuit, this, &EdsCalendarStore::close);
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &EdsCalendarStore::close);
 }
 
 EdsCalendarStore::~EdsCalendarStore()
@@ -57,7 +57,8 @@ void EdsCalendarStore::tellChanged()
 void EdsCalendarStore::requestFullAccess(std::function<void(bool)> answered)
 {
     QMetaObject::invokeMethod(
-        qApp, [answered = std::move(answered)] { answered(true); }, Qt::QueuedConnection);
+        QCoreApplication::instance(), [answered = std::move(answered)] { answered(true); },
+        Qt::QueuedConnection);
 }
 
 std::optional<QList<CalendarEvent>> EdsCalendarStore::events(const QDateTime& start, const QDateTime& end)

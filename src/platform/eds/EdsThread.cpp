@@ -67,6 +67,8 @@ EdsThread::EdsThread(std::function<void()> changed)
         shared->database = std::make_unique<EdsDatabase>(changed);
         g_main_loop_run(shared->loop);
         shared->database.reset();
+        // GLib frees here what belonged to the signals.
+        while (g_main_context_iteration(shared->context, FALSE)) { }
         g_main_context_pop_thread_default(shared->context);
         shared->ended.set_value();
     });

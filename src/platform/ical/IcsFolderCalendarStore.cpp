@@ -39,7 +39,7 @@ void IcsFolderCalendarStore::requestFullAccess(std::function<void(bool)> answere
             *granted = m_folder.prepare();
             m_isRefused = !*granted;
         },
-        qApp, [granted, answered = std::move(answered)] { answered(*granted); });
+        QCoreApplication::instance(), [granted, answered = std::move(answered)] { answered(*granted); });
 }
 
 std::optional<QList<CalendarEvent>> IcsFolderCalendarStore::events(

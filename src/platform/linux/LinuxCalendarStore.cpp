@@ -48,7 +48,7 @@ LinuxCalendarStore::LinuxCalendarStore(UserDefaults& defaults, std::optional<QDB
 {
     connect(m_dayWatch.get(), &DayWatch::dayChanged, this, &CalendarStore::dayChanged);
     // Who waits for a store then must not keep the program from ending.
-    connect(qApp, &QCoreApplication::aboutToQuit, this, &LinuxCalendarStore::close);
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &LinuxCalendarStore::close);
 }
 
 LinuxCalendarStore::~LinuxCalendarStore()
