@@ -56,6 +56,12 @@ def _nodes(pid):
                     yield node
 
 
+def _role(node):
+    """By one name, which newer releases have shortened."""
+    name = node.get_role_name()
+    return "push button" if name == "button" else name
+
+
 def _described(node):
     import gi
     gi.require_version("Atspi", "2.0")
@@ -65,7 +71,7 @@ def _described(node):
     action = node.get_action_iface()
     place = node.get_component_iface().get_extents(Atspi.CoordType.SCREEN) if node.get_component_iface() else None
     return {
-        "role": node.get_role_name(), "name": node.get_name() or "",
+        "role": _role(node), "name": node.get_name() or "",
         "checked": states.contains(Atspi.StateType.CHECKED), "focusable": states.contains(Atspi.StateType.FOCUSABLE),
         "focused": states.contains(Atspi.StateType.FOCUSED),
         # Left, top, width and height on the screen, in pixels.
@@ -87,7 +93,7 @@ def main(pid, what, role=None, name=None):
     if what == "tree":
         answer = [_described(node) for node in nodes]
     else:
-        answer = any(_press(node) for node in nodes if (node.get_role_name(), node.get_name()) == (role, name))
+        answer = any(_press(node) for node in nodes if (_role(node), node.get_name()) == (role, name))
     print(json.dumps(answer))
 
 
