@@ -1,7 +1,6 @@
 """What a screen reader is told: the tree of the program on the accessibility bus, read in a process of its own."""
 
 import json
-import subprocess
 import sys
 
 # The one that the distribution's packages are for; another one may come first in the path.
