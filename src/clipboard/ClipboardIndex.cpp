@@ -3,9 +3,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QRegularExpression>
 
 #include <algorithm>
+#include <cctype>
 
 using namespace Qt::StringLiterals;
 
@@ -48,6 +48,22 @@ QJsonObject encodeItem(const ClipboardItem& item)
     return object;
 }
 
+/// In the shape, "d" stands for a digit and "h" for a hexadecimal one; the rest for itself.
+bool hasShape(QStringView text, QLatin1StringView shape)
+{
+    return std::equal(text.begin(), text.end(), shape.begin(), shape.end(), [](QChar character, char wanted) {
+        const auto unicode = character.unicode();
+        if (wanted == 'd')
+            return unicode >= u'0' && unicode <= u'9';
+        if (wanted == 'h')
+            return unicode < 0x80 && std::isxdigit(unicode) != 0;
+        return character == QLatin1Char(wanted);
+    });
+}
+
+/// In "2026-11-21T09:41:00Z", without the zone.
+constexpr qsizetype lengthOfMoment = 19;
+
 /// Reads the values of one object and remembers whether any of them was not what it has to be.
 class Reader {
 public:
@@ -89,22 +105,23 @@ public:
 
     QUuid uuid(QLatin1StringView name)
     {
-        static const QRegularExpression canonical(QRegularExpression::anchoredPattern(
-            u"[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{12}"_s));
         const auto text = string(name);
-        require(canonical.match(text).hasMatch());
+        require(hasShape(text, "hhhhhhhh-hhhh-hhhh-hhhh-hhhhhhhhhhhh"_L1));
         return QUuid::fromString(text);
     }
 
     QDateTime date(QLatin1StringView name)
     {
-        // Qt's own reader takes fractions, a lone date and more.
-        static const QRegularExpression internet(QRegularExpression::anchoredPattern(
-            u"[0-9]{4}-[0-9]{2}-[0-9]{2}T([01][0-9]|2[0-3]):[0-5][0-9]:[0-5][0-9]"
-            u"(Z|[+-]([01][0-9]|2[0-3]):[0-5][0-9])"_s));
+        // Qt's own reader takes fractions, a lone date, an hour 24 and more.
         const auto text = string(name);
+        const auto moment = QStringView(text).first(std::min<qsizetype>(text.size(), lengthOfMoment));
+        const auto zone = QStringView(text).sliced(moment.size());
+        require(hasShape(moment, "dddd-dd-ddTdd:dd:dd"_L1) && moment.sliced(11, 2) < "24"_L1);
+        require(zone == "Z"_L1
+            || ((hasShape(zone, "+dd:dd"_L1) || hasShape(zone, "-dd:dd"_L1)) && zone.sliced(1, 2) < "24"_L1
+                && zone.sliced(4) < "60"_L1));
         const auto date = QDateTime::fromString(text, Qt::ISODate);
-        require(internet.match(text).hasMatch() && date.isValid());
+        require(date.isValid());
         return date.toUTC();
     }
 

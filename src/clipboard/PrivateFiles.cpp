@@ -3,8 +3,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSaveFile>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -14,6 +15,19 @@ namespace {
 
 constexpr QFile::Permissions forFiles = QFile::ReadOwner | QFile::WriteOwner;
 constexpr QFile::Permissions forFolders = forFiles | QFile::ExeOwner;
+
+/// What a write names its file until it is whole: the final name, a dot and six letters.
+bool isUnfinished(const QString& name)
+{
+    constexpr auto mark = 7;
+    if (name.size() < mark || name[name.size() - mark] != u'.')
+        return false;
+    const auto finalName = name.chopped(mark);
+    const auto isLetter = [](QChar character) { return character.isLetter() && character.unicode() < 0x80; };
+    return std::ranges::all_of(name.last(mark - 1), isLetter)
+        && ((finalName.endsWith(".json"_L1) && finalName != ".json"_L1)
+            || (finalName.endsWith(".png"_L1) && finalName != ".png"_L1));
+}
 
 } // namespace
 
@@ -31,7 +45,7 @@ std::optional<QByteArray> read(const QString& path, qsizetype maxSize)
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QFile::ReadOnly) || file.size() > maxSize)
         return std::nullopt;
-    auto data = file.read(maxSize);
+    auto data = file.read(file.size() + 1);
     return file.error() == QFile::NoError ? std::optional(std::move(data)) : std::nullopt;
 }
 
@@ -50,11 +64,9 @@ bool write(const QString& path, const QByteArray& data)
 
 void tidyFolder(const QString& path)
 {
-    static const QRegularExpression unfinished(
-        QRegularExpression::anchoredPattern(u".+\\.(json|png)\\.[A-Za-z]{6}"_s));
     const auto files = QDir(path).entryInfoList(QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const auto& file : files) {
-        if (unfinished.match(file.fileName()).hasMatch())
+        if (isUnfinished(file.fileName()))
             QFile::remove(file.filePath());
         else if ((file.permissions() & ~(forFiles | QFile::ReadUser | QFile::WriteUser)) != 0)
             QFile::setPermissions(file.filePath(), forFiles);

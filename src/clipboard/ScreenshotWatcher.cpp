@@ -59,19 +59,18 @@ ScreenshotWatcher::ScreenshotWatcher(ClipboardStore& store, FolderEvents& events
     , m_scheduler(scheduler)
     , m_queue(queues.serial(u"ua.tessak.Nimbarrow.screenshots"_s))
 {
-    m_directory = screenshotDirectory();
 }
 
 ScreenshotWatcher::~ScreenshotWatcher() = default;
 
-QString ScreenshotWatcher::screenshotDirectory() const
+QString ScreenshotWatcher::screenshotDirectory(const ScreenshotFolder& folder)
 {
-    for (const auto& setting : m_folder.settings()) {
+    for (const auto& setting : folder.settings()) {
         const auto path = withoutTilde(setting);
         if (QDir::isAbsolutePath(path) && QFileInfo(path).isDir())
             return QDir::cleanPath(path);
     }
-    return m_folder.defaultFolder();
+    return folder.defaultFolder();
 }
 
 const QStringList& ScreenshotWatcher::namePrefixes()
@@ -84,13 +83,25 @@ const QStringList& ScreenshotWatcher::namePrefixes()
 
 void ScreenshotWatcher::start()
 {
-    if (m_source)
+    if (m_source || m_isStarting)
         return;
-    m_directory = screenshotDirectory();
-    m_source = m_events.watch(m_directory, [this] { scheduleScan(); });
+    m_isStarting = true;
+    const auto directory = std::make_shared<QString>();
+    m_queue->run([directory, &folder = m_folder] { *directory = screenshotDirectory(folder); }, this,
+        [this, directory] {
+            if (m_isStarting)
+                watch(*directory);
+            m_isStarting = false;
+        });
+}
+
+void ScreenshotWatcher::watch(const QString& directory)
+{
+    m_directory = directory;
+    m_source = m_events.watch(directory, [this] { scheduleScan(); });
     if (!m_source)
         return;
-    m_queue->run([known = m_known, directory = m_directory] {
+    m_queue->run([known = m_known, directory] {
         if (const auto present = names(directory))
             *known = QSet<QString>(present->begin(), present->end());
     });
@@ -98,6 +109,7 @@ void ScreenshotWatcher::start()
 
 void ScreenshotWatcher::stop()
 {
+    m_isStarting = false;
     m_source.reset();
 }
 

@@ -26,19 +26,20 @@ public:
         Scheduler& scheduler, WorkQueues& queues, QObject* parent = nullptr);
     ~ScreenshotWatcher() override;
 
-    /// Watches the folder that the system saves to now; what is there already is not added. A folder that
-    /// cannot be watched may be tried again later.
+    /// Watches the folder that the system saves to now, as soon as it is known which that is; what is there
+    /// already is not added. A folder that cannot be watched may be tried again later.
     void start();
     /// A scan that is on its way still runs.
     void stop();
 
-    /// Where the system saves screenshots.
-    [[nodiscard]] QString screenshotDirectory() const;
+    /// Where the system saves screenshots. Any thread; may wait for the system's settings.
+    [[nodiscard]] static QString screenshotDirectory(const ScreenshotFolder& folder);
 
     /// How the names begin that the system's tool gives to screenshots, in several languages.
     [[nodiscard]] static const QStringList& namePrefixes();
 
 private:
+    void watch(const QString& directory);
     void scheduleScan();
     void scan();
     [[nodiscard]] static bool isScreenshot(const ScreenshotFolder& folder, const QString& path);
@@ -53,6 +54,8 @@ private:
     Scheduler& m_scheduler;
     /// The names seen in the folder. Belongs to the queue.
     std::shared_ptr<QSet<QString>> m_known = std::make_shared<QSet<QString>>();
+    /// Until it is known where.
+    bool m_isStarting = false;
     QString m_directory;
     std::unique_ptr<FolderEvents::Watch> m_source;
     Timer m_pendingScan;

@@ -169,6 +169,10 @@ void LinuxCalendarStore::askTheServer()
 
 void LinuxCalendarStore::take(std::unique_ptr<CalendarStore> store)
 {
+    if (!store) {
+        refuse();
+        return;
+    }
     connect(store.get(), &CalendarStore::changed, this, &CalendarStore::changed);
     {
         const std::lock_guard lock(m_mutex);

@@ -23,7 +23,7 @@ class LinuxCalendarStore final : public CalendarStore {
     Q_OBJECT
 
 public:
-    /// How to make the two stores; called on the main thread, at most once.
+    /// How to make the two stores; called on the main thread, at most once. Null when that cannot be.
     struct Stores {
         std::function<std::unique_ptr<CalendarStore>()> server;
         std::function<std::unique_ptr<CalendarStore>()> folder;

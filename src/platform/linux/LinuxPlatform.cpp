@@ -1,8 +1,7 @@
 #include "platform/Platform.h"
-#include "platform/eds/EdsCalendarStore.h"
-#include "platform/ical/IcsFolderCalendarStore.h"
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/BusInstance.h"
+#include "platform/linux/CalendarStorePlugin.h"
 #include "platform/linux/DayWatch.h"
 #include "platform/linux/DesktopOpener.h"
 #include "platform/linux/DesktopScreenshotFolder.h"
@@ -60,8 +59,9 @@ std::unique_ptr<CalendarStore> makeCalendarStore(UserDefaults& defaults, const L
 {
     const auto folder = locations.applicationSupport() + "/Nimbarrow/calendars"_L1;
     return std::make_unique<LinuxCalendarStore>(defaults, liveSessionBus(),
-        LinuxCalendarStore::Stores { [] { return std::make_unique<EdsCalendarStore>(); },
-            [folder] { return std::make_unique<IcsFolderCalendarStore>(folder); } },
+        LinuxCalendarStore::Stores {
+            [] { return CalendarStorePlugin::load(u"nimbarrow-calendar-server"_s, {}); },
+            [folder] { return CalendarStorePlugin::load(u"nimbarrow-calendar-folder"_s, folder); } },
         std::make_unique<DayWatch>(liveSystemBus()));
 }
 

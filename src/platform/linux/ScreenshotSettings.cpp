@@ -1,17 +1,20 @@
 #include "platform/linux/ScreenshotSettings.h"
 
 #include <QDir>
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <QUrl>
 
 #include <array>
-#include <gio/gio.h>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace nimbarrow::screenshotsettings {
 
 namespace {
+
+// Milliseconds. Its first question may start the desktop's own settings service.
+constexpr int toolPatience = 3000;
 
 /// Each release of the tool has had another name for it; the newest first.
 struct SpectacleKey {
@@ -30,44 +33,43 @@ QString path(const QString& value)
     return value.startsWith("file:"_L1) ? QUrl(value).toLocalFile() : value;
 }
 
-QString unescaped(QByteArrayView value)
+/// KDE's files have "\s" for a space.
+QString unescaped(QByteArrayView value, bool marksSpaces)
 {
     QByteArray result;
     for (qsizetype place = 0; place < value.size(); ++place) {
         if (value[place] == '\\' && place + 1 < value.size())
-            result += value[++place] == 's' ? ' ' : value[place];
+            result += value[++place] == 's' && marksSpaces ? ' ' : value[place];
         else
             result += value[place];
     }
     return QString::fromUtf8(result);
 }
 
-struct Unreference {
-    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
-    void operator()(GSettings* settings) const { g_object_unref(settings); }
-};
+/// What `gsettings` prints for a text: in quotes of either kind, with marks before what has to be marked.
+QString textOf(const QByteArray& printed)
+{
+    const auto value = printed.trimmed();
+    if (value.size() < 2 || value.front() != value.back() || (value.front() != '\'' && value.front() != '"'))
+        return {};
+    return unescaped(QByteArrayView(value).sliced(1).chopped(1), false);
+}
 
 } // namespace
 
 QString gnome()
 {
-    constexpr auto key = "auto-save-directory";
-    auto* const source = g_settings_schema_source_get_default();
-    if (!source)
+    QProcess tool;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    // Elsewhere it prints question marks for what is not ASCII.
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    tool.setProcessEnvironment(environment);
+    tool.start(u"gsettings"_s, { u"get"_s, u"org.gnome.gnome-screenshot"_s, u"auto-save-directory"_s },
+        QIODevice::ReadOnly);
+    if (!tool.waitForFinished(toolPatience) || tool.exitStatus() != QProcess::NormalExit
+        || tool.exitCode() != 0)
         return {};
-    const std::unique_ptr<GSettingsSchema, Unreference> schema(
-        g_settings_schema_source_lookup(source, "org.gnome.gnome-screenshot", TRUE));
-    // A key or a type that is not there would end the program.
-    if (!schema || !g_settings_schema_has_key(schema.get(), key))
-        return {};
-    const std::unique_ptr<GSettings, Unreference> settings(
-        g_settings_new_full(schema.get(), nullptr, nullptr));
-    auto* const value = g_settings_get_value(settings.get(), key);
-    const auto text = g_variant_is_of_type(value, G_VARIANT_TYPE_STRING)
-        ? QString::fromUtf8(g_variant_get_string(value, nullptr))
-        : QString();
-    g_variant_unref(value);
-    return path(text);
+    return path(textOf(tool.readAllStandardOutput()));
 }
 
 QString spectacle(const QByteArray& configuration)
@@ -90,7 +92,7 @@ QString spectacle(const QByteArray& configuration)
         for (std::size_t index = 0; index < spectacleKeys.size(); ++index) {
             if (group != spectacleKeys[index].group || key != spectacleKeys[index].key)
                 continue;
-            values[index] = unescaped(line.sliced(equals + 1).trimmed());
+            values[index] = unescaped(line.sliced(equals + 1).trimmed(), true);
             if (option >= 0 && name.sliced(option).contains('e'))
                 values[index].replace("${HOME}"_L1, QDir::homePath()).replace("$HOME"_L1, QDir::homePath());
         }

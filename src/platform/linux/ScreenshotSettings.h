@@ -7,7 +7,8 @@
 namespace nimbarrow::screenshotsettings {
 
 /// Of GNOME's own tool, which other desktops ship too; from the desktop's settings, where the tool's schema
-/// is installed.
+/// is installed. Any thread but the main one: waits up to seconds for a program, which spares ours the
+/// libraries of those settings.
 [[nodiscard]] QString gnome();
 
 /// Of KDE's tool, from the text of its settings file.
