@@ -6,6 +6,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -32,17 +33,43 @@ bool isTooLargePng(const QByteArray& png)
             qFromBigEndian<quint32>(png.constData() + heightAt));
 }
 
-// Qt has readers that take almost any bytes for a picture, and one that follows references to other files.
-bool isKnownFormat(const QByteArray& format)
+/// How a kind of picture file begins, after some bytes that may be anything.
+struct Signature {
+    qsizetype at;
+    QByteArrayView bytes;
+    const char* format;
+};
+constexpr std::array signatures {
+    Signature { 0, "\x89PNG\r\n\x1a\n", "png" },
+    Signature { 0, "\xff\xd8\xff", "jpeg" },
+    Signature { 0, "GIF8", "gif" },
+    Signature { 0, { "II*\0", 4 }, "tiff" },
+    Signature { 0, { "MM\0*", 4 }, "tiff" },
+    Signature { 8, "WEBP", "webp" },
+    Signature { 0, "BM", "bmp" },
+    Signature { 4, "ftyphe", "heic" },
+    Signature { 4, "ftypmif1", "heif" },
+};
+
+// Left to choose, Qt loads the libraries of every kind to ask each of them. Some take almost any bytes for a
+// picture, and one follows references to other files.
+QByteArray formatOf(QIODevice& source)
 {
-    static const QByteArrayList known { "png", "jpeg", "jpg", "gif", "tiff", "tif", "webp", "bmp", "heic",
-        "heif" };
-    return known.contains(format);
+    constexpr auto longestBeginning = 12;
+    const auto beginning = source.peek(longestBeginning);
+    const auto* const found = std::ranges::find_if(signatures, [&beginning](const Signature& signature) {
+        return QByteArrayView(beginning)
+            .sliced(std::min(signature.at, beginning.size()))
+            .startsWith(signature.bytes);
+    });
+    return found == signatures.end() ? QByteArray() : QByteArray(found->format);
 }
 
 /// True when the reader may be asked for the image.
 bool prepare(QImageReader& reader)
 {
+    reader.setAutoDetectImageFormat(false);
+    reader.setFormat(formatOf(*reader.device()));
     // Qt's own bound is lower than ours, and also holds for readers that tell no size beforehand.
     static const auto raised = [] {
         QImageReader::setAllocationLimit(static_cast<int>(maxPixels * bytesPerPixel / 1'000'000));
@@ -50,7 +77,7 @@ bool prepare(QImageReader& reader)
     }();
     const auto size = reader.size();
     reader.setAutoTransform(true);
-    return raised && isKnownFormat(reader.format()) && !isTooLarge(size.width(), size.height());
+    return raised && !reader.format().isEmpty() && !isTooLarge(size.width(), size.height());
 }
 
 QSize fitted(QSize size, int maxPixel)

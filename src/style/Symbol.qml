@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Window
+import Nimbarrow.Style
 
 /// One of the program's own drawings, by name and by the size of the text that it stands beside.
 Item {
@@ -19,15 +20,11 @@ Item {
     implicitHeight: _side
     implicitWidth: _side
 
-    Image {
+    SymbolImage {
         anchors.centerIn: parent
         height: root._side
+        name: root.name
         opacity: root.strength
-        // Drawn for exactly these pixels: anything but copying them would blur it.
-        smooth: false
-        source: root.name !== "" ? Qt.resolvedUrl("symbols/" + root.name + ".svg") : ""
-        sourceSize.height: root._points
-        sourceSize.width: root._points
         width: root._side
     }
 }
