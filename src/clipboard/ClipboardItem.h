@@ -58,3 +58,5 @@ struct ClipboardItem {
 [[nodiscard]] QString rawValue(ClipboardItem::Kind kind);
 
 } // namespace nimbarrow
+
+Q_DECLARE_TYPEINFO(nimbarrow::ClipboardItem, Q_RELOCATABLE_TYPE);

@@ -4,6 +4,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -56,6 +57,31 @@ int ClipboardListModel::rowOf(const QUuid& id) const
 {
     const auto row = std::ranges::find(m_items, id, &ClipboardItem::id);
     return row == m_items.end() ? -1 : static_cast<int>(row - m_items.begin());
+}
+
+bool ClipboardListModel::isBefore(const ClipboardItem& one, const ClipboardItem& other)
+{
+    return one.pinned != other.pinned ? one.pinned : one.createdAt > other.createdAt;
+}
+
+void ClipboardListModel::put(const ClipboardItem& item)
+{
+    const auto behind = std::ranges::partition_point(
+        std::as_const(m_items), [&item](const ClipboardItem& other) { return isBefore(other, item); });
+    const auto place = static_cast<int>(behind - m_items.cbegin());
+    const auto from = rowOf(item.id);
+    if (from < 0) {
+        beginInsertRows({}, place, place);
+        m_items.insert(place, item);
+        endInsertRows();
+        Q_EMIT countChanged();
+        return;
+    }
+    const auto row = place > from ? place - 1 : place;
+    if (row != from)
+        moveRow(from, row);
+    m_items[row] = item;
+    Q_EMIT dataChanged(index(row), index(row));
 }
 
 void ClipboardListModel::setItems(const QList<ClipboardItem>& items)
@@ -128,7 +154,7 @@ void ClipboardListModel::settleRow(
 void ClipboardListModel::moveRow(int from, int target)
 {
     beginMoveRows({}, from, from, {}, target > from ? target + 1 : target);
-    m_items.move(from, target);
+    m_items.insert(target, m_items.takeAt(from));
     endMoveRows();
 }
 

@@ -40,6 +40,12 @@ public:
     /// The row of an entry, or -1.
     Q_INVOKABLE [[nodiscard]] int rowOf(const QUuid& id) const;
 
+    /// The display order: pinned entries first, then the newest.
+    [[nodiscard]] static bool isBefore(const ClipboardItem& one, const ClipboardItem& other);
+
+    /// Brings an entry that has come to the top, new or known, to its row: ahead of its equals. For rows in
+    /// the display order; costs next to nothing, however many they are.
+    void put(const ClipboardItem& item);
     /// Turns the rows into `items` by the fewest removes, moves and inserts that a simple walk finds.
     void setItems(const QList<ClipboardItem>& items);
     /// The texts of the interface have changed.

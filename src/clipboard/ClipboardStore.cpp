@@ -45,7 +45,7 @@ QList<ClipboardItem> inDisplayOrder(const QList<ClipboardItem>& items, bool imag
         }
     }
     const auto isBefore = [](const ClipboardItem* one, const ClipboardItem* other) {
-        return one->pinned != other->pinned ? one->pinned : one->createdAt > other->createdAt;
+        return ClipboardListModel::isBefore(*one, *other);
     };
     if (!std::ranges::is_sorted(order, isBefore))
         std::ranges::stable_sort(order, isBefore);
@@ -105,6 +105,10 @@ void ClipboardStore::load()
     const auto json = privatefiles::read(m_indexPath, clipboardindex::maxSize);
     m_items = json ? clipboardindex::decode(*json).value_or(QList<ClipboardItem>()) : QList<ClipboardItem>();
     m_items.removeIf([](const auto& item) { return item.imagePath && !QFileInfo::exists(*item.imagePath); });
+    for (const auto& item : std::as_const(m_items)) {
+        if (item.contentHash)
+            m_idsByHash.insert(*item.contentHash, item.id);
+    }
     publish();
 }
 
@@ -219,7 +223,7 @@ void ClipboardStore::remove(const QUuid& id)
         return;
     m_items.removeIf([&id](const auto& item) { return item.id == id; });
     publish();
-    dropImages(removed);
+    letGo(removed);
     scheduleSave();
 }
 
@@ -229,7 +233,7 @@ void ClipboardStore::clear()
     std::ranges::copy_if(m_items, std::back_inserter(removed), [](const auto& item) { return !item.pinned; });
     m_items.removeIf([](const auto& item) { return !item.pinned; });
     publish();
-    dropImages(removed);
+    letGo(removed);
     scheduleSave();
 }
 
@@ -239,7 +243,7 @@ void ClipboardStore::enforceLimit()
     if (overflow.isEmpty())
         return;
     publish();
-    dropImages(overflow);
+    letGo(overflow);
     // What the user no longer wants to keep is not to stay on disk until the next copy.
     scheduleSave();
 }
@@ -258,12 +262,15 @@ ClipboardItem ClipboardStore::makeItem(
 
 bool ClipboardStore::promoteExisting(const QString& key)
 {
-    const auto item = std::ranges::find(m_items, key, &ClipboardItem::contentHash);
-    if (item == m_items.end())
+    const auto known = m_idsByHash.count(key);
+    if (known == 0)
         return false;
+    // Of several, which only an index from elsewhere can have, the one that stands first.
+    auto item = known == 1 ? std::ranges::find(m_items, m_idsByHash.value(key), &ClipboardItem::id)
+                           : std::ranges::find(m_items, key, &ClipboardItem::contentHash);
     item->createdAt = m_clock.wallTime();
-    std::rotate(m_items.begin(), item, std::next(item));
-    publish();
+    m_items.prepend(m_items.takeAt(item - m_items.begin()));
+    show(m_items.first());
     scheduleSave();
     return true;
 }
@@ -271,9 +278,13 @@ bool ClipboardStore::promoteExisting(const QString& key)
 void ClipboardStore::insert(const ClipboardItem& item)
 {
     m_items.prepend(item);
-    const auto overflow = takeOverflow();
-    publish();
-    dropImages(overflow);
+    m_idsByHash.insert(*item.contentHash, item.id);
+    if (const auto overflow = takeOverflow(); overflow.isEmpty()) {
+        show(item);
+    } else {
+        publish();
+        letGo(overflow);
+    }
     scheduleSave();
     if (onNewItem)
         onNewItem(item);
@@ -289,6 +300,8 @@ QList<ClipboardItem> ClipboardStore::takeOverflow()
 {
     auto room = std::max(m_settings.historyLimit(), lowestLimit);
     QList<ClipboardItem> overflow;
+    if (m_items.size() <= room)
+        return overflow;
     m_items.removeIf([&room, &overflow](const auto& item) {
         if (item.pinned || room-- > 0)
             return false;
@@ -296,6 +309,15 @@ QList<ClipboardItem> ClipboardStore::takeOverflow()
         return true;
     });
     return overflow;
+}
+
+void ClipboardStore::letGo(const QList<ClipboardItem>& removed)
+{
+    for (const auto& item : removed) {
+        if (item.contentHash)
+            m_idsByHash.remove(*item.contentHash, item.id);
+    }
+    dropImages(removed);
 }
 
 void ClipboardStore::dropImages(const QList<ClipboardItem>& removed)
@@ -321,6 +343,12 @@ void ClipboardStore::dropImages(const QList<ClipboardItem>& removed)
         for (const auto& path : paths)
             QFile::remove(path);
     });
+}
+
+void ClipboardStore::show(const ClipboardItem& item)
+{
+    (item.kind == Kind::Image ? m_imageModel : m_textualModel).put(item);
+    Q_EMIT itemsChanged();
 }
 
 void ClipboardStore::publish()

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QMultiHash>
 #include <QObject>
 #include <QUrl>
 #include <QUuid>
@@ -96,8 +97,13 @@ private:
     void promoteOrInsert(const ClipboardItem& item);
     /// Takes the oldest entries out that are above the limit.
     [[nodiscard]] QList<ClipboardItem> takeOverflow();
-    /// Of entries that are no longer in the history. Deletes the files that the store wrote for them.
+    /// Of entries that are no longer in the history.
+    void letGo(const QList<ClipboardItem>& removed);
+    /// Deletes the files that the store wrote for these entries and that no other entry has.
     void dropImages(const QList<ClipboardItem>& removed);
+    /// An entry that has just come to the top.
+    void show(const ClipboardItem& item);
+    /// After any other change.
     void publish();
     void scheduleSave();
     void save();
@@ -109,6 +115,7 @@ private:
     QString m_imagesDirectory;
     QString m_indexPath;
     QList<ClipboardItem> m_items;
+    QMultiHash<QString, QUuid> m_idsByHash;
     ClipboardListModel m_textualModel;
     ClipboardListModel m_imageModel;
     std::unique_ptr<WorkQueue> m_io;

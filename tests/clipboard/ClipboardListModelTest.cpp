@@ -28,6 +28,33 @@ QList<ClipboardItem> list(std::initializer_list<int> numbers)
     return items;
 }
 
+/// A view knows the rows only by the signals: it keeps a copy by them.
+struct Seen {
+    explicit Seen(ClipboardListModel& model)
+        : tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest)
+    {
+        const auto text
+            = [&model](int row) { return model.index(row).data(ClipboardListModel::SummaryRole).toString(); };
+        const auto* const view = &tester;
+        QObject::connect(&model, &ClipboardListModel::rowsInserted, view,
+            [this, text](const QModelIndex&, int first, int last) {
+                for (auto row = first; row <= last; ++row)
+                    texts.insert(row, text(row));
+            });
+        QObject::connect(&model, &ClipboardListModel::rowsRemoved, view,
+            [this](const QModelIndex&, int first, int last) { texts.remove(first, last - first + 1); });
+        QObject::connect(&model, &ClipboardListModel::rowsMoved, view,
+            [this](const QModelIndex&, int from, int, const QModelIndex&, int to) {
+                texts.move(from, to > from ? to - 1 : to);
+            });
+        QObject::connect(&model, &ClipboardListModel::dataChanged, view,
+            [this, text](const QModelIndex& index) { texts[index.row()] = text(index.row()); });
+    }
+
+    QAbstractItemModelTester tester;
+    QStringList texts;
+};
+
 } // namespace
 
 class ClipboardListModelTest : public QObject {
@@ -67,24 +94,7 @@ private Q_SLOTS:
     {
         auto random = QRandomGenerator(20260301);
         ClipboardListModel model;
-        const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        // A view knows the rows only by the signals: it keeps a copy by them.
-        QStringList seen;
-        const auto text
-            = [&model](int row) { return model.index(row).data(ClipboardListModel::SummaryRole).toString(); };
-        connect(
-            &model, &ClipboardListModel::rowsInserted, this, [&](const QModelIndex&, int first, int last) {
-                for (auto row = first; row <= last; ++row)
-                    seen.insert(row, text(row));
-            });
-        connect(&model, &ClipboardListModel::rowsRemoved, this,
-            [&](const QModelIndex&, int first, int last) { seen.remove(first, last - first + 1); });
-        connect(&model, &ClipboardListModel::rowsMoved, this,
-            [&](const QModelIndex&, int from, int, const QModelIndex&, int to) {
-                seen.move(from, to > from ? to - 1 : to);
-            });
-        connect(&model, &ClipboardListModel::dataChanged, this,
-            [&](const QModelIndex& index) { seen[index.row()] = text(index.row()); });
+        const Seen seen(model);
 
         QList<ClipboardItem> items;
         for (auto round = 0; round < 1000; ++round) {
@@ -105,7 +115,33 @@ private Q_SLOTS:
             QStringList expected;
             for (const auto& item : items)
                 expected << *item.text;
-            QCOMPARE(seen, expected);
+            QCOMPARE(seen.texts, expected);
+        }
+    }
+
+    void bringsWhatComesToTheTopToItsRow()
+    {
+        auto random = QRandomGenerator(20261121);
+        ClipboardListModel model;
+        const Seen seen(model);
+        const auto start = QDateTime::fromSecsSinceEpoch(1'800'000'000, Qt::UTC);
+        QList<ClipboardItem> items;
+        for (auto round = 0; round < 500; ++round) {
+            auto item = numbered(random.bounded(30));
+            const auto same = std::ranges::find(items, item.id, &ClipboardItem::id);
+            item.pinned = same == items.end() ? random.bounded(4) == 0 : same->pinned;
+            // Seconds repeat, and a clock is set back now and then.
+            item.createdAt = start.addSecs(round / 3 - (random.bounded(5) == 0 ? random.bounded(60) : 0));
+            if (same != items.end())
+                items.erase(same);
+            items.prepend(item);
+            std::ranges::stable_sort(items, ClipboardListModel::isBefore);
+            model.put(item);
+            QCOMPARE(model.items(), items);
+            QStringList expected;
+            for (const auto& shown : std::as_const(items))
+                expected << *shown.text;
+            QCOMPARE(seen.texts, expected);
         }
     }
 };
