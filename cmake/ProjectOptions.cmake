@@ -1,5 +1,8 @@
 # What every target of the project compiles with.
 option(NIMBARROW_WERROR "Treat warnings as errors" OFF)
+# Nobody links to the program, and every name that it shows to others takes memory in each of its processes.
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(NIMBARROW_SANITIZE "" CACHE STRING "Sanitizers, for example address;undefined")
 
 add_library(project_options INTERFACE)

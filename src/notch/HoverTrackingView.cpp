@@ -1,7 +1,7 @@
 #include "notch/HoverTrackingView.h"
 
 #include "clipboard/PasteboardCapture.h"
-#include "platform/qt/MimeContent.h"
+#include "platform/MimeContent.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "platform/qt/MimeTypes.h"
+#include "platform/MimeTypes.h"
 
 #include "platform/Pasteboard.h"
 

@@ -1,8 +1,9 @@
 #include "platform/linux/DesktopEntries.h"
 
+#include "support/TestFolder.h"
+
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -71,14 +72,14 @@ private Q_SLOTS:
 
     void windowClassFindsItsProgram()
     {
-        write(u"system/applications/editor.desktop"_s, editor);
-        write(u"system/applications/painter.desktop"_s, program("Painter"));
-        write(u"system/applications/other.desktop"_s, program("Other", "StartupWMClass=Painter\n"));
-        write(u"system/applications/player.desktop"_s, program("Player"));
-        write(u"system/applications/org.example.Reader.desktop"_s, program("Reader"));
-        write(u"system/applications/kde/mail.desktop"_s, program("Mail"));
-        write(u"system/applications/removed.desktop"_s, program("Removed"));
-        write(u"user/applications/removed.desktop"_s, program("Removed", "Hidden=true\n"));
+        m_folder->write(u"system/applications/editor.desktop"_s, editor);
+        m_folder->write(u"system/applications/painter.desktop"_s, program("Painter"));
+        m_folder->write(u"system/applications/other.desktop"_s, program("Other", "StartupWMClass=Painter\n"));
+        m_folder->write(u"system/applications/player.desktop"_s, program("Player"));
+        m_folder->write(u"system/applications/org.example.Reader.desktop"_s, program("Reader"));
+        m_folder->write(u"system/applications/kde/mail.desktop"_s, program("Mail"));
+        m_folder->write(u"system/applications/removed.desktop"_s, program("Removed"));
+        m_folder->write(u"user/applications/removed.desktop"_s, program("Removed", "Hidden=true\n"));
         const DesktopEntries entries({ path(u"user"_s), path(u"system"_s) }, u"C"_s);
         entries.waitUntilRead();
 
@@ -90,8 +91,8 @@ private Q_SLOTS:
 
     void usersFileStandsBeforeTheSystems()
     {
-        write(u"user/applications/a.desktop"_s, program("Mine"));
-        write(u"system/applications/a.desktop"_s, program("Theirs"));
+        m_folder->write(u"user/applications/a.desktop"_s, program("Mine"));
+        m_folder->write(u"system/applications/a.desktop"_s, program("Theirs"));
         const DesktopEntries entries({ path(u"user"_s), path(u"system"_s) }, u"C"_s);
         entries.waitUntilRead();
         QCOMPARE(entries.byId(u"a.desktop"_s).value_or(DesktopEntry()).name, u"Mine"_s);
@@ -99,28 +100,20 @@ private Q_SLOTS:
 
     void installedLaterIsFoundWithoutBeingAskedFor()
     {
-        write(u"system/applications/a.desktop"_s, program("A"));
+        m_folder->write(u"system/applications/a.desktop"_s, program("A"));
         const DesktopEntries entries({ path(u"user"_s), path(u"system"_s) }, u"C"_s);
         entries.waitUntilRead();
         QVERIFY(!entries.byId(u"b"_s));
-        write(u"user/applications/b.desktop"_s, program("B"));
+        m_folder->write(u"user/applications/b.desktop"_s, program("B"));
         QTRY_VERIFY(entries.byId(u"b"_s));
     }
 
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init() { m_folder = std::make_unique<TestFolder>(); }
 
 private:
     [[nodiscard]] QString path(const QString& relative) const { return m_folder->filePath(relative); }
 
-    void write(const QString& relative, const QByteArray& bytes) const
-    {
-        QVERIFY(QDir().mkpath(QFileInfo(path(relative)).path()));
-        QFile file(path(relative));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
 };
 
 QTEST_GUILESS_MAIN(DesktopEntriesTest)

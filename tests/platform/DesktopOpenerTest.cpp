@@ -2,10 +2,10 @@
 
 #include "platform/linux/EventIdentifier.h"
 #include "support/PrivateBus.h"
+#include "support/TestFolder.h"
 
 #include <QDBusContext>
 #include <QDir>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -36,29 +36,18 @@ class DesktopOpenerTest : public QObject {
     Q_OBJECT
 
     PrivateBus m_bus;
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
     InheritedState m_state;
-
-    void write(const QString& name, const QByteArray& text, bool runs = false)
-    {
-        const auto path = m_folder->filePath(name);
-        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        if (runs)
-            file.setPermissions(file.permissions() | QFile::ExeOwner);
-    }
 
     /// A program that writes down its name and what it was given.
     void install(const QString& program)
     {
-        write("bin/"_L1 + program,
+        m_folder->write("bin/"_L1 + program,
             "#!/bin/sh\n{ echo \"${0##*/}\"; for a; do echo \"$a\"; done; } >'"
                 + m_folder->filePath(u"part"_s).toUtf8() + "'\necho \"$(umask) ${QT_QPA_PLATFORM-unset}\" >'"
                 + m_folder->filePath(u"state"_s).toUtf8() + "'\nmv '" + m_folder->filePath(u"part"_s).toUtf8()
                 + "' '" + m_folder->filePath(u"run"_s).toUtf8() + "'\n",
-            true);
+            QFile::ExeOwner);
     }
 
     [[nodiscard]] QStringList contents(const QString& name) const
@@ -74,7 +63,7 @@ class DesktopOpenerTest : public QObject {
 private Q_SLOTS:
     void init()
     {
-        m_folder = std::make_unique<QTemporaryDir>();
+        m_folder = std::make_unique<TestFolder>();
         QVERIFY(m_folder->isValid());
         m_state.umask = 022;
         auto& environment = m_state.environment;
@@ -87,11 +76,11 @@ private Q_SLOTS:
         environment.insert(u"DISPLAY"_s, u":320"_s);
 
         install(u"handler"_s);
-        write(u"data/applications/handler.desktop"_s,
+        m_folder->write(u"data/applications/handler.desktop"_s,
             "[Desktop Entry]\nType=Application\nName=Handler\nExec="
                 + m_folder->filePath(u"bin/handler"_s).toUtf8()
                 + " %u\nMimeType=x-scheme-handler/https;text/calendar;text/plain;inode/directory;\n");
-        write(u"config/mimeapps.list"_s,
+        m_folder->write(u"config/mimeapps.list"_s,
             "[Default Applications]\nx-scheme-handler/https=handler.desktop\n"
             "text/calendar=handler.desktop\ntext/plain=handler.desktop\ninode/directory=handler.desktop\n");
     }
@@ -172,7 +161,7 @@ private Q_SLOTS:
         m_state.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
         // Nothing but what the row installs.
         m_state.environment.insert(u"PATH"_s, m_folder->filePath(u"bin"_s));
-        write(u"bin/mv"_s, "#!/bin/sh\nexec /bin/mv \"$@\"\n", true);
+        m_folder->write(u"bin/mv"_s, "#!/bin/sh\nexec /bin/mv \"$@\"\n", QFile::ExeOwner);
         for (const auto& name : installed)
             install(name);
         install(u"xdg-open"_s);
@@ -190,7 +179,7 @@ private Q_SLOTS:
     void anEventInAFileIsOpenedWithTheFile()
     {
         const auto path = m_folder->filePath(u"a b.ics"_s);
-        write(u"a b.ics"_s, "BEGIN:VCALENDAR\r\nEND:VCALENDAR\r\n");
+        m_folder->write(u"a b.ics"_s, "BEGIN:VCALENDAR\r\nEND:VCALENDAR\r\n");
         DesktopOpener opener(m_state, {});
         const EventIdentifier event { EventIdentifier::Kind::File, path, u"x"_s, {} };
         opener.open(QUrl("ical://ekevent/"_L1 + QString::fromLatin1(QUrl::toPercentEncoding(event.text()))));
@@ -214,7 +203,7 @@ private Q_SLOTS:
         QVERIFY(service.registerObject(
             u"/org/freedesktop/FileManager1"_s, &manager, QDBusConnection::ExportAllSlots));
         QVERIFY(service.registerService(u"org.freedesktop.FileManager1"_s));
-        write(u"shots/one.txt"_s, "1");
+        m_folder->write(u"shots/one.txt"_s, "1");
 
         DesktopOpener opener(m_state, QDBusConnection::connectToBus(m_bus.address(), u"program"_s));
         const auto file = QUrl::fromLocalFile(m_folder->filePath(u"shots/one.txt"_s));
@@ -229,7 +218,7 @@ private Q_SLOTS:
 
     void withoutABusTheFolderIsOpened()
     {
-        write(u"shots/one.txt"_s, "1");
+        m_folder->write(u"shots/one.txt"_s, "1");
         DesktopOpener(m_state, {}).reveal(QUrl::fromLocalFile(m_folder->filePath(u"shots/one.txt"_s)));
         QTRY_COMPARE(started().size(), 2);
         QVERIFY(started()[1].endsWith("/shots"_L1));

@@ -1,10 +1,11 @@
 #include "platform/linux/DisplayPanels.h"
 
+#include "support/TestFolder.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -82,12 +83,12 @@ private Q_SLOTS:
 
     void machineDescribesItsBuiltInScreenOnly()
     {
-        write(u"tree/compatible"_s, QByteArray("apple,unknown\0apple,j314c\0", 26));
-        write(u"tree/soc/dcp@38bc00000/apple,notch-height"_s, QByteArray("\0\0\0\x4a", 4));
+        m_folder->write(u"tree/compatible"_s, QByteArray("apple,unknown\0apple,j314c\0", 26));
+        m_folder->write(u"tree/soc/dcp@38bc00000/apple,notch-height"_s, QByteArray("\0\0\0\x4a", 4));
         QVERIFY(QDir().mkpath(path(u"shipped/Nimbarrow"_s)));
         QVERIFY(QFile::link(shipped, path(u"shipped/Nimbarrow/display-panels"_s)));
         const DisplayPanels panels({ path(u"none"_s), path(u"shipped"_s), path(u"data"_s) }, path(u"tree"_s));
-        write(u"data/Nimbarrow/display-panels/HDMI-1.json"_s, description("M0 0H10V5H0Z", 100, 50));
+        m_folder->write(u"data/Nimbarrow/display-panels/HDMI-1.json"_s, description("M0 0H10V5H0Z", 100, 50));
 
         QCOMPARE(panels.topCutout(u"eDP-1"_s, fullMode), std::optional(laptopNotch));
         QVERIFY(!panels.topCutout(u"eDP-1"_s, { 3024, 1890 }));
@@ -111,7 +112,8 @@ private Q_SLOTS:
 
     void hugeFilesAndPipesAreLeftAlone()
     {
-        write(u"data/Nimbarrow/display-panels/a.json"_s, description("M1 0H9V9Z") + QByteArray(300'000, ' '));
+        m_folder->write(
+            u"data/Nimbarrow/display-panels/a.json"_s, description("M1 0H9V9Z") + QByteArray(300'000, ' '));
         QVERIFY(QProcess::execute(u"mkfifo"_s, { path(u"data/Nimbarrow/display-panels/b.json"_s) }) == 0);
         const DisplayPanels panels({ path(u"data"_s) }, path(u"tree"_s));
         QVERIFY(!panels.topCutout(u"a"_s, fullMode));
@@ -125,31 +127,23 @@ private Q_SLOTS:
         QSignalSpy changed(&panels, &DisplayPanels::changed);
         const auto file = u"data/Nimbarrow/display-panels/screen.json"_s;
 
-        write(file, description("M1328 0H1696V64H1328Z"));
+        m_folder->write(file, description("M1328 0H1696V64H1328Z"));
         QTRY_COMPARE(panels.topCutout(u"screen"_s, fullMode), std::optional(laptopNotch));
         QVERIFY(!changed.isEmpty());
 
-        write(file, description("M100 0H200V20H100Z"));
+        m_folder->write(file, description("M100 0H200V20H100Z"));
         QTRY_COMPARE(panels.topCutout(u"screen"_s, fullMode), std::optional(QRectF(100, 0, 100, 20)));
 
         QVERIFY(QFile::remove(path(file)));
         QTRY_VERIFY(!panels.topCutout(u"screen"_s, fullMode));
     }
 
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init() { m_folder = std::make_unique<TestFolder>(); }
 
 private:
     [[nodiscard]] QString path(const QString& relative) const { return m_folder->filePath(relative); }
 
-    void write(const QString& relative, const QByteArray& bytes) const
-    {
-        QVERIFY(QDir().mkpath(QFileInfo(path(relative)).path()));
-        QFile file(path(relative));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
 };
 
 QTEST_GUILESS_MAIN(DisplayPanelsTest)

@@ -3,11 +3,11 @@
 #include "platform/linux/DayWatch.h"
 #include "support/FakeUserDefaults.h"
 #include "support/PrivateBus.h"
+#include "support/TestFolder.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <future>
@@ -55,7 +55,7 @@ const QString service = u"org.gnome.evolution.dataserver.Sources5"_s;
 class LinuxCalendarStoreTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_folder;
+    TestFolder m_folder;
     FakeUserDefaults m_defaults;
     NamedStore* m_made = nullptr;
     int m_madeCount = 0;
@@ -72,13 +72,6 @@ class LinuxCalendarStoreTest : public QObject {
             LinuxCalendarStore::Stores {
                 [make] { return make(u"server"_s); }, [make] { return make(u"folder"_s); } },
             std::make_unique<DayWatch>(std::nullopt));
-    }
-
-    void write(const QString& name, const QByteArray& text)
-    {
-        QFile file(m_folder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(text);
     }
 
     static QString askedOnAnotherThread(CalendarStore& store)
@@ -126,8 +119,9 @@ private Q_SLOTS:
         QFETCH(bool, refused);
         QFETCH(QString, expected);
         if (installed)
-            write(u"x.service"_s, "[D-BUS Service]\nName=" + service.toUtf8() + "\nExec=/bin/false\n");
-        write(u"bus.conf"_s,
+            m_folder.write(
+                u"x.service"_s, "[D-BUS Service]\nName=" + service.toUtf8() + "\nExec=/bin/false\n");
+        m_folder.write(u"bus.conf"_s,
             "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><servicedir>"
                 + m_folder.path().toUtf8()
                 + "</servicedir><policy context=\"default\"><allow send_destination=\"*\"/>"
@@ -166,8 +160,8 @@ private Q_SLOTS:
 
     void aServerThatComesBackIsNews()
     {
-        write(u"x.service"_s, "[D-BUS Service]\nName=" + service.toUtf8() + "\nExec=/bin/false\n");
-        write(u"bus.conf"_s,
+        m_folder.write(u"x.service"_s, "[D-BUS Service]\nName=" + service.toUtf8() + "\nExec=/bin/false\n");
+        m_folder.write(u"bus.conf"_s,
             "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><servicedir>"
                 + m_folder.path().toUtf8()
                 + "</servicedir><policy context=\"default\"><allow send_destination=\"*\"/>"

@@ -1,4 +1,4 @@
-#include "platform/qt/MimeContent.h"
+#include "platform/MimeContent.h"
 
 #include <QMimeData>
 #include <QTest>

@@ -2,6 +2,7 @@
 
 #include "support/ManualQueues.h"
 #include "support/PrivateBus.h"
+#include "support/TestFolder.h"
 
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -10,7 +11,6 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -76,14 +76,14 @@ class PortalSharePickerTest : public QObject {
 private Q_SLOTS:
     void init()
     {
-        m_disk = std::make_unique<QTemporaryDir>();
+        m_disk = std::make_unique<TestFolder>();
         m_portals = std::make_unique<Portals>();
         m_inherited = InheritedState::now();
         m_inherited.umask = 022;
         m_inherited.environment.insert(u"PATH"_s, m_disk->path());
         m_inherited.environment.remove(u"QT_QUICK_BACKEND"_s);
-        write(u"a ї.odt"_s, "content");
-        write(u"b.png"_s, "content");
+        m_disk->write(u"a ї.odt"_s, "content");
+        m_disk->write(u"b.png"_s, "content");
     }
 
     void cleanup()
@@ -175,20 +175,13 @@ private Q_SLOTS:
 private:
     [[nodiscard]] QUrl file(const QString& name) const { return QUrl::fromLocalFile(m_disk->filePath(name)); }
 
-    void write(const QString& name, const QByteArray& content) const
-    {
-        QFile file(m_disk->filePath(name));
-        QVERIFY(file.open(QFile::WriteOnly));
-        QCOMPARE(file.write(content), content.size());
-        QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
-    }
-
     /// A mail tool that writes down what it was started with.
     void installTool() const
     {
-        write(u"xdg-email"_s,
+        m_disk->write(u"xdg-email"_s,
             "#!/bin/sh\ncd \"${0%/*}\"\n{ printf '%s\\n' \"$@\"; echo \"backend $QT_QUICK_BACKEND.\";"
-            " echo \"mask $(umask)\"; } > part\n/bin/mv part record\n");
+            " echo \"mask $(umask)\"; } > part\n/bin/mv part record\n",
+            QFile::ExeOwner);
     }
 
     /// The picker, once the portals of these versions have told what they are.
@@ -208,7 +201,7 @@ private:
 
     PrivateBus m_bus;
     ManualQueues m_queues;
-    std::unique_ptr<QTemporaryDir> m_disk;
+    std::unique_ptr<TestFolder> m_disk;
     std::unique_ptr<Portals> m_portals;
     InheritedState m_inherited;
     std::unique_ptr<PortalSharePicker> m_picker;

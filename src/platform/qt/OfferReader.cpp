@@ -1,6 +1,6 @@
 #include "platform/qt/OfferReader.h"
 
-#include "platform/qt/MimeTypes.h"
+#include "platform/MimeTypes.h"
 
 #include <algorithm>
 

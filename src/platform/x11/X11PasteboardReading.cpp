@@ -1,6 +1,6 @@
 #include "platform/x11/X11PasteboardReading.h"
 
-#include "platform/qt/MimeTypes.h"
+#include "platform/MimeTypes.h"
 
 #include <algorithm>
 #include <utility>
