@@ -40,9 +40,31 @@ bool isKnownFormat(const QByteArray& format)
     return known.contains(format);
 }
 
+// The PNG library takes and fills as much memory as a chunk says it has before it looks for it.
+bool claimsMoreThanItHas(QIODevice& png)
+{
+    constexpr qint64 signature = 8;
+    constexpr qint64 head = 8;
+    constexpr qint64 checksum = 4;
+    const auto start = png.pos();
+    auto claims = false;
+    for (auto at = start + signature; !claims && at + head <= png.size() && png.seek(at);) {
+        const auto chunk = png.read(head);
+        if (chunk.size() != head || chunk.endsWith("IEND"))
+            break;
+        at += head + qFromBigEndian<quint32>(chunk.constData()) + checksum;
+        claims = at > png.size();
+    }
+    png.seek(start);
+    return claims;
+}
+
 /// True when the reader may be asked for the image.
 bool prepare(QImageReader& reader)
 {
+    const auto format = reader.format();
+    if (!isKnownFormat(format) || (format == "png" && claimsMoreThanItHas(*reader.device())))
+        return false;
     // Qt's own bound is lower than ours, and also holds for readers that tell no size beforehand.
     static const auto raised = [] {
         QImageReader::setAllocationLimit(static_cast<int>(maxPixels * bytesPerPixel / 1'000'000));
@@ -50,7 +72,7 @@ bool prepare(QImageReader& reader)
     }();
     const auto size = reader.size();
     reader.setAutoTransform(true);
-    return raised && isKnownFormat(reader.format()) && !isTooLarge(size.width(), size.height());
+    return raised && !isTooLarge(size.width(), size.height());
 }
 
 QSize fitted(QSize size, int maxPixel)
