@@ -104,8 +104,11 @@ public:
             u"(Z|[+-]([01][0-9]|2[0-3]):[0-5][0-9])"_s));
         const auto text = string(name);
         const auto date = QDateTime::fromString(text, Qt::ISODate);
-        require(internet.match(text).hasMatch() && date.isValid());
-        return date.toUTC();
+        // In UTC it may be another year, and one without four digits could not be written again.
+        const auto utc = date.toUTC();
+        require(internet.match(text).hasMatch() && date.isValid() && utc.date().year() >= 1
+            && utc.date().year() <= 9999);
+        return utc;
     }
 
     ClipboardItem::Kind kind(QLatin1StringView name)
