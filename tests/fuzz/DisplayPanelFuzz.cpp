@@ -26,8 +26,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
         "a panel has a size that panels have");
     for (const auto& cutout : panel->cutouts)
         fuzz::require(isInside(cutout, native), "a cut-out lies on its panel");
-    for (const auto mode :
-        { native, native / 2, native * 3 / 2, native.transposed(), QSize(), QSize(-1, -1) }) {
+    for (const auto mode : { native, native / 2, native * 3 / 2, native.transposed(), QSize(1, 1) }) {
         for (const auto hiddenRows : { 0, 64 }) {
             if (const auto cutout = panel->topCutout(mode, hiddenRows))
                 fuzz::require(isInside(*cutout, mode + QSize(1, 1)), "a cut-out lies on the screen");

@@ -22,7 +22,7 @@ QList<QUrl> linksIn(const QString& text)
     linkdetector::visit(
         text,
         [](const QString& host) {
-            fuzz::require(!host.isEmpty() && host == host.toLower(), "a host is asked for in lower case");
+            fuzz::require(host == host.toLower(), "a host is asked for in lower case");
             return host.endsWith("zoom.us"_L1);
         },
         [&links](const QUrl& link) {
