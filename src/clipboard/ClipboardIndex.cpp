@@ -105,7 +105,7 @@ public:
         const auto text = string(name);
         const auto date = QDateTime::fromString(text, Qt::ISODate);
         // In UTC it may be another year, and one without four digits could not be written again.
-        const auto utc = date.toUTC();
+        auto utc = date.toUTC();
         require(internet.match(text).hasMatch() && date.isValid() && utc.date().year() >= 1
             && utc.date().year() <= 9999);
         return utc;
