@@ -121,8 +121,10 @@ public:
             || ((hasShape(zone, "+dd:dd"_L1) || hasShape(zone, "-dd:dd"_L1)) && zone.sliced(1, 2) < "24"_L1
                 && zone.sliced(4) < "60"_L1));
         const auto date = QDateTime::fromString(text, Qt::ISODate);
-        require(date.isValid());
-        return date.toUTC();
+        // In UTC it may be another year, and one without four digits could not be written again.
+        auto utc = date.toUTC();
+        require(date.isValid() && utc.date().year() >= 1 && utc.date().year() <= 9999);
+        return utc;
     }
 
     ClipboardItem::Kind kind(QLatin1StringView name)

@@ -65,11 +65,33 @@ QByteArray formatOf(QIODevice& source)
     return found == signatures.end() ? QByteArray() : QByteArray(found->format);
 }
 
+// The PNG library takes and fills as much memory as a chunk says it has before it looks for it.
+bool claimsMoreThanItHas(QIODevice& png)
+{
+    constexpr qint64 signature = 8;
+    constexpr qint64 head = 8;
+    constexpr qint64 checksum = 4;
+    const auto start = png.pos();
+    auto claims = false;
+    for (auto at = start + signature; !claims && at + head <= png.size() && png.seek(at);) {
+        const auto chunk = png.read(head);
+        if (chunk.size() != head || chunk.endsWith("IEND"))
+            break;
+        at += head + qFromBigEndian<quint32>(chunk.constData()) + checksum;
+        claims = at > png.size();
+    }
+    png.seek(start);
+    return claims;
+}
+
 /// True when the reader may be asked for the image.
 bool prepare(QImageReader& reader)
 {
+    const auto format = formatOf(*reader.device());
+    if (format.isEmpty() || (format == "png" && claimsMoreThanItHas(*reader.device())))
+        return false;
     reader.setAutoDetectImageFormat(false);
-    reader.setFormat(formatOf(*reader.device()));
+    reader.setFormat(format);
     // Qt's own bound is lower than ours, and also holds for readers that tell no size beforehand.
     static const auto raised = [] {
         QImageReader::setAllocationLimit(static_cast<int>(maxPixels * bytesPerPixel / 1'000'000));
@@ -77,7 +99,7 @@ bool prepare(QImageReader& reader)
     }();
     const auto size = reader.size();
     reader.setAutoTransform(true);
-    return raised && !reader.format().isEmpty() && !isTooLarge(size.width(), size.height());
+    return raised && !isTooLarge(size.width(), size.height());
 }
 
 QSize fitted(QSize size, int maxPixel)

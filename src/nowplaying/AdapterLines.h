@@ -10,7 +10,7 @@ namespace nimbarrow {
 class AdapterLines {
 public:
     /// In bytes. The largest messages are pictures in base 64.
-    static constexpr qsizetype longest = 16 * 1024 * 1024;
+    static constexpr qsizetype longest = qsizetype { 16 } * 1024 * 1024;
 
     /// The lines that these bytes complete, without their line feeds.
     [[nodiscard]] QByteArrayList add(const QByteArray& bytes);

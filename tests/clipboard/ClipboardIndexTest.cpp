@@ -87,6 +87,9 @@ private Q_SLOTS:
         row("no zone", "07Z", "07", false);
         row("thirty-first of February", "03-01", "02-31", false);
         row("midnight at the end", "09:41:07", "24:00:00", false);
+        row("last year", "2026-03-01T09:41:07Z", "9999-12-31T23:59:59Z", true);
+        row("too late a year in UTC", "2026-03-01T09:41:07Z", "9999-12-31T23:59:59-00:01", false);
+        row("too early a year in UTC", "2026-03-01T09:41:07Z", "0001-01-01T00:00:00+00:01", false);
         row("line break behind the date", "07Z", "07Z\\n", false);
         row("braces", "6D1F0C9E-2B7A-4C55-9E0B-6A3C2F1D8E47", "{6D1F0C9E-2B7A-4C55-9E0B-6A3C2F1D8E47}",
             false);
@@ -108,7 +111,10 @@ private Q_SLOTS:
         QVERIFY(json.contains(line));
         if (!line.isEmpty())
             json.replace(line, instead);
-        QTEST(clipboardindex::decode(json).has_value(), "readable");
+        const auto items = clipboardindex::decode(json);
+        QTEST(items.has_value(), "readable");
+        if (items)
+            QCOMPARE(clipboardindex::decode(clipboardindex::encode(*items)), items);
     }
 
     void survivesWhatIsNoIndexAtAll()

@@ -12,6 +12,8 @@
 #include <QTest>
 #include <QtEndian>
 
+#include <sys/resource.h>
+
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
 
@@ -35,6 +37,13 @@ QSize thumbnailSize(QByteArray data, int maxPixel)
     QBuffer buffer(&data);
     buffer.open(QBuffer::ReadOnly);
     return imagecodec::thumbnail(buffer, maxPixel).size();
+}
+
+long peakMemory() // MB
+{
+    rusage usage {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
 }
 
 QByteArray pngClaiming(quint32 width, quint32 height)
@@ -89,6 +98,15 @@ private Q_SLOTS:
         QFETCH(QByteArray, image);
         QFETCH(int, maxPixel);
         QTEST(thumbnailSize(image, maxPixel), "size");
+    }
+
+    void noMemoryIsTakenForWhatAPictureOnlySaysItHas()
+    {
+        auto png = encoded({ 7, 5 }, "png");
+        png.insert(png.size() - 12, "\x38\x58\0\x25tEXt\0"_ba);
+        const auto before = peakMemory();
+        QCOMPARE(thumbnailSize(png, 200), QSize(0, 0));
+        QVERIFY2(peakMemory() - before < 100, qPrintable(QString::number(peakMemory() - before)));
     }
 
     void bytesBecomePng()

@@ -4,12 +4,7 @@
 
 #include <QTest>
 
-#include <cstdint>
-#include <random>
-
 using namespace nimbarrow;
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 class MediaCommandTest : public QObject {
     Q_OBJECT
@@ -44,19 +39,6 @@ private Q_SLOTS:
         for (int i = 0; i < 10; ++i)
             QCOMPARE(lines.take(QByteArray(CommandLines::longest - 1, 'x')), QList<QByteArray>());
         QCOMPARE(lines.take("next\nnext\n"), QList<QByteArray>({ "next" }));
-    }
-
-    void takesAnyBytes()
-    {
-        std::mt19937 random(7); // NOLINT: the same bytes each time
-        const QByteArray alphabet("seekvolumtgnx 0123456789.-e\n\n\0\xff", 31);
-        for (int i = 0; i < 500; ++i) {
-            QByteArray bytes(static_cast<qsizetype>(random() % 4000), '\n');
-            for (auto& byte : bytes)
-                byte = alphabet.at(static_cast<qsizetype>(random() % 31));
-            const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.constData());
-            QCOMPARE(LLVMFuzzerTestOneInput(data, static_cast<std::size_t>(bytes.size())), 0);
-        }
     }
 };
 
