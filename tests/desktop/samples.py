@@ -9,26 +9,30 @@ QUIET_SECONDS = 5
 MEGABYTE = 2 ** 20
 
 
-class Margin:
-    """How much more the last fifth of a run may have than the first: `share` of that, within bounds."""
-
-    def __init__(self, share=0.0, least=0, most=None):
-        self.share, self.least, self.most = share, least, most
-
-    def of(self, value):
-        margin = max(self.share * value, self.least)
-        return margin if self.most is None else min(margin, self.most)
+# Fewer samples than this in a fifth of a run are easily all a little high or low.
+MANY = 4
 
 
-# Memory is what no file backs: what the libraries' files take depends on who else on the computer uses them. It moves
-# with the lengths of the texts that the history holds at the moment, which differ by some hundred kilobytes.
-MEMORY = Margin(share=0.05, least=MEGABYTE // 2, most=2 * MEGABYTE)
-EXACTLY = Margin()
-# The kernel may wake a thread once more or less in five seconds; a timer left behind does so again and again.
-WAKE_UPS = Margin(least=1)
+# How much more the last fifth of a run may have than the first, by what the first has and whether there are many.
 
-JUDGED = {"anonymous": MEMORY, "descriptors": EXACTLY, "threads": EXACTLY, "wake-ups": WAKE_UPS,
-          "windows": EXACTLY, "pixmaps": EXACTLY, "stray images": EXACTLY}
+def memory(first, many):
+    """Memory is what no file backs: what the libraries' files take depends on who else on the computer uses them.
+    One sample differs from the next by a megabyte, with the holes in the heap and the lengths of the texts that are
+    kept at the moment; medians of many differ by less."""
+    return min(max(first / 20, MEGABYTE / 2), 2 * MEGABYTE) if many else 2 * MEGABYTE
+
+
+def exactly(_first, _many):
+    return 0
+
+
+def wake_ups(_first, _many):
+    """The kernel may wake a thread once more in the quiet seconds; a timer left behind does so again and again."""
+    return 1
+
+
+JUDGED = {"anonymous": memory, "descriptors": exactly, "threads": exactly, "wake-ups": wake_ups,
+          "windows": exactly, "pixmaps": exactly, "stray images": exactly}
 
 
 def processes(pid):
@@ -124,7 +128,7 @@ def slope(points):
 def judge(samples):
     """Of samples with their "minute": every figure as who, what, first and last fifth, growth, margin, flat."""
     verdicts = []
-    fifth = max(1, len(samples) // 5)
+    fifth = min(len(samples), max(2, len(samples) // 5))
     for who in ("program", "adapter", "server", "history"):
         for what, margin in JUDGED.items():
             if what not in samples[0][who]:
@@ -134,7 +138,7 @@ def judge(samples):
             first = statistics.median(value for _, value in points[:fifth])
             last = statistics.median(value for _, value in points[-fifth:])
             growth = slope(points) * (points[-1][0] - points[0][0])
-            allowed = margin.of(first)
+            allowed = margin(first, fifth >= MANY)
             verdicts.append({"who": who, "what": what, "first": first, "last": last, "growth": growth,
                              "margin": allowed, "flat": last - first <= allowed and growth <= allowed})
         if "pid" in samples[0][who]:
