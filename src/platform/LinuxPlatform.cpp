@@ -48,6 +48,19 @@ void setUnlessSet(const char* variable, const char* value)
         qputenv(variable, value);
 }
 
+/// What is freed goes back to the system, whichever thread has had it. malloc_trim() leaves the ends of all
+/// heaps but the first one alone, and left to itself malloc() lets them grow to the size of the largest text
+/// ever copied.
+void keepHeapsSmall()
+{
+    constexpr int megabyte = 1 << 20;
+    ::mallopt(M_MMAP_THRESHOLD, megabyte);
+    ::mallopt(M_TRIM_THRESHOLD, megabyte);
+    // The threads hardly ever work at the same time; one more heap for each of them is one more left with
+    // holes.
+    ::mallopt(M_ARENA_MAX, 2);
+}
+
 /// As it was before preparePlatform().
 const InheritedState& inheritedState()
 {
@@ -69,6 +82,7 @@ std::unique_ptr<CalendarStore> makeCalendarStore(UserDefaults& defaults, const L
 
 void preparePlatform()
 {
+    keepHeapsSmall();
     inheritedState();
     // On a Wayland session too: a panel that stands above everything is an X11 window there.
     setUnlessSet("QT_QPA_PLATFORM", "xcb");

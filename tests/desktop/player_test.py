@@ -10,13 +10,18 @@ from screen_reader import PYTHON, ScreenReader
 
 
 class Player:
-    """mpv with two silent tracks, each with a cover of its own, and without a sound card."""
+    """mpv with silent tracks, each with a cover of its own, and without a sound card."""
 
-    def __init__(self, desktop):
+    TRACKS = (("First Song", "Anna", "red", 200), ("Second Song", "Bohdan", "blue", 100))
+
+    def __init__(self, desktop, tracks=TRACKS, *options):
         self.desktop = desktop
-        self.tracks = [self._track(*track) for track in (("First Song", "Anna", "red", 200), ("Second Song", "Bohdan", "blue", 100))]
-        self.process = desktop.spawn(["mpv", "--no-config", "--no-video", "--ao=null", "--idle=yes", "--volume=60",
-                                      "--script=/etc/mpv/scripts/mpris.so", *map(str, self.tracks)])
+        self.command = ["mpv", "--no-config", "--no-video", "--ao=null", "--idle=yes", "--volume=60", *options,
+                        "--script=/etc/mpv/scripts/mpris.so", *(str(self._track(*track)) for track in tracks)]
+        self.start()
+
+    def start(self):
+        self.process = self.desktop.spawn(self.command)
         wait_until("the player on the bus", lambda: self._get("PlaybackStatus", quiet=True) == "Playing", 20)
 
     def _track(self, title, artist, color, seconds):

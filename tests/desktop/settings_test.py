@@ -24,9 +24,9 @@ CLEAR = (SURFACE_LEFT + 50, 232)
 class SettingsFlow(Flow):
     """What a person does on the page of settings."""
 
-    def opens_settings(self):
+    def opens_settings(self, gear=GEAR):
         self.open_by_pointer()
-        self.desktop.click(*GEAR)
+        self.desktop.click(*gear)
         time.sleep(0.4)
 
     def switch(self, name):
