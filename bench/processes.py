@@ -1,0 +1,36 @@
+"""What the system tells of a process and of those that it has started."""
+
+import pathlib
+import re
+
+
+def family(pid):
+    """The process and all that come from it."""
+    pids = [pid]
+    for children in pathlib.Path(f"/proc/{pid}/task").glob("*/children"):
+        for child in children.read_text().split():
+            pids += family(int(child))
+    return pids
+
+
+def name(pid):
+    return pathlib.Path(f"/proc/{pid}/comm").read_text().strip()
+
+
+def memory(pid):
+    """Proportional set size in MB: what is shared with others counts by its share."""
+    rollup = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text()
+    return int(re.search(r"^Pss:\s+(\d+)", rollup, re.MULTILINE)[1]) / 1024
+
+
+def processor_ticks(pid):
+    """Hundredths of a second that all threads have worked."""
+    # The name stands in brackets and may have spaces in it.
+    words = pathlib.Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
+    return int(words[11]) + int(words[12])
+
+
+def wakings(pid):
+    """How often its threads have gone to sleep by their own will, so how often they have been woken."""
+    return sum(int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status.read_text(), re.MULTILINE)[1])
+               for status in pathlib.Path(f"/proc/{pid}/task").glob("*/status"))
