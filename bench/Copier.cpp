@@ -1,12 +1,11 @@
-// A program that stays, so that no process start is measured. Copies what each line of its standard input
-// says: "text WORDS" or "png PATH". Prints every text that another program has fetched from it.
+// A program that stays, so that no process start is measured. Copies what each line of its standard input says:
+// "text WORDS" or "png PATH".
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QSocketNotifier>
 
-#include <cstdio>
 #include <iostream>
 #include <string>
 #include <unistd.h>
@@ -15,35 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class CopiedText final : public QMimeData {
-public:
-    explicit CopiedText(const QString& text)
-        : m_text(text)
-    {
-        setText(text);
-    }
-
-protected:
-    QVariant retrieveData(const QString& type, QMetaType wanted) const override
-    {
-        if (!m_isFetched && type.startsWith("text/plain"_L1)) {
-            m_isFetched = true;
-            std::puts(qUtf8Printable(m_text));
-            std::fflush(stdout);
-        }
-        return QMimeData::retrieveData(type, wanted);
-    }
-
-private:
-    QString m_text;
-    mutable bool m_isFetched = false;
-};
-
 void copy(const QString& line)
 {
     const auto what = line.section(u' ', 1);
     if (line.startsWith("text "_L1)) {
-        QGuiApplication::clipboard()->setMimeData(new CopiedText(what));
+        QGuiApplication::clipboard()->setText(what);
         return;
     }
     QFile file(what);

@@ -3,25 +3,20 @@
 import subprocess
 import time
 
-from lines import Lines
-
 
 class Copier:
     def __init__(self, desktop, build):
         self._process = subprocess.Popen([str(build / "bench" / "Copier")], stdin=subprocess.PIPE,
-                                         stdout=subprocess.PIPE,
                                          env={**desktop.environment, "QT_QPA_PLATFORM": "xcb"})
         desktop.processes.append(self._process)
-        # The texts that somebody has fetched.
-        self.fetched = Lines(self._process)
         time.sleep(1)
 
     def _tell(self, line):
         """The moment of the copy."""
-        before = time.monotonic()
+        moment = time.monotonic()
         self._process.stdin.write((line + "\n").encode())
         self._process.stdin.flush()
-        return before
+        return moment
 
     def text(self, text):
         return self._tell("text " + text)

@@ -8,21 +8,26 @@ from desktop import wait_until
 class Peer:
     """`with Peer(desktop) as peer:` has it running, with room for more entries than are ever measured."""
 
-    COMMAND = ["copyq"]
-
     def __init__(self, desktop):
         self.desktop = desktop
         self.server = None
         self.watching = None
 
     def __enter__(self):
-        self.server = self.desktop.spawn(self.COMMAND)
+        self.launch()
         wait_until("the peer", self.answers)
         # By default it keeps a change to itself for five minutes before it writes it.
         self.evaluate("config('maxitems', 1000); config('save_delay_ms_on_item_added', 500)")
         return self
 
     def __exit__(self, *_):
+        self.stop()
+
+    def launch(self):
+        """Starts it and does not wait."""
+        self.server = self.desktop.spawn(["copyq"])
+
+    def stop(self):
         self.stop_watching()
         self.desktop.call(["copyq", "exit"])
         self.server.wait(10)

@@ -5,12 +5,19 @@ import re
 
 
 def family(pid):
-    """The process and all that come from it."""
+    """The process and all that live of those that come from it."""
+    if _words(pid)[0] == "Z":
+        return []
     pids = [pid]
     for children in pathlib.Path(f"/proc/{pid}/task").glob("*/children"):
         for child in children.read_text().split():
             pids += family(int(child))
     return pids
+
+
+def _words(pid):
+    # The name stands in brackets before them and may have spaces in it.
+    return pathlib.Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
 
 
 def name(pid):
@@ -25,8 +32,7 @@ def memory(pid):
 
 def processor_ticks(pid):
     """Hundredths of a second that all threads have worked."""
-    # The name stands in brackets and may have spaces in it.
-    words = pathlib.Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
+    words = _words(pid)
     return int(words[11]) + int(words[12])
 
 
