@@ -36,7 +36,7 @@ def processor_ticks(pid):
     return int(words[11]) + int(words[12])
 
 
-def wakings(pid):
-    """How often its threads have gone to sleep by their own will, so how often they have been woken."""
-    return sum(int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status.read_text(), re.MULTILINE)[1])
-               for status in pathlib.Path(f"/proc/{pid}/task").glob("*/status"))
+def sleeps(pid):
+    """For each thread how often it has gone to sleep by its own will, so how often something has woken it."""
+    return {status.parent.name: int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status.read_text(), re.MULTILINE)[1])
+            for status in pathlib.Path(f"/proc/{pid}/task").glob("*/status")}

@@ -23,20 +23,21 @@ def memory(pids):
 def idle(pids):
     """For each process its name, its ticks of the processor over a minute, and its wakings a second."""
     def now():
-        return {pid: (processes.processor_ticks(pid), processes.wakings(pid)) for pid in pids}
+        return {pid: (processes.processor_ticks(pid), processes.sleeps(pid)) for pid in pids}
 
     before = now()
     time.sleep(IDLE)
-    after = now()
-    return [(processes.name(pid), after[pid][0] - before[pid][0], (after[pid][1] - before[pid][1]) / IDLE)
-            for pid in pids]
+    for pid, (ticks, sleeps) in now().items():
+        # Of a thread that has ended meanwhile nothing is known, and it has been woken no more.
+        wakings = sum(count - before[pid][1].get(thread, 0) for thread, count in sleeps.items())
+        yield processes.name(pid), ticks - before[pid][0], wakings / IDLE
 
 
 def measure_program(pid, open_once):
     """Memory before, what idleness costs, memory after."""
     time.sleep(SETTLING)
     never_opened = memory(processes.family(pid))
-    idleness = idle(processes.family(pid))
+    idleness = list(idle(processes.family(pid)))
     open_once()
     time.sleep(IDLE)
     return never_opened, idleness, memory(processes.family(pid))
