@@ -3,6 +3,7 @@
 The settings are those of a person who has just installed it; only the limit of the history is raised to hold what is
 measured. All processes of each program count."""
 
+import sys
 import time
 
 from desktop import Desktop, NOTCH_MIDDLE
@@ -12,12 +13,19 @@ from peer import Peer
 import processes
 from table import Row
 
-SETTLING = 15
+# Long enough for what either puts off after its start.
+SETTLING = 45
 IDLE = 60
 
 
-def memory(pids):
-    return sum(map(processes.memory, pids))
+def memory(pid):
+    family = processes.family(pid)
+    if not family:
+        raise RuntimeError("The program has ended.")
+    if strangers := processes.strangers(pid):
+        print(f"{strangers} other processes share Qt with {processes.name(pid)}: its memory is told too low.",
+              file=sys.stderr)
+    return sum(map(processes.memory, family))
 
 
 def idle(pids):
@@ -36,11 +44,11 @@ def idle(pids):
 def measure_program(pid, open_once):
     """Memory before, what idleness costs, memory after."""
     time.sleep(SETTLING)
-    never_opened = memory(processes.family(pid))
+    never_opened = memory(pid)
     idleness = list(idle(processes.family(pid)))
     open_once()
     time.sleep(IDLE)
-    return never_opened, idleness, memory(processes.family(pid))
+    return never_opened, idleness, memory(pid)
 
 
 def measure(build):
