@@ -1,5 +1,5 @@
-// A program that stays, so that no process start is measured. Copies what each line of its standard input says:
-// "text WORDS" or "png PATH".
+// A program that stays, so that no process start is measured. Copies what each line of its standard input
+// says: "text WORDS" or "png PATH".
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
