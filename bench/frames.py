@@ -12,6 +12,7 @@ from history import fill_ours
 from player_test import Player
 from table import FRAME_MS, Row
 
+STARTS = 5
 OPENINGS = 20
 WHEEL_STEPS = 60
 MARQUEE_SECONDS = 10
@@ -58,12 +59,16 @@ class Pointer:
 class Surface:
     """The program on a private desktop, with its frames."""
 
-    def __init__(self, desktop, build):
+    def __init__(self, desktop, pointer, build):
         self.desktop = desktop
-        self.pointer = Pointer(desktop)
+        self.pointer = pointer
         self.process = desktop.spawn([str(build / "SurfaceFrames")], stdout=subprocess.PIPE)
         self.log = FrameLog(self.process)
         time.sleep(3)
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait()
 
     def leave(self):
         self.pointer.move(*BELOW_THE_SURFACE)
@@ -111,11 +116,22 @@ def frame_row(what, frames):
     return Row(f"99th percentile of {len(frames)} frames, {what}", "ms", slowest(frames), at_most=FRAME_MS)
 
 
+def first_opening(desktop, pointer, build):
+    surface = Surface(desktop, pointer, build)
+    first = surface.open()
+    surface.leave()
+    surface.close()
+    return first
+
+
 def measure(build):
     with Desktop(build / "nimbarrow") as desktop:
         fill_ours(desktop)
-        surface = Surface(desktop, build)
-        first, opening = surface.open()
+        pointer = Pointer(desktop)
+        firsts = [first_opening(desktop, pointer, build) for _ in range(STARTS)]
+        opening = [frame for _, frames in firsts for frame in frames]
+        surface = Surface(desktop, pointer, build)
+        surface.open()
         surface.leave()
         later = []
         for _ in range(OPENINGS):
@@ -123,7 +139,8 @@ def measure(build):
             surface.leave()
             later.append(latency)
             opening += frames
-        rows = [Row("pointer in the notch to a full frame, first time", "ms", first, at_most=60),
+        rows = [Row(f"pointer in the notch to a full frame, first time, median of {STARTS}", "ms",
+                    statistics.median(latency for latency, _ in firsts), at_most=60),
                 Row(f"pointer in the notch to a full frame, median of {OPENINGS}", "ms", statistics.median(later),
                     at_most=30),
                 frame_row("opening", opening),

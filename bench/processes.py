@@ -30,19 +30,6 @@ def memory(pid):
     return int(re.search(r"^Pss:\s+(\d+)", rollup, re.MULTILINE)[1]) / 1024
 
 
-def strangers(pid):
-    """How many processes outside the family have the same Qt in their memory: they take over a part of its cost."""
-    def libraries(any_pid):
-        try:
-            return set(re.findall(r"libQt\dCore\.so\S*", pathlib.Path(f"/proc/{any_pid}/maps").read_text()))
-        except OSError:
-            return set()
-
-    ours, own = libraries(pid), family(pid)
-    others = (int(folder.name) for folder in pathlib.Path("/proc").glob("[0-9]*"))
-    return sum(bool(libraries(other) & ours) for other in others if other not in own)
-
-
 def processor_ticks(pid):
     """Hundredths of a second that all threads have worked."""
     words = _words(pid)

@@ -34,13 +34,17 @@ def cost(command):
     return taken, usage.ru_maxrss / 1024
 
 
-def costs(command, result):
-    """Medians, after a first run that only warms the files."""
-    taken = []
-    for _ in range(RUNS + 1):
-        taken.append(cost(command))
-        result.unlink()
-    return [statistics.median(figures) for figures in zip(*taken[1:])]
+def costs(commands, result):
+    """Medians for each command. They take turns, so that whatever else the machine does meets all of them; a first
+    turn only warms the files."""
+    taken = [[] for _ in commands]
+    for turn in range(RUNS + 1):
+        for command, figures in zip(commands, taken):
+            figure = cost(command)
+            result.unlink()
+            if turn:
+                figures.append(figure)
+    return [[statistics.median(column) for column in zip(*figures)] for figures in taken]
 
 
 def measure(build):
@@ -49,8 +53,8 @@ def measure(build):
         for name in FORMATS:
             picture = pathlib.Path(folder) / f"photo.{name}"
             make_picture(picture)
-            ours = costs([str(build / "bench" / "Thumbnail"), str(picture), str(result)], result)
-            theirs = costs(["vipsthumbnail", str(picture), "-s", str(SIDE), "-o", str(result)], result)
+            ours, theirs = costs([[str(build / "bench" / "Thumbnail"), str(picture), str(result)],
+                                  ["vipsthumbnail", str(picture), "-s", str(SIDE), "-o", str(result)]], result)
             what = f"thumbnail of {WIDTH} x {HEIGHT} {name.upper()}"
             yield Row(f"{what}, time", "ms", ours[0] * 1000, theirs[0] * 1000, ratio_at_most=1)
             yield Row(f"{what}, peak memory", "MB", ours[1], theirs[1], ratio_at_most=1)
