@@ -1,5 +1,5 @@
 // Watches the clipboard with the program's own adapter, capture and store, and prints each text on a line as
-// soon as it is an entry of the history.
+// soon as it is an entry of the history, and an empty line for each image.
 #include "clipboard/ClipboardMonitor.h"
 #include "clipboard/ClipboardStore.h"
 #include "clipboard/PasteboardCapture.h"

@@ -1,42 +1,28 @@
-"""How long the surface takes to open, and what its frames cost while it opens and while it scrolls, over a history
-of 200 texts and 50 screenshots of 3840 x 2160."""
+"""How long the surface takes to open over a full history, and what its frames cost while it opens, while it scrolls
+and while a long title moves. Drawn in software, as the program always does."""
 
-import datetime
-import json
 import statistics
 import subprocess
 import threading
 import time
-import uuid
 
-from desktop import gradient_png, NOTCH_MIDDLE
+from desktop import Desktop, NOTCH_MIDDLE
 from flow import BELOW_THE_SURFACE, CLIPBOARD_LEFT, FIRST_ROW_Y, STRIP_Y
+from history import fill_ours
+from player_test import Player
+from table import FRAME_MS, Row
 
-TEXTS = 200
-SCREENSHOTS = 50
-OPENINGS = 12
+STARTS = 5
+OPENINGS = 20
 WHEEL_STEPS = 60
+MARQUEE_SECONDS = 10
 
 
-def fill_history(desktop):
-    """Writes the history as the program would have left it."""
-    images = desktop.history_folder / "images"
-    images.mkdir(parents=True, exist_ok=True)
-    start = datetime.datetime(2026, 3, 1, 9, 0, tzinfo=datetime.timezone.utc)
-    items = []
+class LongPlayer(Player):
+    """Plays something that no line holds."""
 
-    def add(kind, **content):
-        moment = start + datetime.timedelta(seconds=len(items))
-        items.append({"id": str(uuid.uuid4()).upper(), "kind": kind, "isScreenshot": kind == "image", "pinned": False,
-                      "createdAt": moment.strftime("%Y-%m-%dT%H:%M:%SZ"), **content})
-
-    for number in range(TEXTS):
-        add("text", text=f"Entry {number}: the quick brown fox jumps over the lazy dog")
-    for number in range(SCREENSHOTS):
-        path = images / f"Screenshot {number}.png"
-        path.write_bytes(gradient_png(3840, 2160, (40 + number * 4, 90, 160), (91, 240 - number * 4, 168)))
-        add("image", imagePath=str(path))
-    (desktop.history_folder / "index.json").write_text(json.dumps(items[::-1]))
+    def _track(self, title, *rest):
+        return super()._track(f"{title} of an evening that goes on for as long as anybody cares to listen", *rest)
 
 
 class FrameLog:
@@ -55,65 +41,112 @@ class FrameLog:
         return [frame for frame in self.frames if frame[0] >= start]
 
 
-def percentile(values, share):
-    ordered = sorted(values)
-    return ordered[min(len(ordered) - 1, round(share * (len(ordered) - 1)))]
+class Pointer:
+    """One process that moves it all the time, so that none has to start first."""
+
+    def __init__(self, desktop):
+        self._process = subprocess.Popen(["xdotool", "-"], stdin=subprocess.PIPE, env=desktop.environment)
+        desktop.processes.append(self._process)
+
+    def move(self, x, y):
+        """The moment of it."""
+        moment = time.monotonic()
+        self._process.stdin.write(f"mousemove {x} {y}\n".encode())
+        self._process.stdin.flush()
+        return moment
 
 
-def costs(frames):
-    busy = [frame[1] * 1000 for frame in frames]
-    return {"median ms": statistics.median(busy), "99th percentile ms": percentile(busy, 0.99), "frames": len(busy)}
+class Surface:
+    """The program on a private desktop, with its frames."""
+
+    def __init__(self, desktop, pointer, build):
+        self.desktop = desktop
+        self.pointer = pointer
+        self.process = desktop.spawn([str(build / "SurfaceFrames")], stdout=subprocess.PIPE)
+        self.log = FrameLog(self.process)
+        time.sleep(3)
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait()
+
+    def leave(self):
+        self.pointer.move(*BELOW_THE_SURFACE)
+        time.sleep(1)
+
+    def open(self):
+        """From the pointer's way into the notch to the first frame of the grown panel, in ms, and all frames."""
+        self.pointer.move(NOTCH_MIDDLE, 60)
+        time.sleep(0.2)
+        start = self.pointer.move(NOTCH_MIDDLE, 10)
+        time.sleep(1)
+        frames = self.log.since(start)
+        grown = next(end for end, _, height in frames if height > 200)
+        return (grown - start) * 1000, frames
+
+    def scroll(self, place):
+        self.open()
+        self.desktop.move(*place)
+        time.sleep(0.5)
+        start = time.monotonic()
+        for button in (5, 4):
+            self.desktop.xdotool("click", "--repeat", WHEEL_STEPS, "--delay", 30, button)
+        time.sleep(0.7)
+        frames = self.log.since(start)
+        self.leave()
+        return frames
+
+    def marquee(self):
+        """Frames with nothing else in them, some seconds after the opening."""
+        self.open()
+        time.sleep(2)
+        start = time.monotonic()
+        time.sleep(MARQUEE_SECONDS)
+        frames = self.log.since(start)
+        self.leave()
+        return frames
 
 
-def open_once(desktop, log):
-    """From the pointer's way into the notch to the first frame of the grown panel, in ms, and all frames."""
-    desktop.move(NOTCH_MIDDLE, 60)
-    time.sleep(0.2)
-    start = time.monotonic()
-    desktop.xdotool("mousemove", NOTCH_MIDDLE, 10)
-    time.sleep(1)
-    frames = log.since(start)
-    grown = [end for end, _, height in frames if height > 200]
-    latency = (grown[0] - start) * 1000
-    desktop.xdotool("mousemove", *BELOW_THE_SURFACE)
-    time.sleep(1)
-    return latency, frames
+def slowest(frames):
+    """The 99th percentile of the work for a frame, in ms."""
+    return statistics.quantiles([busy * 1000 for _, busy, _ in frames], n=100, method="inclusive")[98]
 
 
-def scroll(desktop, log, place):
-    desktop.move(NOTCH_MIDDLE, 10)
-    time.sleep(1)
-    desktop.move(*place)
-    time.sleep(0.5)
-    start = time.monotonic()
-    for button in (5, 4):
-        desktop.xdotool("click", "--repeat", WHEEL_STEPS, "--delay", 30, button)
-    time.sleep(0.7)
-    frames = log.since(start)
-    desktop.xdotool("mousemove", *BELOW_THE_SURFACE)
-    time.sleep(1)
-    return frames
+def frame_row(what, frames):
+    return Row(f"99th percentile of {len(frames)} frames, {what}", "ms", slowest(frames), at_most=FRAME_MS)
 
 
-def measure(desktop, build):
-    """Prints nothing; returns the figures by name."""
-    fill_history(desktop)
-    process = desktop.spawn([str(build / "bench" / "SurfaceFrames")], stdout=subprocess.PIPE)
-    time.sleep(2)
-    log = FrameLog(process)
-    first, opening = open_once(desktop, log)
-    later = []
-    for _ in range(OPENINGS):
-        latency, frames = open_once(desktop, log)
-        later.append(latency)
-        opening += frames
-    results = {
-        "first opening": {"ms": first},
-        "later openings": {"median ms": statistics.median(later), "worst ms": max(later)},
-        "frames while opening": costs(opening),
-        "frames while scrolling the list": costs(scroll(desktop, log, (CLIPBOARD_LEFT + 90, FIRST_ROW_Y + 60))),
-        "frames while scrolling the images": costs(scroll(desktop, log, (CLIPBOARD_LEFT + 90, STRIP_Y))),
-    }
-    process.terminate()
-    process.wait()
-    return results
+def first_opening(desktop, pointer, build):
+    surface = Surface(desktop, pointer, build)
+    first = surface.open()
+    surface.leave()
+    surface.close()
+    return first
+
+
+def measure(build):
+    with Desktop(build / "nimbarrow") as desktop:
+        fill_ours(desktop)
+        pointer = Pointer(desktop)
+        firsts = [first_opening(desktop, pointer, build) for _ in range(STARTS)]
+        opening = [frame for _, frames in firsts for frame in frames]
+        surface = Surface(desktop, pointer, build)
+        surface.open()
+        surface.leave()
+        later = []
+        for _ in range(OPENINGS):
+            latency, frames = surface.open()
+            surface.leave()
+            later.append(latency)
+            opening += frames
+        rows = [Row(f"pointer in the notch to a full frame, first time, median of {STARTS}", "ms",
+                    statistics.median(latency for latency, _ in firsts), at_most=60),
+                Row(f"pointer in the notch to a full frame, median of {OPENINGS}", "ms", statistics.median(later),
+                    at_most=30),
+                frame_row("opening", opening),
+                frame_row("scrolling the list", surface.scroll((CLIPBOARD_LEFT + 90, FIRST_ROW_Y + 60))),
+                frame_row("scrolling the images", surface.scroll((CLIPBOARD_LEFT + 90, STRIP_Y)))]
+        player = LongPlayer(desktop)
+        rows.append(frame_row("a long title moving", surface.marquee()))
+        player.quit()
+        return rows

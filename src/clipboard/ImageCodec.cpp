@@ -1,5 +1,7 @@
 #include "clipboard/ImageCodec.h"
 
+#include "clipboard/TiffStrips.h"
+
 #include <QBuffer>
 #include <QImageReader>
 #include <QImageWriter>
@@ -111,6 +113,20 @@ QSize fitted(QSize size, int maxPixel)
     return QSize(qRound(size.width() * factor), qRound(size.height() * factor)).expandedTo({ 1, 1 });
 }
 
+// Qt has no reader that makes a TIFF smaller while it reads it. Null when this is none, or none of the usual
+// kind.
+QImage smallTiff(const QImageReader& reader, int maxPixel)
+{
+    const auto size = reader.size();
+    const auto factor = std::max(size.width(), size.height()) / maxPixel;
+    if (factor < 2 || !reader.format().startsWith("tif"))
+        return {};
+    const auto image = tiffstrips::reduced(*reader.device(), size, factor);
+    return image.isNull()
+        ? image
+        : image.scaled(fitted(size, maxPixel), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
 } // namespace
 
 std::optional<QByteArray> pngData(const QByteArray& data)
@@ -135,12 +151,15 @@ QImage thumbnail(QIODevice& source, int maxPixel)
     QImageReader reader(&source);
     if (maxPixel <= 0 || !prepare(reader))
         return {};
-    // The limit is a square, so a picture that lies on its side until it is turned fits it as well.
-    if (const auto size = reader.size(); size.isValid())
-        reader.setScaledSize(fitted(size, maxPixel));
-    auto image = reader.read();
-    if (const auto size = fitted(image.size(), maxPixel); size != image.size())
-        image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    auto image = smallTiff(reader, maxPixel);
+    if (image.isNull()) {
+        // The limit is a square, so a picture that lies on its side until it is turned fits it as well.
+        if (const auto size = reader.size(); size.isValid())
+            reader.setScaledSize(fitted(size, maxPixel));
+        image = reader.read();
+        if (const auto size = fitted(image.size(), maxPixel); size != image.size())
+            image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
     if (image.isNull())
         return {};
     return std::move(image).convertToFormat(

@@ -2,6 +2,7 @@
 
 #include "clipboard/ImageCodec.h"
 #include "clipboard/ThumbnailFile.h"
+#include "clipboard/TiffStrips.h"
 #include "style/Picture.h"
 #include "support/ManualQueues.h"
 
@@ -19,10 +20,9 @@ using namespace nimbarrow;
 
 namespace {
 
-QByteArray encoded(QSize size, const QByteArray& format, QImageIOHandler::Transformations turned = {})
+QByteArray encoded(
+    const QImage& image, const QByteArray& format, QImageIOHandler::Transformations turned = {})
 {
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::red);
     QByteArray data;
     QBuffer buffer(&data);
     buffer.open(QBuffer::WriteOnly);
@@ -32,11 +32,18 @@ QByteArray encoded(QSize size, const QByteArray& format, QImageIOHandler::Transf
     return data;
 }
 
-QSize thumbnailSize(QByteArray data, int maxPixel)
+QByteArray encoded(QSize size, const QByteArray& format, QImageIOHandler::Transformations turned = {})
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return encoded(image, format, turned);
+}
+
+QImage smallPicture(QByteArray data, int maxPixel)
 {
     QBuffer buffer(&data);
     buffer.open(QBuffer::ReadOnly);
-    return imagecodec::thumbnail(buffer, maxPixel).size();
+    return imagecodec::thumbnail(buffer, maxPixel);
 }
 
 long peakMemory() // MB
@@ -97,7 +104,57 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, image);
         QFETCH(int, maxPixel);
-        QTEST(thumbnailSize(image, maxPixel), "size");
+        QTEST(smallPicture(image, maxPixel).size(), "size");
+    }
+
+    void aTiffIsMadeSmallerWithoutChangingItsLook_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QImage::Format>("format");
+        QTest::addColumn<bool>("turned");
+        QTest::addColumn<bool>("inStrips");
+        QTest::newRow("in whole steps") << QSize(1000, 700) << QImage::Format_RGB32 << false << true;
+        QTest::newRow("with a rest") << QSize(1599, 1003) << QImage::Format_RGB888 << false << true;
+        QTest::newRow("a little larger") << QSize(150, 90) << QImage::Format_RGB32 << false << true;
+        QTest::newRow("transparent") << QSize(1000, 700) << QImage::Format_ARGB32 << false << false;
+        QTest::newRow("grey") << QSize(700, 1000) << QImage::Format_Grayscale8 << false << true;
+        QTest::newRow("turned") << QSize(1000, 700) << QImage::Format_RGB32 << true << false;
+    }
+    void aTiffIsMadeSmallerWithoutChangingItsLook()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QImage::Format, format);
+        QFETCH(bool, turned);
+        QLinearGradient colors({}, QPointF(size.width(), size.height()));
+        colors.setColorAt(0, Qt::red);
+        colors.setColorAt(0.6, QColor(20, 200, 90, 128));
+        colors.setColorAt(1, Qt::blue);
+        QImage painted(size, QImage::Format_ARGB32);
+        painted.fill(Qt::transparent);
+        QPainter(&painted).fillRect(painted.rect(), colors);
+        const auto picture = painted.convertToFormat(format);
+        const auto turn
+            = turned ? QImageIOHandler::TransformationRotate180 : QImageIOHandler::TransformationNone;
+        auto tiff = encoded(picture, "tiff", turn);
+        QBuffer strips(&tiff);
+        strips.open(QBuffer::ReadOnly);
+        QTEST(!tiffstrips::reduced(strips, size, 3).isNull(), "inStrips");
+        QVERIFY(tiffstrips::reduced(strips, size.transposed(), 3).isNull());
+        const auto thumbnail = smallPicture(tiff, 100);
+        // The way over a PNG is another one.
+        const auto expected
+            = smallPicture(encoded(turned ? picture.mirrored(true, true) : picture, "png"), 100);
+        QCOMPARE(thumbnail.size(), expected.size());
+        QCOMPARE(thumbnail.hasAlphaChannel(), expected.hasAlphaChannel());
+        for (const auto& place :
+            { QPoint(1, 1), QPoint(40, 30), QPoint(55, 50), QPoint(60, 2), QPoint(2, 55) }) {
+            const auto is = thumbnail.pixelColor(place);
+            const auto wanted = expected.pixelColor(place);
+            const auto far = [](int one, int other) { return std::abs(one - other) > 8; };
+            QVERIFY2(!far(is.red(), wanted.red()) && !far(is.green(), wanted.green())
+                    && !far(is.blue(), wanted.blue()) && !far(is.alpha(), wanted.alpha()),
+                qPrintable(u"%1 instead of %2"_s.arg(is.name(), wanted.name())));
+        }
     }
 
     void noMemoryIsTakenForWhatAPictureOnlySaysItHas()

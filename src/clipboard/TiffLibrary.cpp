@@ -1,0 +1,11 @@
+#include "clipboard/TiffLibrary.h"
+
+namespace nimbarrow {
+
+const TiffLibrary& TiffLibrary::loaded()
+{
+    static const TiffLibrary library;
+    return library;
+}
+
+} // namespace nimbarrow
