@@ -3,7 +3,7 @@
 The settings are those of a person who has just installed it; only the limit of the history is raised to hold what is
 measured. All processes of each program count."""
 
-import pathlib
+import re
 import shutil
 import time
 
@@ -19,13 +19,15 @@ SETTLING = 45
 IDLE = 60
 
 
-def use_own_libraries(desktop):
+def use_own_libraries(desktop, *programs):
     """What else runs on this machine with the same libraries would take over a part of their memory."""
     folder = desktop.home / "libraries"
     folder.mkdir()
-    for pattern in ("libQt5*.so.5", "libQt6*.so.6", "libicu*.so.??"):
-        for library in pathlib.Path("/usr/lib").glob(f"*-linux-gnu/{pattern}"):
-            shutil.copy(library, folder)
+    for program in programs:
+        for library in re.findall(r"=> (/\S+)", desktop.call(["ldd", program]).decode()):
+            # The C library is everybody's.
+            if not re.search(r"/lib(c|m)\.so", library):
+                shutil.copy(library, folder)
     desktop.environment["LD_LIBRARY_PATH"] = str(folder)
 
 
@@ -71,7 +73,7 @@ def measure(build):
         desktop.call(["copyq", "hide"])
 
     with Desktop(build / "nimbarrow", settings={"historyLimit": 1000}) as desktop:
-        use_own_libraries(desktop)
+        use_own_libraries(desktop, desktop.program, shutil.which("copyq"))
         fill_ours(desktop)
         desktop.start()
         ours = measure_program(desktop.nimbarrow.pid, open_ours)
