@@ -366,10 +366,14 @@ void ClipboardStore::scheduleSave()
 void ClipboardStore::save()
 {
     m_saveTimer.cancel();
-    m_io->run([items = m_items, path = m_indexPath] {
-        // A full disk leaves the old index; the next change tries again.
-        std::ignore = privatefiles::write(path, clipboardindex::encode(items));
-    });
+    // This thread lets go of the list last: a list that seems to be shared with nobody is changed in place,
+    // and only the answer tells that the other thread has read it.
+    m_io->run(
+        [items = m_items, path = m_indexPath] {
+            // A full disk leaves the old index; the next change tries again.
+            std::ignore = privatefiles::write(path, clipboardindex::encode(items));
+        },
+        this, [items = m_items] {});
 }
 
 bool ClipboardStore::isLink(const QString& text)

@@ -11,6 +11,7 @@
 #include <QTest>
 
 #include <future>
+#include <utility>
 
 using namespace nimbarrow;
 using namespace Qt::StringLiterals;
@@ -59,9 +60,11 @@ class LinuxCalendarStoreTest : public QObject {
     FakeUserDefaults m_defaults;
     NamedStore* m_made = nullptr;
     int m_madeCount = 0;
+    bool m_isConnected = false;
 
     [[nodiscard]] std::unique_ptr<CalendarStore> store(std::optional<QDBusConnection> bus)
     {
+        m_isConnected = m_isConnected || bus;
         const auto make = [this](const QString& name) {
             auto made = std::make_unique<NamedStore>(name);
             m_made = made.get();
@@ -96,6 +99,9 @@ private Q_SLOTS:
 
     void cleanup()
     {
+        // Even to ask for a connection starts Qt's thread for them.
+        if (!std::exchange(m_isConnected, false))
+            return;
         QDBusConnection::disconnectFromBus(u"server"_s);
         QDBusConnection::disconnectFromBus(u"program"_s);
     }

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 
+#include <atomic>
 #include <chrono>
 #include <pthread.h>
 #include <utility>
@@ -35,13 +36,18 @@ public:
     {
     }
 
+    /// On the thread that has worked, before it posts this.
+    void workIsOver() { m_isOver.store(true, std::memory_order_release); }
+
     void deliver() const
     {
-        if (m_receiver)
+        if (m_isOver.load(std::memory_order_acquire) && m_receiver)
             m_done();
     }
 
 private:
+    // Posting orders the work before the answer, but not where a thread sanitizer could see it.
+    std::atomic<bool> m_isOver = false;
     QPointer<QObject> m_receiver;
     Work m_done;
 };
@@ -127,8 +133,10 @@ void ThreadedQueue::runThread(std::list<std::thread>::iterator self)
         job.work();
         // What the work held goes on this thread, and before the answer tells that it is over.
         job.work = {};
-        if (job.answer)
+        if (job.answer) {
+            job.answer->workIsOver();
             QCoreApplication::postEvent(m_mailbox, job.answer.release());
+        }
         lock.lock();
     }
 }

@@ -13,8 +13,6 @@
 #include <mutex>
 #include <thread>
 
-class QEvent;
-
 namespace nimbarrow {
 
 /// Runs work on up to a number of threads, which are started when needed and end when idle.
@@ -31,7 +29,7 @@ private:
     class Answer;
     struct Job {
         Work work;
-        std::unique_ptr<QEvent> answer;
+        std::unique_ptr<Answer> answer;
     };
     class Mailbox;
 
