@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSet>
 
 #include <algorithm>
@@ -61,6 +62,17 @@ QString keyOfText(QStringView text)
     return ClipboardStore::hash(text.trimmed().toUtf8());
 }
 
+// An image is written before the entry that names it is saved, and the program may end in between.
+void removeImagesWithoutEntry(const QString& folder, const QSet<QString>& entries)
+{
+    static const QRegularExpression ours(
+        QRegularExpression::anchoredPattern(u"[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}\\.png"_s));
+    for (const auto& file : QDir(folder).entryInfoList(QDir::Files)) {
+        if (ours.match(file.fileName()).hasMatch() && !entries.contains(file.filePath()))
+            QFile::remove(file.filePath());
+    }
+}
+
 // The same folder may be written with a slash behind it.
 QString pathOf(const QUrl& url)
 {
@@ -83,10 +95,6 @@ ClipboardStore::ClipboardStore(const Settings& settings, const Locations& locati
 {
     privatefiles::makeFolder(m_directory);
     privatefiles::makeFolder(m_imagesDirectory);
-    m_io->run([folders = QStringList { m_directory, m_imagesDirectory }] {
-        for (const auto& folder : folders)
-            privatefiles::tidyFolder(folder);
-    });
     load();
     connect(&L10n::instance(), &L10n::currentChanged, this, [this] {
         m_textualModel.retranslate();
@@ -103,9 +111,27 @@ ClipboardStore::~ClipboardStore()
 void ClipboardStore::load()
 {
     const auto json = privatefiles::read(m_indexPath, clipboardindex::maxSize);
-    m_items = json ? clipboardindex::decode(*json).value_or(QList<ClipboardItem>()) : QList<ClipboardItem>();
+    const auto items = json ? clipboardindex::decode(*json) : std::nullopt;
+    m_items = items.value_or(QList<ClipboardItem>());
     m_items.removeIf([](const auto& item) { return item.imagePath && !QFileInfo::exists(*item.imagePath); });
     publish();
+    tidy(items || !QFileInfo::exists(m_indexPath));
+}
+
+void ClipboardStore::tidy(bool indexIsKnown)
+{
+    QSet<QString> images;
+    for (const auto& item : std::as_const(m_items)) {
+        if (item.imagePath)
+            images << QDir::cleanPath(*item.imagePath);
+    }
+    m_io->run([folder = m_directory, imagesFolder = m_imagesDirectory, images, indexIsKnown] {
+        privatefiles::tidyFolder(folder);
+        privatefiles::tidyFolder(imagesFolder);
+        // An index that cannot be read may still name them.
+        if (indexIsKnown)
+            removeImagesWithoutEntry(imagesFolder, images);
+    });
 }
 
 const ClipboardItem* ClipboardStore::find(const QUuid& id) const
