@@ -61,6 +61,20 @@ QString keyOfText(QStringView text)
     return ClipboardStore::hash(text.trimmed().toUtf8());
 }
 
+QString imageName(const QUuid& id)
+{
+    return id.toString(QUuid::WithoutBraces).toUpper() + ".png"_L1;
+}
+
+// An image is written before the entry that names it is saved, and the program may end in between.
+void removeImagesWithoutEntry(const QString& folder, const QSet<QString>& entries)
+{
+    for (const auto& file : QDir(folder).entryInfoList(QDir::Files)) {
+        if (file.fileName() == imageName(QUuid(file.baseName())) && !entries.contains(file.filePath()))
+            QFile::remove(file.filePath());
+    }
+}
+
 // The same folder may be written with a slash behind it.
 QString pathOf(const QUrl& url)
 {
@@ -83,10 +97,6 @@ ClipboardStore::ClipboardStore(const Settings& settings, const Locations& locati
 {
     privatefiles::makeFolder(m_directory);
     privatefiles::makeFolder(m_imagesDirectory);
-    m_io->run([folders = QStringList { m_directory, m_imagesDirectory }] {
-        for (const auto& folder : folders)
-            privatefiles::tidyFolder(folder);
-    });
     load();
     connect(&L10n::instance(), &L10n::currentChanged, this, [this] {
         m_textualModel.retranslate();
@@ -103,13 +113,31 @@ ClipboardStore::~ClipboardStore()
 void ClipboardStore::load()
 {
     const auto json = privatefiles::read(m_indexPath, clipboardindex::maxSize);
-    m_items = json ? clipboardindex::decode(*json).value_or(QList<ClipboardItem>()) : QList<ClipboardItem>();
+    const auto items = json ? clipboardindex::decode(*json) : std::nullopt;
+    m_items = items.value_or(QList<ClipboardItem>());
     m_items.removeIf([](const auto& item) { return item.imagePath && !QFileInfo::exists(*item.imagePath); });
     for (const auto& item : std::as_const(m_items)) {
         if (item.contentHash)
             m_idsByHash.insert(*item.contentHash, item.id);
     }
     publish();
+    tidy(items || !QFileInfo::exists(m_indexPath));
+}
+
+void ClipboardStore::tidy(bool indexIsKnown)
+{
+    QSet<QString> images;
+    for (const auto& item : std::as_const(m_items)) {
+        if (item.imagePath)
+            images << QDir::cleanPath(*item.imagePath);
+    }
+    m_io->run([folder = m_directory, imagesFolder = m_imagesDirectory, images, indexIsKnown] {
+        privatefiles::tidyFolder(folder);
+        privatefiles::tidyFolder(imagesFolder);
+        // An index that cannot be read may still name them.
+        if (indexIsKnown)
+            removeImagesWithoutEntry(imagesFolder, images);
+    });
 }
 
 const ClipboardItem* ClipboardStore::find(const QUuid& id) const
@@ -177,8 +205,7 @@ void ClipboardStore::storeImage(
 {
     if (promoteExisting(key))
         return;
-    const auto name = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-    const QString path = m_imagesDirectory + u'/' + name + ".png"_L1;
+    const QString path = m_imagesDirectory + u'/' + imageName(QUuid::createUuid());
     const auto written = std::make_shared<bool>(false);
     m_io->run([written, path, pngData] { *written = privatefiles::write(path, pngData); }, this,
         [this, written, path, key, sourceApp] {

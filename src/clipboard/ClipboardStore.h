@@ -87,6 +87,7 @@ Q_SIGNALS:
 
 private:
     void load();
+    void tidy(bool indexIsKnown);
     void insertText(const QString& text, const QString& key, const std::optional<QString>& sourceApp);
     void storeImage(const QByteArray& pngData, const QString& key, const std::optional<QString>& sourceApp);
     [[nodiscard]] ClipboardItem makeItem(

@@ -45,12 +45,16 @@ std::optional<QByteArray> read(const QString& path, qsizetype maxSize)
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QFile::ReadOnly) || file.size() > maxSize)
         return std::nullopt;
-    auto data = file.read(file.size() + 1);
+    // Room is made for all that is asked for, before anything is read.
+    auto data = file.read(std::min<qint64>(file.size(), maxSize));
     return file.error() == QFile::NoError ? std::optional(std::move(data)) : std::nullopt;
 }
 
 bool write(const QString& path, const QByteArray& data)
 {
+    // There was no room for it when the program started, or somebody has removed it since.
+    if (const auto folder = QFileInfo(path).path(); !QFileInfo::exists(folder))
+        makeFolder(folder);
     QSaveFile file(path);
     if (!file.open(QFile::WriteOnly) || !file.setPermissions(forFiles))
         return false;

@@ -34,6 +34,7 @@
 #include <QCoreApplication>
 
 #include <malloc.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -90,6 +91,11 @@ void preparePlatform()
     setUnlessSet("QT_QUICK_BACKEND", "software");
     // What the program writes is what the user copied.
     ::umask(S_IRWXG | S_IRWXO);
+    // So is what its memory holds, and a crash would put it into a file that outlives the entries.
+    rlimit core {};
+    ::getrlimit(RLIMIT_CORE, &core);
+    core.rlim_cur = 0;
+    ::setrlimit(RLIMIT_CORE, &core);
 }
 
 Platform makePlatform()

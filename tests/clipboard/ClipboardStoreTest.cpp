@@ -156,28 +156,6 @@ private Q_SLOTS:
         QCOMPARE(store().items().first().text, u"old"_s);
     }
 
-    void imageIsCheckedAgainAfterItsFileIsWritten()
-    {
-        const QByteArray png = "\x89PNG one";
-        store().addImage(png, u"Paint"_s);
-        store().addImage(png, u"Draw"_s);
-        QVERIFY(store().isEmpty());
-        m_fixture->queues.runAll();
-        QCOMPARE(store().items().size(), 1);
-        QCOMPARE(m_new.size(), 1);
-        QCOMPARE(images().size(), 1);
-        QFile file(*store().items().first().imagePath);
-        QVERIFY(file.open(QFile::ReadOnly));
-        QCOMPARE(file.readAll(), png);
-        QCOMPARE(store().items().first().contentHash, ClipboardStore::hash(png));
-        store().addImage(png, {});
-        m_fixture->queues.runAll();
-        QCOMPARE(images().size(), 1);
-        store().remove(store().items().first().id);
-        m_fixture->queues.runAll();
-        QVERIFY(images().isEmpty());
-    }
-
     void removesNoFileOutsideItsFolder_data()
     {
         QTest::addColumn<QString>("file");
@@ -198,21 +176,6 @@ private Q_SLOTS:
         store().clear();
         m_fixture->queues.runAll();
         QTEST(QFile::exists(path), "stays");
-    }
-
-    void fileOfTwoEntriesGoesWithTheLast()
-    {
-        store().addImage("\x89PNG", {});
-        m_fixture->queues.runAll();
-        const auto path = *store().items().first().imagePath;
-        store().addFiles({ QUrl::fromLocalFile(path) }, {});
-        QCOMPARE(store().items().size(), 2);
-        store().remove(store().items().first().id);
-        m_fixture->queues.runAll();
-        QVERIFY(QFile::exists(path));
-        store().clear();
-        m_fixture->queues.runAll();
-        QVERIFY(!QFile::exists(path));
     }
 
     void savesOnceAfterAPause()
@@ -238,7 +201,6 @@ private Q_SLOTS:
 
 private:
     ClipboardStore& store() { return *m_fixture->store; }
-    QStringList images() { return QDir(m_fixture->path(u"images"_s)).entryList(QDir::Files); }
 
     std::unique_ptr<HistoryFixture> m_fixture;
     QList<ClipboardItem> m_new;

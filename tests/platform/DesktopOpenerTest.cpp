@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QTest>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace nimbarrow;
@@ -44,7 +45,8 @@ class DesktopOpenerTest : public QObject {
     {
         m_folder->write("bin/"_L1 + program,
             "#!/bin/sh\n{ echo \"${0##*/}\"; for a; do echo \"$a\"; done; } >'"
-                + m_folder->filePath(u"part"_s).toUtf8() + "'\necho \"$(umask) ${QT_QPA_PLATFORM-unset}\" >'"
+                + m_folder->filePath(u"part"_s).toUtf8()
+                + "'\necho \"$(umask) $(ulimit -c) ${QT_QPA_PLATFORM-unset}\" >'"
                 + m_folder->filePath(u"state"_s).toUtf8() + "'\nmv '" + m_folder->filePath(u"part"_s).toUtf8()
                 + "' '" + m_folder->filePath(u"run"_s).toUtf8() + "'\n",
             QFile::ExeOwner);
@@ -66,6 +68,7 @@ private Q_SLOTS:
         m_folder = std::make_unique<TestFolder>();
         QVERIFY(m_folder->isValid());
         m_state.umask = 022;
+        m_state.coreSize = 1024;
         auto& environment = m_state.environment;
         environment.clear();
         environment.insert(u"PATH"_s, m_folder->filePath(u"bin"_s) + ":/usr/bin:/bin"_L1);
@@ -104,13 +107,19 @@ private Q_SLOTS:
         m_state.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
         qputenv("QT_QPA_PLATFORM", "xcb");
         const auto own = ::umask(077);
+        rlimit core {};
+        ::getrlimit(RLIMIT_CORE, &core);
+        const rlimit none { 0, core.rlim_max };
+        ::setrlimit(RLIMIT_CORE, &none);
         DesktopOpener opener(m_state, {});
         opener.open(QUrl(u"https://example.org/a%20b?c=d&e=%22f%22#g"_s));
         ::umask(own);
+        ::setrlimit(RLIMIT_CORE, &core);
         const QStringList expected { u"handler"_s, u"https://example.org/a%20b?c=d&e=%22f%22#g"_s };
         QTRY_COMPARE(started(), expected);
         // Nothing of what this program has set for itself.
-        QCOMPARE(contents(u"state"_s), QStringList { u"0022 unset"_s });
+        QCOMPARE(contents(u"state"_s),
+            QStringList { u"0022 %1 unset"_s.arg(std::min<rlim_t>(core.rlim_max, 1024) / 512) });
     }
 
     void theRightProgramIsStarted_data()

@@ -19,11 +19,30 @@ public:
     /// Runs one piece of work and hands its answer back. False when there was none.
     bool runNext()
     {
+        const auto hasRun = work();
+        while (answer()) { }
+        return hasRun;
+    }
+
+    /// Runs one piece of work, whose answer is still on its way. False when there was none.
+    bool work()
+    {
         if (m_jobs->isEmpty())
             return false;
         const auto job = m_jobs->takeFirst();
         job.work();
-        if (job.receiver && job.done)
+        if (job.done)
+            m_answers << job;
+        return true;
+    }
+
+    /// Hands one answer back. False when there was none.
+    bool answer()
+    {
+        if (m_answers.isEmpty())
+            return false;
+        const auto job = m_answers.takeFirst();
+        if (job.receiver)
             job.done();
         return true;
     }
@@ -35,6 +54,7 @@ public:
     }
 
     [[nodiscard]] qsizetype waiting() const { return m_jobs->size(); }
+    [[nodiscard]] qsizetype answersWaiting() const { return m_answers.size(); }
     [[nodiscard]] const QStringList& labels() const { return m_labels; }
 
 private:
@@ -80,6 +100,7 @@ private:
     }
 
     std::shared_ptr<Jobs> m_jobs = std::make_shared<Jobs>();
+    Jobs m_answers;
     QStringList m_labels;
 };
 

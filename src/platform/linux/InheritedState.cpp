@@ -16,6 +16,9 @@ InheritedState InheritedState::now()
     // It can only be read by setting it.
     state.umask = ::umask(0);
     ::umask(state.umask);
+    rlimit core {};
+    if (::getrlimit(RLIMIT_CORE, &core) == 0)
+        state.coreSize = core.rlim_cur;
     return state;
 }
 

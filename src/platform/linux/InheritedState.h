@@ -2,6 +2,7 @@
 
 #include <QProcessEnvironment>
 
+#include <sys/resource.h>
 #include <sys/types.h>
 
 namespace nimbarrow {
@@ -11,6 +12,8 @@ namespace nimbarrow {
 struct InheritedState {
     QProcessEnvironment environment;
     mode_t umask = 022;
+    /// How large the memory image of a program that crashed may be, in bytes.
+    rlim_t coreSize = RLIM_INFINITY;
 
     /// To be called while there is one thread.
     [[nodiscard]] static InheritedState now();

@@ -17,10 +17,13 @@ QString installedProgram(const InheritedState& inherited, const QString& name)
 bool startProgram(const InheritedState& inherited, const QString& path, const QStringList& arguments)
 {
     QProcess process;
-    // The mask is the whole process's: changed here, it would count for what other threads write meanwhile.
+    // The shell counts in blocks of 512 bytes.
+    const auto coreSize
+        = inherited.coreSize == RLIM_INFINITY ? u"unlimited"_s : QString::number(inherited.coreSize / 512);
+    // They are the whole process's: changed here, they would count for the other threads meanwhile.
     process.setProgram(u"/bin/sh"_s);
-    process.setArguments(
-        QStringList { u"-c"_s, u"umask \"$0\" && exec \"$@\""_s, QString::number(inherited.umask, 8), path }
+    process.setArguments(QStringList { u"-c"_s, u"umask \"$0\"; ulimit -S -c \"$1\"; shift; exec \"$@\""_s,
+                             QString::number(inherited.umask, 8), coreSize, path }
         + arguments);
     process.setProcessEnvironment(inherited.environment);
     process.setWorkingDirectory(QDir::homePath());

@@ -1,0 +1,456 @@
+#include "clipboard/HistoryPlay.h"
+
+#include "clipboard/ClipboardIndex.h"
+#include "clipboard/PrivateFiles.h"
+
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using std::filesystem::perms;
+
+namespace nimbarrow {
+
+namespace {
+
+constexpr auto saveDelay = 500ms;
+
+std::filesystem::path native(const QString& path)
+{
+    return path.toStdString();
+}
+
+QString hashOfFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QFile::ReadOnly) ? HistoryModel::hash(file.readAll()) : QString();
+}
+
+QSet<QString> toSet(const QStringList& list)
+{
+    return { list.begin(), list.end() };
+}
+
+} // namespace
+
+struct HistoryPlay::Operation {
+    const char* name;
+    /// How often it comes, among all others.
+    int weight;
+    void (*perform)(HistoryPlay& play, int number);
+};
+
+const QList<HistoryPlay::Operation>& HistoryPlay::operations()
+{
+    static const QList<Operation> operations {
+        { "text", 14, [](auto& play, int number) { play.addText(u"text %1"_s.arg(number % 25), number); } },
+        { "link", 4,
+            [](auto& play, int number) {
+                play.addText(u"https://example.org/%1"_s.arg(number % 9), number);
+            } },
+        { "white space", 1, [](auto& play, int) { play.store().addText(u" \t\n"_s, {}); } },
+        { "huge text", 1,
+            [](auto& play, int number) {
+                const QString text(300'000, QChar(u'a' + number % 3));
+                play.store().addText(text, {});
+                play.m_pending << Pending { HistoryModel::text(text), Pending::Next::Insert };
+            } },
+        { "file", 4, [](auto& play, int number) { play.addFiles({ play.foreignFile(number) }, number); } },
+        { "files", 2,
+            [](auto& play, int number) {
+                play.addFiles({ play.foreignFile(number), play.foreignFile(number / 6) }, number);
+            } },
+        { "image", 12,
+            [](auto& play, int number) {
+                const auto data = "\x89PNG " + QByteArray::number(number % 12).repeated(500);
+                play.store().addImage(data, {});
+                play.m_pending << Pending { HistoryModel::image(data), Pending::Next::Write };
+                play.m_imageHashes << *play.m_pending.last().item.contentHash;
+            } },
+        { "image of an entry", 3,
+            [](auto& play, int number) {
+                if (const auto own = play.ownFiles(play.m_model.items); !own.isEmpty())
+                    play.addFiles({ own.at(number % own.size()) }, number);
+            } },
+        { "screenshot", 4,
+            [](auto& play, int number) {
+                play.store().addScreenshot(QUrl::fromLocalFile(play.foreignFile(number)));
+                play.addToModel(HistoryModel::screenshot(play.foreignFile(number)), 0);
+            } },
+        { "pin", 5,
+            [](auto& play, int number) {
+                if (play.m_model.items.isEmpty())
+                    return;
+                const auto row = number % play.m_model.items.size();
+                play.store().togglePin(play.m_model.items.at(row).id);
+                play.m_model.togglePin(row);
+            } },
+        { "remove", 6,
+            [](auto& play, int number) {
+                if (play.m_model.items.isEmpty())
+                    return;
+                const auto row = number % play.m_model.items.size();
+                play.store().remove(play.m_model.items.at(row).id);
+                play.m_model.remove(row);
+            } },
+        { "clear", 1,
+            [](auto& play, int) {
+                play.store().clear();
+                play.m_model.clear();
+            } },
+        { "limit", 2,
+            [](auto& play, int number) {
+                play.m_fixture.settings.setHistoryLimit(5 + number % 10);
+                play.m_model.limit = std::max(10, 5 + number % 10);
+                // Nobody has to say so: the next entry makes it count.
+                if (number % 3 == 0)
+                    return;
+                play.store().enforceLimit();
+                play.m_model.enforceLimit();
+            } },
+        { "moment", 4, [](auto& play, int number) { play.wait(std::chrono::milliseconds(number % 100)); } },
+        { "wait", 8,
+            [](auto& play, int number) { play.wait(number % 2 == 0 ? saveDelay : saveDelay - 1ms); } },
+        { "clock back", 1,
+            [](auto& play, int number) {
+                play.m_fixture.time.setWallTime(play.m_fixture.time.wallTime().addSecs(-(number % 100)));
+            } },
+        { "foreign file comes or goes", 2,
+            [](auto& play, int number) {
+                QFile file(play.foreignFile(number));
+                play.require(file.remove() || file.open(QFile::WriteOnly), u"a foreign file is no file"_s);
+            } },
+        { "work", 20, [](auto& play, int) { play.runWork(); } },
+        { "answer", 16, [](auto& play, int) { play.takeAnswer(); } },
+        { "settle", 2, [](auto& play, int) { play.settle(); } },
+        { "restart", 2, [](auto& play, int) { play.restart(); } },
+    };
+    return operations;
+}
+
+QList<HistoryPlay::Step> HistoryPlay::steps(quint32 seed, int count)
+{
+    QRandomGenerator random(seed);
+    QList<qsizetype> choice;
+    for (qsizetype operation = 0; operation < operations().size(); ++operation)
+        choice += QList<qsizetype>(operations().at(operation).weight, operation);
+    QList<Step> steps;
+    while (steps.size() < count) {
+        const auto operation = choice.at(random.bounded(static_cast<int>(choice.size())));
+        steps << Step { operation, random.bounded(10'000) };
+    }
+    return steps;
+}
+
+QString HistoryPlay::describe(const QList<Step>& steps)
+{
+    QStringList words;
+    for (const auto& step : steps)
+        words << u"%1 %2"_s.arg(QLatin1StringView(operations().at(step.operation).name)).arg(step.number);
+    return words.join(u", "_s);
+}
+
+HistoryPlay::HistoryPlay(const Disk& disk)
+    : m_disk(disk)
+{
+    m_fixture.store.reset();
+    QDir(folder()).removeRecursively();
+    for (auto number = 0; number < 4; ++number)
+        require(QFile(foreignFile(number)).open(QFile::WriteOnly), u"no disk"_s);
+    m_fileCalls.emplace(folder(), [this](const char* name) { return onCall(name); });
+    m_fixture.settings.setHistoryLimit(m_model.limit);
+    start();
+}
+
+QString HistoryPlay::play(const QList<Step>& steps)
+{
+    const auto after = [this](const QString& what) {
+        check();
+        if (!m_complaint.isEmpty())
+            m_complaint += u", after: "_s + what;
+        return m_complaint.isEmpty();
+    };
+    for (const auto& step : steps) {
+        operations().at(step.operation).perform(*this, step.number);
+        if (!after(describe({ step })))
+            return m_complaint;
+    }
+    // Whatever has failed meanwhile, the next change saves all of it.
+    addText(u"the last"_s, 0);
+    if (!after(u"the last change"_s))
+        return m_complaint;
+    for (auto round = 0; round < 2; ++round) {
+        settle();
+        if (!after(u"the last change has settled"_s))
+            break;
+        restart();
+        if (!after(u"the last start"_s))
+            break;
+    }
+    return m_complaint;
+}
+
+int HistoryPlay::onCall(const char* name)
+{
+    if (m_ignoresCalls)
+        return 0;
+    if (m_disk.onlyNamedFiles && qstrcmp(name, "open unnamed") == 0)
+        return EOPNOTSUPP;
+    ++m_calls;
+    if (m_disk.kills && QFileInfo::exists(folder())) {
+        const auto copy = u"%1/crash-%2"_s.arg(m_fixture.locations.folder).arg(m_calls);
+        std::filesystem::copy(native(folder()), native(copy), std::filesystem::copy_options::recursive);
+        m_crashes << Crash { copy, QString::fromLatin1(name) };
+    }
+    if (m_calls < m_disk.firstFailure || m_calls >= m_disk.firstFailure + m_disk.failures)
+        return 0;
+    m_failedSinceSave = true;
+    m_failedSinceStart = true;
+    return m_disk.error;
+}
+
+void HistoryPlay::start()
+{
+    m_fixture.store = m_fixture.start();
+    store().onNewItem = [this](const ClipboardItem& item) {
+        ++m_inserted;
+        require(item == store().items().first(), u"a new entry is not on top"_s);
+    };
+}
+
+void HistoryPlay::addText(const QString& text, int number)
+{
+    const QString padded = QString(number % 3, u' ') + text + QString(number % 2, u'\n');
+    store().addText(padded, QString::number(number % 4));
+    addToModel(HistoryModel::text(padded), number);
+}
+
+void HistoryPlay::addFiles(const QStringList& paths, int number)
+{
+    QList<QUrl> urls;
+    for (const auto& path : paths)
+        urls << QUrl::fromLocalFile(path);
+    store().addFiles(urls, QString::number(number % 4));
+    addToModel(HistoryModel::files(paths), number);
+}
+
+void HistoryPlay::addToModel(ClipboardItem item, int number)
+{
+    item.createdAt = m_fixture.time.wallTime();
+    if (!item.isScreenshot)
+        item.sourceApp = QString::number(number % 4);
+    m_model.add(item);
+}
+
+void HistoryPlay::wait(std::chrono::milliseconds time)
+{
+    if (m_due && *m_due <= m_fixture.time.now() + time)
+        expectSave();
+    m_fixture.time.advance(time);
+}
+
+void HistoryPlay::runWork()
+{
+    const auto filesBefore = imageFiles().size();
+    const auto answersBefore = m_fixture.queues.answersWaiting();
+    m_fixture.queues.work();
+    if (m_fixture.queues.answersWaiting() == answersBefore)
+        return;
+    auto& pending = m_pending[answersBefore];
+    pending.isWritten = imageFiles().size() > filesBefore;
+    require(pending.next != Pending::Next::InsertWritten || pending.isWritten || m_failedSinceStart,
+        u"an image was not written"_s);
+}
+
+void HistoryPlay::takeAnswer()
+{
+    if (!m_fixture.queues.answer())
+        return;
+    auto pending = m_pending.takeFirst();
+    pending.item.createdAt = m_fixture.time.wallTime();
+    if (pending.next == Pending::Next::Insert
+        || (pending.next == Pending::Next::InsertWritten && pending.isWritten))
+        m_model.add(pending.item);
+    else if (pending.next == Pending::Next::Write
+        && !m_model.promote(*pending.item.contentHash, pending.item.createdAt))
+        m_pending << Pending { pending.item, Pending::Next::InsertWritten };
+}
+
+void HistoryPlay::settle()
+{
+    do {
+        wait(saveDelay);
+        while (m_fixture.queues.waiting() + m_fixture.queues.answersWaiting() > 0) {
+            runWork();
+            takeAnswer();
+            check();
+        }
+    } while (m_due);
+    compareSettled();
+}
+
+void HistoryPlay::restart()
+{
+    // What the timer still waits for is saved at the end.
+    if (m_due)
+        expectSave();
+    m_fixture.store.reset();
+    startAfterCrashes();
+    while (m_fixture.queues.answer()) { }
+    m_pending.clear();
+    m_failedSinceStart = false;
+    start();
+    require(m_failedSinceSave || store().items() == HistoryModel::loaded(m_saves.last()),
+        u"the last save did not come back"_s);
+    recognise(store().items());
+    m_model.items = store().items();
+}
+
+void HistoryPlay::expectSave()
+{
+    m_saves << m_model.items;
+    m_due.reset();
+    m_failedSinceSave = false;
+}
+
+void HistoryPlay::require(bool condition, const QString& complaint)
+{
+    if (!condition && m_complaint.isEmpty())
+        m_complaint = complaint;
+}
+
+void HistoryPlay::check()
+{
+    if (std::exchange(m_model.isChanged, false))
+        m_due = m_fixture.time.now() + saveDelay;
+    compare();
+    startAfterCrashes();
+}
+
+void HistoryPlay::compare()
+{
+    const auto& items = store().items();
+    // Nobody knows beforehand how the history names what is new.
+    for (qsizetype row = 0; row < std::min(items.size(), m_model.items.size()); ++row) {
+        auto& item = m_model.items[row];
+        if (!item.id.isNull())
+            continue;
+        item.id = items.at(row).id;
+        if (item.kind == ClipboardItem::Kind::Image && !item.imagePath)
+            item.imagePath = items.at(row).imagePath;
+    }
+    require(items == m_model.items, u"other entries"_s);
+    require(store().textualItems() == m_model.displayed(false), u"other texts, or another order"_s);
+    require(store().imageItems() == m_model.displayed(true), u"other images, or another order"_s);
+    require(m_inserted == m_model.inserted, u"not every new entry was announced once"_s);
+    require(m_fixture.time.pending() == (m_due ? 1 : 0), u"another time to save"_s);
+    for (const auto& file : ownFiles(items))
+        require(m_imageHashes.contains(hashOfFile(file)), u"an image is lost or broken"_s);
+    const auto index = readIndex();
+    require(!QFile::exists(indexFile())
+            || std::ranges::any_of(
+                m_saves, [&index](const auto& save) { return HistoryModel::inWholeSeconds(save) == index; }),
+        u"an index that nobody saved"_s);
+}
+
+void HistoryPlay::compareSettled()
+{
+    if (!m_failedSinceSave) {
+        require(readIndex().value_or(QList<ClipboardItem>()) == HistoryModel::inWholeSeconds(m_saves.last()),
+            u"another index"_s);
+        m_saves = { m_saves.last() };
+    }
+    if (!m_failedSinceStart)
+        lookIntoFolder(store().items());
+}
+
+void HistoryPlay::lookIntoFolder(const QList<ClipboardItem>& items)
+{
+    require(toSet(imageFiles()) == toSet(ownFiles(items)), u"other image files than those of the entries"_s);
+    for (const auto& file : imageFiles())
+        require(m_imageHashes.contains(hashOfFile(file)), u"an image file is not whole"_s);
+    const auto everything = std::filesystem::recursive_directory_iterator(native(folder()));
+    require(std::filesystem::status(native(folder())).permissions() == perms::owner_all, u"an open folder"_s);
+    for (const auto& entry : everything) {
+        const auto name = QString::fromStdString(entry.path().string());
+        require(
+            entry.is_directory() || name == indexFile() || imageFiles().contains(name), u"a stray file"_s);
+        require(entry.status().permissions()
+                == (entry.is_directory() ? perms::owner_all : perms::owner_read | perms::owner_write),
+            u"an open file"_s);
+    }
+}
+
+void HistoryPlay::startAfterCrashes()
+{
+    m_ignoresCalls = true;
+    const auto aside = m_fixture.locations.folder + "/aside"_L1;
+    for (const auto& crash : std::exchange(m_crashes, {})) {
+        if (!m_complaint.isEmpty())
+            break;
+        require(QDir().rename(folder(), aside) && QDir().rename(crash.folder, folder()), u"no room"_s);
+        {
+            ManualTime time;
+            ManualQueues queues;
+            const ClipboardStore store(m_fixture.settings, m_fixture.locations, time, time, queues);
+            recognise(store.items());
+            queues.runAll();
+            lookIntoFolder(store.items());
+        }
+        QDir(folder()).removeRecursively();
+        require(QDir().rename(aside, folder()), u"no way back"_s);
+        if (!m_complaint.isEmpty())
+            m_complaint += u", after a kill before "_s + crash.call;
+    }
+    m_ignoresCalls = false;
+}
+
+void HistoryPlay::recognise(const QList<ClipboardItem>& items)
+{
+    const auto found = std::ranges::find_if(
+        m_saves, [&items](const auto& save) { return HistoryModel::loaded(save) == items; });
+    require(found != m_saves.end(), u"a history that nobody saved"_s);
+    if (found == m_saves.end())
+        return;
+    m_saves.erase(m_saves.begin(), found);
+    // An entry comes back without its image only when somebody has removed it.
+    for (const auto& file : ownFiles(m_saves.first()))
+        require(QFile::exists(file) || !ownFiles(m_model.items).contains(file), u"an image is lost"_s);
+}
+
+std::optional<QList<ClipboardItem>> HistoryPlay::readIndex() const
+{
+    const auto json = privatefiles::read(indexFile(), clipboardindex::maxSize);
+    return json ? clipboardindex::decode(*json) : std::nullopt;
+}
+
+QStringList HistoryPlay::imageFiles() const
+{
+    QStringList files;
+    for (const auto& file : QDir(folder() + "/images"_L1).entryInfoList({ u"*.png"_s }, QDir::Files))
+        files << file.filePath();
+    return files;
+}
+
+QStringList HistoryPlay::ownFiles(const QList<ClipboardItem>& items) const
+{
+    QStringList files;
+    for (const auto& item : items) {
+        if (item.imagePath && item.imagePath->startsWith(folder()))
+            files << *item.imagePath;
+    }
+    return files;
+}
+
+QString HistoryPlay::foreignFile(int number) const
+{
+    return u"%1/foreign %2.%3"_s.arg(m_fixture.locations.folder)
+        .arg(number % 6)
+        .arg(number % 6 < 4 ? u"png"_s : u"txt"_s);
+}
+
+} // namespace nimbarrow
