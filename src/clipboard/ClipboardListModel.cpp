@@ -64,13 +64,13 @@ bool ClipboardListModel::isBefore(const ClipboardItem& one, const ClipboardItem&
     return one.pinned != other.pinned ? one.pinned : one.createdAt > other.createdAt;
 }
 
-void ClipboardListModel::put(const ClipboardItem& item)
+void ClipboardListModel::put(const ClipboardItem& item, const ClipboardItem* before)
 {
-    const auto behind = std::ranges::partition_point(
-        std::as_const(m_items), [&item](const ClipboardItem& other) { return isBefore(other, item); });
-    const auto place = static_cast<int>(behind - m_items.cbegin());
-    const auto from = rowOf(item.id);
-    if (from < 0) {
+    const auto place = firstNotBefore(item);
+    auto from = before ? firstNotBefore(*before) : count();
+    while (from < count() && !sameId(m_items.at(from), item))
+        ++from;
+    if (from == count()) {
         beginInsertRows({}, place, place);
         m_items.insert(place, item);
         endInsertRows();
@@ -82,6 +82,13 @@ void ClipboardListModel::put(const ClipboardItem& item)
         moveRow(from, row);
     m_items[row] = item;
     Q_EMIT dataChanged(index(row), index(row));
+}
+
+int ClipboardListModel::firstNotBefore(const ClipboardItem& item) const
+{
+    const auto found = std::ranges::partition_point(
+        m_items, [&item](const ClipboardItem& other) { return isBefore(other, item); });
+    return static_cast<int>(found - m_items.begin());
 }
 
 void ClipboardListModel::setItems(const QList<ClipboardItem>& items)

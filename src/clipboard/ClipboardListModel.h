@@ -43,9 +43,9 @@ public:
     /// The display order: pinned entries first, then the newest.
     [[nodiscard]] static bool isBefore(const ClipboardItem& one, const ClipboardItem& other);
 
-    /// Brings an entry that has come to the top, new or known, to its row: ahead of its equals. For rows in
-    /// the display order; costs next to nothing, however many they are.
-    void put(const ClipboardItem& item);
+    /// Brings an entry that has come to the top to its row, ahead of its equals: a new one, or one that is
+    /// among the rows as it was `before`. For rows in the display order; costs little, however many they are.
+    void put(const ClipboardItem& item, const ClipboardItem* before);
     /// Turns the rows into `items` by the fewest removes, moves and inserts that a simple walk finds.
     void setItems(const QList<ClipboardItem>& items);
     /// The texts of the interface have changed.
@@ -60,6 +60,8 @@ Q_SIGNALS:
     void countChanged();
 
 private:
+    /// The row that the entry has or would have, or the first one of its equals.
+    [[nodiscard]] int firstNotBefore(const ClipboardItem& item) const;
     void removeGone(int first, int end, const QSet<QUuid>& stay);
     /// Brings the entry that `items` has at a row to it. Rows before it are settled; those from `end` on, and
     /// in `items` from `last` on, stay.

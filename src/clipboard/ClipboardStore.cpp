@@ -116,10 +116,8 @@ void ClipboardStore::load()
     const auto items = json ? clipboardindex::decode(*json) : std::nullopt;
     m_items = items.value_or(QList<ClipboardItem>());
     m_items.removeIf([](const auto& item) { return item.imagePath && !QFileInfo::exists(*item.imagePath); });
-    for (const auto& item : std::as_const(m_items)) {
-        if (item.contentHash)
-            m_idsByHash.insert(*item.contentHash, item.id);
-    }
+    for (const auto& item : std::as_const(m_items))
+        remember(item);
     publish();
     tidy(items || !QFileInfo::exists(m_indexPath));
 }
@@ -287,17 +285,43 @@ ClipboardItem ClipboardStore::makeItem(
     return item;
 }
 
+void ClipboardStore::remember(const ClipboardItem& item)
+{
+    if (item.contentHash)
+        m_capturesByHash.insert(*item.contentHash, { item.id, item.createdAt });
+}
+
+QList<ClipboardItem>::iterator ClipboardStore::findCaptured(const QString& key)
+{
+    const auto known = m_capturesByHash.count(key);
+    if (known == 0)
+        return m_items.end();
+    // Of several, which only an index from elsewhere can have, the one that stands first.
+    if (known > 1)
+        return std::ranges::find(m_items, key, &ClipboardItem::contentHash);
+    // The newest stand first, unless the clock was set back.
+    const auto capture = m_capturesByHash.value(key);
+    auto item = std::ranges::partition_point(
+        m_items, [&capture](const ClipboardItem& other) { return other.createdAt > capture.at; });
+    while (item != m_items.end() && item->id != capture.id && item->createdAt == capture.at)
+        ++item;
+    return item != m_items.end() && item->id == capture.id
+        ? item
+        : std::ranges::find(m_items, capture.id, &ClipboardItem::id);
+}
+
 bool ClipboardStore::promoteExisting(const QString& key)
 {
-    const auto known = m_idsByHash.count(key);
-    if (known == 0)
+    const auto found = findCaptured(key);
+    if (found == m_items.end())
         return false;
-    // Of several, which only an index from elsewhere can have, the one that stands first.
-    auto item = known == 1 ? std::ranges::find(m_items, m_idsByHash.value(key), &ClipboardItem::id)
-                           : std::ranges::find(m_items, key, &ClipboardItem::contentHash);
-    item->createdAt = m_clock.wallTime();
-    m_items.prepend(m_items.takeAt(item - m_items.begin()));
-    show(m_items.first());
+    const auto before = m_items.takeAt(found - m_items.begin());
+    m_capturesByHash.remove(key, { before.id, before.createdAt });
+    m_items.prepend(before);
+    auto& item = m_items.first();
+    item.createdAt = m_clock.wallTime();
+    remember(item);
+    show(item, &before);
     scheduleSave();
     return true;
 }
@@ -305,9 +329,9 @@ bool ClipboardStore::promoteExisting(const QString& key)
 void ClipboardStore::insert(const ClipboardItem& item)
 {
     m_items.prepend(item);
-    m_idsByHash.insert(*item.contentHash, item.id);
+    remember(item);
     if (const auto overflow = takeOverflow(); overflow.isEmpty()) {
-        show(item);
+        show(item, nullptr);
     } else {
         publish();
         letGo(overflow);
@@ -342,7 +366,7 @@ void ClipboardStore::letGo(const QList<ClipboardItem>& removed)
 {
     for (const auto& item : removed) {
         if (item.contentHash)
-            m_idsByHash.remove(*item.contentHash, item.id);
+            m_capturesByHash.remove(*item.contentHash, { item.id, item.createdAt });
     }
     dropImages(removed);
 }
@@ -372,9 +396,9 @@ void ClipboardStore::dropImages(const QList<ClipboardItem>& removed)
     });
 }
 
-void ClipboardStore::show(const ClipboardItem& item)
+void ClipboardStore::show(const ClipboardItem& item, const ClipboardItem* before)
 {
-    (item.kind == Kind::Image ? m_imageModel : m_textualModel).put(item);
+    (item.kind == Kind::Image ? m_imageModel : m_textualModel).put(item, before);
     Q_EMIT itemsChanged();
 }
 

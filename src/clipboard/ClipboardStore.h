@@ -86,12 +86,21 @@ Q_SIGNALS:
     void imagesDropped(const QList<QUrl>& files);
 
 private:
+    /// Which entry has some content, and when it was captured last.
+    struct Capture {
+        QUuid id;
+        QDateTime at;
+        friend bool operator==(const Capture&, const Capture&) = default;
+    };
+
     void load();
     void tidy(bool indexIsKnown);
     void insertText(const QString& text, const QString& key, const std::optional<QString>& sourceApp);
     void storeImage(const QByteArray& pngData, const QString& key, const std::optional<QString>& sourceApp);
     [[nodiscard]] ClipboardItem makeItem(
         ClipboardItem::Kind kind, const QString& key, const std::optional<QString>& sourceApp) const;
+    void remember(const ClipboardItem& item);
+    [[nodiscard]] QList<ClipboardItem>::iterator findCaptured(const QString& key);
     /// True when an entry with this hash is at the top now.
     bool promoteExisting(const QString& key);
     void insert(const ClipboardItem& item);
@@ -102,8 +111,8 @@ private:
     void letGo(const QList<ClipboardItem>& removed);
     /// Deletes the files that the store wrote for these entries and that no other entry has.
     void dropImages(const QList<ClipboardItem>& removed);
-    /// An entry that has just come to the top.
-    void show(const ClipboardItem& item);
+    /// An entry that has just come to the top, and as it was `before`, if it was there.
+    void show(const ClipboardItem& item, const ClipboardItem* before);
     /// After any other change.
     void publish();
     void scheduleSave();
@@ -116,7 +125,7 @@ private:
     QString m_imagesDirectory;
     QString m_indexPath;
     QList<ClipboardItem> m_items;
-    QMultiHash<QString, QUuid> m_idsByHash;
+    QMultiHash<QString, Capture> m_capturesByHash;
     ClipboardListModel m_textualModel;
     ClipboardListModel m_imageModel;
     std::unique_ptr<WorkQueue> m_io;

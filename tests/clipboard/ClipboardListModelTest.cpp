@@ -132,11 +132,12 @@ private Q_SLOTS:
             item.pinned = same == items.end() ? random.bounded(4) == 0 : same->pinned;
             // Seconds repeat, and a clock is set back now and then.
             item.createdAt = start.addSecs(round / 3 - (random.bounded(5) == 0 ? random.bounded(60) : 0));
-            if (same != items.end())
+            const auto before = same == items.end() ? std::nullopt : std::optional(*same);
+            if (before)
                 items.erase(same);
             items.prepend(item);
             std::ranges::stable_sort(items, ClipboardListModel::isBefore);
-            model.put(item);
+            model.put(item, before ? &*before : nullptr);
             QCOMPARE(model.items(), items);
             QStringList expected;
             for (const auto& shown : std::as_const(items))

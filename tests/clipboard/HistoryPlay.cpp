@@ -313,6 +313,7 @@ void HistoryPlay::restart()
 void HistoryPlay::expectSave()
 {
     m_saves << m_model.items;
+    m_pending << Pending { {}, Pending::Next::Nothing };
     m_due.reset();
     m_failedSinceSave = false;
 }

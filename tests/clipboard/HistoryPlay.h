@@ -43,7 +43,7 @@ private:
     struct Operation;
     /// What is in the history only after an answer.
     struct Pending {
-        enum class Next { Insert, Write, InsertWritten };
+        enum class Next { Nothing, Insert, Write, InsertWritten };
 
         ClipboardItem item;
         Next next;
