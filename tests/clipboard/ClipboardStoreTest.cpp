@@ -116,46 +116,6 @@ private Q_SLOTS:
         QCOMPARE(store().items().last().filePaths, QStringList({ u"/a/one.png"_s, u"/a/two.png"_s }));
     }
 
-    void limitSparesPinnedEntries()
-    {
-        m_fixture->settings.setHistoryLimit(100);
-        for (auto number = 0; number < 34; ++number)
-            store().addText(QString::number(number), {});
-        for (auto row = 30; row < 34; ++row)
-            store().togglePin(store().items().at(row).id);
-        m_fixture->settings.setHistoryLimit(25);
-        store().enforceLimit();
-        QCOMPARE(store().items().size(), 29);
-        QCOMPARE(store().items().at(24).text, u"9"_s);
-        QCOMPARE(store().items().at(25).text, u"3"_s);
-        m_fixture->settings.setHistoryLimit(5);
-        store().addText(u"new"_s, {});
-        QCOMPARE(store().items().size(), 14);
-        store().clear();
-        QCOMPARE(store().items().size(), 4);
-    }
-
-    void showsPinnedFirstThenTheLatest()
-    {
-        const auto texts = [this] {
-            QStringList texts;
-            for (const auto& item : store().textualItems())
-                texts << *item.text;
-            return texts.join(u' ');
-        };
-        for (const auto* const text : { u"a", u"b", u"c", u"d" })
-            store().addText(QString::fromUtf16(text), {});
-        QCOMPARE(texts(), u"d c b a"_s);
-        store().togglePin(store().items().at(3).id);
-        store().togglePin(store().items().at(2).id);
-        QCOMPARE(texts(), u"b a d c"_s);
-        // The user sets the clock back.
-        m_fixture->time.setWallTime(m_fixture->time.wallTime().addSecs(-60));
-        store().addText(u"old"_s, {});
-        QCOMPARE(texts(), u"b a d c old"_s);
-        QCOMPARE(store().items().first().text, u"old"_s);
-    }
-
     void removesNoFileOutsideItsFolder_data()
     {
         QTest::addColumn<QString>("file");
@@ -176,27 +136,6 @@ private Q_SLOTS:
         store().clear();
         m_fixture->queues.runAll();
         QTEST(QFile::exists(path), "stays");
-    }
-
-    void savesOnceAfterAPause()
-    {
-        const auto index = m_fixture->path(u"index.json"_s);
-        m_fixture->queues.runAll();
-        store().addText(u"one"_s, {});
-        m_fixture->time.advance(499ms);
-        store().addText(u"two"_s, {});
-        m_fixture->time.advance(499ms);
-        QCOMPARE(m_fixture->queues.waiting(), 0);
-        m_fixture->time.advance(1ms);
-        QCOMPARE(m_fixture->queues.waiting(), 1);
-        m_fixture->queues.runAll();
-        QVERIFY(QFile::exists(index));
-        m_fixture->time.advance(10s);
-        QCOMPARE(m_fixture->queues.waiting(), 0);
-        // Leaving does not lose what was copied a moment ago.
-        store().addText(u"three"_s, {});
-        m_fixture->restart();
-        QCOMPARE(store().items().size(), 3);
     }
 
 private:

@@ -59,10 +59,10 @@ const QList<HistoryPlay::Operation>& HistoryPlay::operations()
                 play.store().addText(text, {});
                 play.m_pending << Pending { HistoryModel::text(text), Pending::Next::Insert };
             } },
-        { "file", 4, [](auto& play, int number) { play.addFiles({ play.foreignFile(number) }, number); } },
-        { "files", 2,
+        { "files", 6,
             [](auto& play, int number) {
-                play.addFiles({ play.foreignFile(number), play.foreignFile(number / 6) }, number);
+                const QStringList paths { play.foreignFile(number), play.foreignFile(number / 6) };
+                play.addFiles(paths.first(number % 3 == 0 ? 2 : 1), number);
             } },
         { "image", 12,
             [](auto& play, int number) {
@@ -112,9 +112,10 @@ const QList<HistoryPlay::Operation>& HistoryPlay::operations()
                 play.store().enforceLimit();
                 play.m_model.enforceLimit();
             } },
-        { "moment", 4, [](auto& play, int number) { play.wait(std::chrono::milliseconds(number % 100)); } },
-        { "wait", 8,
-            [](auto& play, int number) { play.wait(number % 2 == 0 ? saveDelay : saveDelay - 1ms); } },
+        { "wait", 12,
+            [](auto& play, int number) {
+                play.wait(number % 3 == 0 ? 20ms : number % 3 == 1 ? saveDelay - 1ms : saveDelay);
+            } },
         { "clock back", 1,
             [](auto& play, int number) {
                 play.m_fixture.time.setWallTime(play.m_fixture.time.wallTime().addSecs(-(number % 100)));
@@ -168,7 +169,7 @@ HistoryPlay::HistoryPlay(const Disk& disk)
 
 QString HistoryPlay::play(const QList<Step>& steps)
 {
-    const auto after = [this](const QString& what) {
+    const auto isGood = [this](const QString& what) {
         check();
         if (!m_complaint.isEmpty())
             m_complaint += u", after: "_s + what;
@@ -176,19 +177,19 @@ QString HistoryPlay::play(const QList<Step>& steps)
     };
     for (const auto& step : steps) {
         operations().at(step.operation).perform(*this, step.number);
-        if (!after(describe({ step })))
+        if (!isGood(describe({ step })))
             return m_complaint;
     }
     // Whatever has failed meanwhile, the next change saves all of it.
     addText(u"the last"_s, 0);
-    if (!after(u"the last change"_s))
+    if (!isGood(u"the last change"_s))
         return m_complaint;
     for (auto round = 0; round < 2; ++round) {
         settle();
-        if (!after(u"the last change has settled"_s))
+        if (!isGood(u"the last change has settled"_s))
             break;
         restart();
-        if (!after(u"the last start"_s))
+        if (!isGood(u"the last start"_s))
             break;
     }
     return m_complaint;
@@ -372,17 +373,13 @@ void HistoryPlay::compareSettled()
 void HistoryPlay::lookIntoFolder(const QList<ClipboardItem>& items)
 {
     require(toSet(imageFiles()) == toSet(ownFiles(items)), u"other image files than those of the entries"_s);
-    for (const auto& file : imageFiles())
-        require(m_imageHashes.contains(hashOfFile(file)), u"an image file is not whole"_s);
-    const auto everything = std::filesystem::recursive_directory_iterator(native(folder()));
     require(std::filesystem::status(native(folder())).permissions() == perms::owner_all, u"an open folder"_s);
-    for (const auto& entry : everything) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(native(folder()))) {
         const auto name = QString::fromStdString(entry.path().string());
-        require(
-            entry.is_directory() || name == indexFile() || imageFiles().contains(name), u"a stray file"_s);
-        require(entry.status().permissions()
-                == (entry.is_directory() ? perms::owner_all : perms::owner_read | perms::owner_write),
-            u"an open file"_s);
+        const auto mode = entry.is_directory() ? perms::owner_all : perms::owner_read | perms::owner_write;
+        require(entry.status().permissions() == mode, u"an open file"_s);
+        require(entry.is_directory() || name == indexFile() || m_imageHashes.contains(hashOfFile(name)),
+            u"a stray file, or half of one"_s);
     }
 }
 

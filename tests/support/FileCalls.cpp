@@ -116,11 +116,6 @@ int fchmod(int file, mode_t mode) noexcept
     return call(__func__, file, SYS_fchmod, file, mode);
 }
 
-int ftruncate64(int file, off64_t size) noexcept
-{
-    return call(__func__, file, SYS_ftruncate, file, size);
-}
-
 int linkat(int from, const char* path, int to, const char* target, int flags) noexcept
 {
     return call(__func__, target, SYS_linkat, from, path, to, target, flags);
@@ -131,19 +126,9 @@ int rename(const char* path, const char* target) noexcept
     return call(__func__, target, SYS_renameat2, AT_FDCWD, path, AT_FDCWD, target, 0);
 }
 
-int renameat2(int from, const char* path, int to, const char* target, unsigned flags) noexcept
-{
-    return call(__func__, target, SYS_renameat2, from, path, to, target, flags);
-}
-
 int unlink(const char* path) noexcept
 {
     return call(__func__, path, SYS_unlinkat, AT_FDCWD, path, 0);
-}
-
-int fsync(int file)
-{
-    return call(__func__, file, SYS_fsync, file);
 }
 
 int fdatasync(int file)
