@@ -27,8 +27,8 @@ WORDS = "rain harbour paper lantern дощ вечір стежка поле quie
 class Jukebox(Player):
     """A player that goes through its short tracks for ever, told what to do through its own socket."""
 
-    TRACKS = (("First Song", "Anna", "red", 12), ("Second Song", "Bohdan", "blue", 8), ("Third Song", "Olena", "green", 20),
-              ("Fourth Song", "Taras", "yellow", 5))
+    TRACKS = (("First Song", "Anna", "red", 12), ("Second Song", "Bohdan", "blue", 8),
+              ("Third Song", "Olena", "green", 20), ("Fourth Song", "Taras", "yellow", 5))
 
     def __init__(self, desktop):
         self.socket = desktop.home / "mpv"
@@ -112,8 +112,8 @@ class BusyDay(SettingsFlow):
         """A new one, the same one again, or a very large one."""
         kind = self.chance.random()
         if kind > 0.25:
-            width, height = (6000, 4000) if kind > 0.92 else (self.chance.randint(20, 1920), self.chance.randint(20, 1080))
-            self.picture = gradient_png(width, height, self.color(), self.color())
+            size = (6000, 4000) if kind > 0.92 else (self.chance.randint(20, 1920), self.chance.randint(20, 1080))
+            self.picture = gradient_png(*size, self.color(), self.color())
         self.desktop.copy(self.picture, "image/png")
         self.pause(0.1, 0.5)
 
@@ -243,7 +243,8 @@ class BusyDay(SettingsFlow):
 
     def plays(self):
         for _ in range(self.chance.randint(1, 4)):
-            self.jukebox.tell(*self.chance.choice((("cycle", "pause"), ("playlist-next",), ("seek", 3), ("playlist-prev",))))
+            self.jukebox.tell(*self.chance.choice(
+                (("cycle", "pause"), ("playlist-next",), ("seek", 3), ("playlist-prev",))))
             self.pause(0.1, 1)
         if self.chance.random() < 0.5:
             self.open_by_pointer()
@@ -259,8 +260,8 @@ class BusyDay(SettingsFlow):
     def takes_screenshots(self):
         for _ in range(self.chance.randint(1, 3)):
             self.count += 1
-            name = f"Screenshot From 2026-11-21 {self.count // 3600 % 24:02}-{self.count // 60 % 60:02}-{self.count % 60:02}.png"
-            self.write_screenshot(name, self.chance.choice(("rename", "slowly")))
+            taken = f"{self.count // 3600 % 24:02}-{self.count // 60 % 60:02}-{self.count % 60:02}"
+            self.write_screenshot(f"Screenshot From 2026-11-21 {taken}.png", self.chance.choice(("rename", "slowly")))
             self.pause(0.1, 0.5)
         taken = sorted(self.shots.iterdir(), key=lambda path: path.stat().st_mtime)
         for old in taken[:-MOST_SCREENSHOTS]:
