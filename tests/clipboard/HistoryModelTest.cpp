@@ -4,6 +4,7 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <array>
 #include <cerrno>
 #include <numeric>
 #include <sys/stat.h>
@@ -29,21 +30,21 @@ private Q_SLOTS:
 
     void agreesWithTheModel()
     {
-        for (const auto seed : seeds(20))
+        for (const auto seed : seeds(12))
             play(seed, 200, {});
     }
 
     void outlivesAKillBeforeEveryCall()
     {
         auto kills = 0;
-        for (const auto seed : seeds(10))
+        for (const auto seed : seeds(6))
             kills += play(seed, 60, { .kills = true, .onlyNamedFiles = seed % 2 == 0 });
         qInfo("%d kills", kills);
     }
 
     void goesOnAfterAnyFailedCall()
     {
-        for (const auto seed : seeds(3)) {
+        for (const auto seed : seeds(2)) {
             Disk disk { .onlyNamedFiles = seed % 2 == 0, .error = seed % 3 == 0 ? EIO : ENOSPC };
             const auto calls = play(seed, 40, disk);
             for (disk.firstFailure = 1; disk.firstFailure <= calls; ++disk.firstFailure) {
@@ -66,8 +67,8 @@ private:
     /// How many calls changed files.
     static int play(quint32 seed, int count, const Disk& disk)
     {
-        static constexpr mode_t masks[] { 0, 022, 077 };
-        const auto mask = ::umask(masks[seed % std::size(masks)]);
+        static constexpr std::array<mode_t, 3> masks { 0, 022, 077 };
+        const auto mask = ::umask(masks.at(seed % masks.size()));
         auto steps = HistoryPlay::steps(seed, count);
         HistoryPlay whole(disk);
         auto complaint = QTest::currentTestFailed() ? QString() : whole.play(steps);

@@ -79,7 +79,7 @@ private:
     /// Finds what came back among the states that may come back.
     void recognise(const QList<ClipboardItem>& items);
 
-    [[nodiscard]] ClipboardStore& store() { return *m_fixture.store; }
+    [[nodiscard]] ClipboardStore& store() const { return *m_fixture.store; }
     [[nodiscard]] QString folder() const { return m_fixture.locations.folder + QStringLiteral("/Nimbarrow"); }
     [[nodiscard]] QString indexFile() const { return folder() + QStringLiteral("/index.json"); }
     [[nodiscard]] std::optional<QList<ClipboardItem>> readIndex() const;

@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
@@ -52,10 +53,10 @@ namespace {
 
 QByteArray pathOf(int file)
 {
-    char path[PATH_MAX];
+    std::array<char, PATH_MAX> path {};
     const auto link = "/proc/self/fd/" + QByteArray::number(file);
-    const auto size = current ? ::readlink(link.constData(), path, sizeof path) : 0;
-    return { path, std::max(size, ssize_t { 0 }) };
+    const auto size = current ? ::readlink(link.constData(), path.data(), path.size()) : 0;
+    return { path.data(), std::max(size, ssize_t { 0 }) };
 }
 
 bool isWatched(int file)
@@ -86,13 +87,16 @@ int call(const char* name, Subject subject, long number, Arguments... arguments)
 using nimbarrow::call;
 using nimbarrow::denies;
 
-// The kernel is asked directly: the C library's own functions are hidden behind these.
+// The kernel is asked directly: the C library's own functions are hidden behind these, whose parameters have
+// names that are not ours to use.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" {
 
 int open64(const char* path, int flags, ...)
 {
     std::va_list more;
     va_start(more, flags);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the analyzer overlooks the start above.
     const auto mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, mode_t) : 0;
     va_end(more);
     if ((flags & (O_CREAT | O_TRUNC | (O_TMPFILE & ~O_DIRECTORY))) != 0
@@ -133,7 +137,8 @@ int unlink(const char* path) noexcept
 
 int fdatasync(int file)
 {
-    return call(__func__, file, SYS_fdatasync, file);
+    // A kill takes nothing from the kernel, so it need not reach the disk.
+    return denies(__func__, file) ? -1 : 0;
 }
 
 ssize_t write(int file, const void* data, size_t size)
@@ -150,3 +155,4 @@ ssize_t write(int file, const void* data, size_t size)
 }
 
 } // extern "C"
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
