@@ -49,17 +49,16 @@ void setUnlessSet(const char* variable, const char* value)
         qputenv(variable, value);
 }
 
-/// What is freed goes back to the system, whichever thread has had it. malloc_trim() leaves the ends of all
-/// heaps but the first one alone, and left to itself malloc() lets them grow to the size of the largest text
-/// ever copied.
+/// What is freed goes back to the system, whichever thread has had it. Left to itself malloc() makes a heap
+/// for every thread, of which malloc_trim() leaves the ends alone, and lets them grow to the size of the
+/// largest text ever copied.
 void keepHeapsSmall()
 {
     constexpr int megabyte = 1 << 20;
     ::mallopt(M_MMAP_THRESHOLD, megabyte);
     ::mallopt(M_TRIM_THRESHOLD, megabyte);
-    // The threads hardly ever work at the same time; one more heap for each of them is one more left with
-    // holes.
-    ::mallopt(M_ARENA_MAX, 2);
+    // The threads hardly ever work at the same time.
+    ::mallopt(M_ARENA_MAX, 1);
 }
 
 /// As it was before preparePlatform().

@@ -90,6 +90,8 @@ using nimbarrow::denies;
 // The kernel is asked directly: the C library's own functions are hidden behind these, whose parameters have
 // names that are not ours to use.
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
+// Visible, or the libraries would not find them before the real ones.
+#pragma GCC visibility push(default)
 extern "C" {
 
 int open64(const char* path, int flags, ...)
@@ -155,4 +157,5 @@ ssize_t write(int file, const void* data, size_t size)
 }
 
 } // extern "C"
+#pragma GCC visibility pop
 // NOLINTEND(readability-inconsistent-declaration-parameter-name)

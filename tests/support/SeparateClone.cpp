@@ -6,7 +6,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-extern "C" int clone(int (*run)(void*), void* /*stack*/, int flags, void* argument, ...)
+extern "C" __attribute__((visibility("default"))) int clone(
+    int (*run)(void*), void* /*stack*/, int flags, void* argument, ...)
 {
     va_list more;
     va_start(more, argument);
