@@ -87,7 +87,7 @@ void ClipboardListModel::put(const ClipboardItem& item, const ClipboardItem* bef
 int ClipboardListModel::firstNotBefore(const ClipboardItem& item) const
 {
     const auto found = std::ranges::partition_point(
-        m_items, [&item](const ClipboardItem& other) { return isBefore(other, item); });
+        m_items, [&item](const ClipboardItem& row) { return isBefore(row, item); });
     return static_cast<int>(found - m_items.begin());
 }
 
