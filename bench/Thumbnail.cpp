@@ -1,5 +1,5 @@
 // Thumbnail PICTURE RESULT: makes the small picture as the program does, and writes it as a PNG.
-#include "clipboard/ImageCodec.h"
+#include "images/ImageCodec.h"
 
 #include <QCoreApplication>
 #include <QFile>

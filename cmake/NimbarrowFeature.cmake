@@ -2,6 +2,9 @@
 #
 # One feature folder is one static library and one QML module. LINK names the libraries whose types stand in
 # the feature's headers.
+# Every feature with its module, for a program that shows them all.
+add_library(nimbarrow_views INTERFACE)
+
 function(nimbarrow_feature name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "SOURCES;QML_FILES;RESOURCES;LINK")
     if(arg_UNPARSED_ARGUMENTS OR NOT arg_URI)
@@ -24,6 +27,7 @@ function(nimbarrow_feature name)
         PUBLIC nimbarrow_platform Qt6::Gui Qt6::Qml Qt6::Quick ${arg_LINK}
         PRIVATE project_options
     )
+    target_link_libraries(nimbarrow_views INTERFACE nimbarrow_${name} nimbarrow_${name}plugin)
     # What newer Qt makes of the QML files narrows numbers; the same warnings in our own sources still count on
     # the older one.
     if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)

@@ -9,7 +9,7 @@
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/Paster.h"
 #include "clipboard/ScreenshotWatcher.h"
-#include "clipboard/ThumbnailLoader.h"
+#include "images/ThumbnailLoader.h"
 #include "keepawake/KeepAwake.h"
 #include "keepawake/OwlMotion.h"
 #include "nowplaying/NowPlayingModel.h"

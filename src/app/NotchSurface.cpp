@@ -54,6 +54,7 @@ void NotchSurface::load(NotchController& controller, AppModel& model)
         if (whole)
             shape->update();
     });
+    root->setDropReader(*m_platform.dropReader);
     controller.attach(*root);
     m_restingMemory = std::make_unique<RestingMemory>(
         controller.state(), m_view, model.thumbnails(), *m_platform.scheduler, m_platform.returnFreeMemory);

@@ -1,6 +1,6 @@
 #include "app/RestingMemory.h"
 
-#include "clipboard/ThumbnailLoader.h"
+#include "images/ThumbnailLoader.h"
 #include "notch/NotchState.h"
 
 #include <QPixmapCache>

@@ -1,6 +1,6 @@
 #include "clipboard/ClipboardMonitor.h"
 
-#include "clipboard/ImageCodec.h"
+#include "images/ImageCodec.h"
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/PrivateFiles.h"
 #include "platform/Applications.h"

@@ -1,7 +1,7 @@
 #include "clipboard/PasteboardCapture.h"
 
 #include "clipboard/ClipboardStore.h"
-#include "clipboard/ImageCodec.h"
+#include "images/ImageCodec.h"
 #include "platform/WorkQueue.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "clipboard/ThumbnailFile.h"
 
-#include "clipboard/ThumbnailLoader.h"
+#include "images/ThumbnailLoader.h"
 
 #include <QPointer>
 

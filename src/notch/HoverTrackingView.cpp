@@ -1,23 +1,12 @@
 #include "notch/HoverTrackingView.h"
 
 #include "clipboard/PasteboardCapture.h"
-#include "platform/MimeContent.h"
 
 #include <algorithm>
 
 namespace nimbarrow {
 
 namespace {
-
-// What is dragged out of the surface itself is in the history already.
-bool isAcceptable(const QDropEvent& event)
-{
-    if (event.source())
-        return false;
-    const auto types = MimeContent(*event.mimeData()).types();
-    return std::ranges::any_of(
-        PasteboardCapture::draggedTypes(), [&types](const QString& type) { return types.contains(type); });
-}
 
 void call(const std::function<void()>& action)
 {
@@ -38,6 +27,16 @@ HoverTrackingView::HoverTrackingView(QQuickItem* parent)
 {
     setAcceptHoverEvents(true);
     setFlag(ItemAcceptsDrops);
+}
+
+// What is dragged out of the surface itself is in the history already.
+bool HoverTrackingView::isAcceptable(const QDropEvent& event) const
+{
+    if (event.source() || !m_dropReader)
+        return false;
+    const auto types = m_dropReader->types(*event.mimeData());
+    return std::ranges::any_of(
+        PasteboardCapture::draggedTypes(), [&types](const QString& type) { return types.contains(type); });
 }
 
 void HoverTrackingView::hoverEnterEvent(QHoverEvent* event)
@@ -75,7 +74,7 @@ void HoverTrackingView::dropEvent(QDropEvent* event)
 {
     const auto acceptable = isAcceptable(*event);
     if (acceptable && onDrop)
-        onDrop(MimeContent(*event->mimeData()));
+        onDrop(*m_dropReader->read(*event->mimeData()));
     answer(*event, acceptable);
 }
 

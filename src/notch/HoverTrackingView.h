@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Pasteboard.h"
+#include "platform/DropReader.h"
 
 #include <QQuickItem>
 #include <qqmlintegration.h>
@@ -17,6 +17,9 @@ class HoverTrackingView : public QQuickItem {
 public:
     explicit HoverTrackingView(QQuickItem* parent = nullptr);
 
+    /// Without a reader nothing is accepted. It must outlive the view.
+    void setDropReader(const DropReader& reader) { m_dropReader = &reader; }
+
     std::function<void()> onEnter;
     std::function<void()> onExit;
     std::function<void()> onDragEntered;
@@ -30,6 +33,11 @@ protected:
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+
+private:
+    [[nodiscard]] bool isAcceptable(const QDropEvent& event) const;
+
+    const DropReader* m_dropReader = nullptr;
 };
 
 } // namespace nimbarrow

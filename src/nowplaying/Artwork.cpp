@@ -1,6 +1,6 @@
 #include "nowplaying/Artwork.h"
 
-#include "clipboard/ImageCodec.h"
+#include "images/ImageCodec.h"
 
 #include <QBuffer>
 

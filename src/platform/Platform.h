@@ -7,6 +7,7 @@
 #include "platform/CalendarStore.h"
 #include "platform/Clock.h"
 #include "platform/DesktopPreferences.h"
+#include "platform/DropReader.h"
 #include "platform/FolderEvents.h"
 #include "platform/HotKeys.h"
 #include "platform/Instance.h"
@@ -47,6 +48,7 @@ struct Platform {
     std::unique_ptr<Screens> screens;
     std::unique_ptr<Pointer> pointer;
     std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<DropReader> dropReader;
     std::unique_ptr<Applications> applications;
     std::unique_ptr<HotKeys> hotKeys;
     std::unique_ptr<Keystrokes> keystrokes;

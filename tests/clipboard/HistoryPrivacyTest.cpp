@@ -1,6 +1,6 @@
 #include "clipboard/ClipboardMonitor.h"
 #include "clipboard/PasteboardCapture.h"
-#include "clipboard/ThumbnailLoader.h"
+#include "images/ThumbnailLoader.h"
 #include "support/FakeApplications.h"
 #include "support/FakePasteboard.h"
 #include "support/FileCalls.h"

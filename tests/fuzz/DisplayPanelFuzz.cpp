@@ -1,5 +1,5 @@
 #include "Fuzz.h"
-#include "platform/linux/DisplayPanel.h"
+#include "linux/display/DisplayPanel.h"
 
 using namespace nimbarrow;
 

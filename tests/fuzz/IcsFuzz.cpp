@@ -1,5 +1,5 @@
 #include "Fuzz.h"
-#include "platform/ical/IcsCalendar.h"
+#include "linux/calendar/folder/IcsCalendar.h"
 
 using namespace nimbarrow;
 

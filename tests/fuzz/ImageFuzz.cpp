@@ -1,5 +1,5 @@
 #include "Fuzz.h"
-#include "clipboard/ImageCodec.h"
+#include "images/ImageCodec.h"
 
 #include <QBuffer>
 #include <QImageReader>

@@ -1,6 +1,6 @@
 #include "Fuzz.h"
-#include "mediaadapter/CommandLines.h"
-#include "mediaadapter/MediaCommand.h"
+#include "linux/media/CommandLines.h"
+#include "linux/media/MediaCommand.h"
 
 using namespace nimbarrow;
 

@@ -1,5 +1,5 @@
 #include "Fuzz.h"
-#include "platform/linux/PngText.h"
+#include "linux/screenshots/PngText.h"
 
 #include <sys/mman.h>
 #include <unistd.h>

@@ -1,5 +1,5 @@
 #include "Fuzz.h"
-#include "platform/linux/SvgPathBounds.h"
+#include "linux/display/SvgPathBounds.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "nowplaying/MediaRemoteSource.h"
 
-#include "platform/qt/QtAdapterProcesses.h"
-#include "platform/qt/QtWorkQueues.h"
+#include "qt/QtAdapterProcesses.h"
+#include "qt/QtWorkQueues.h"
 #include "support/FakeAdapter.h"
 #include "support/FakeApplications.h"
 #include "support/ManualQueues.h"

@@ -6,7 +6,7 @@
 #include "clipboard/EntryHandoff.h"
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/Paster.h"
-#include "clipboard/ThumbnailLoader.h"
+#include "images/ThumbnailLoader.h"
 #include "keepawake/KeepAwake.h"
 #include "keepawake/OwlMotion.h"
 #include "notch/HoverTrackingView.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/x11/X11PanelWindow.h"
+#include "linux/panel/X11PanelWindow.h"
 
 #include <QMouseEvent>
 #include <QQmlComponent>

@@ -1,7 +1,7 @@
 #include "support/X11Desktop.h"
 
-#include "platform/linux/DesktopEntries.h"
-#include "platform/x11/X11Applications.h"
+#include "linux/applications/DesktopEntries.h"
+#include "linux/applications/X11Applications.h"
 
 #include <QFile>
 #include <QTest>

@@ -1,6 +1,6 @@
 #include "support/XClient.h"
 
-#include "platform/x11/X11Properties.h"
+#include "linux/display/X11Properties.h"
 
 #include <xcb/xtest.h>
 

@@ -1,0 +1,163 @@
+#include "linux/applications/DesktopOpener.h"
+
+#include "linux/calendar/EventIdentifier.h"
+#include "linux/applications/StartProgram.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QLoggingCategory>
+#include <QUrlQuery>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+Q_LOGGING_CATEGORY(opening, "nimbarrow.opener")
+
+// A file manager that has to be started first needs its time.
+constexpr int fileManagerPatience = 10'000; // ms
+
+struct SettingsProgram {
+    /// As XDG_CURRENT_DESKTOP has it; nothing where the program runs on any desktop.
+    QLatin1StringView desktop;
+    QLatin1StringView name;
+    QLatin1StringView calendars;
+    QLatin1StringView privacy;
+};
+
+constexpr std::array settingsPrograms {
+    SettingsProgram { "GNOME"_L1, "gnome-control-center"_L1, "online-accounts"_L1, "privacy"_L1 },
+    SettingsProgram { "Budgie"_L1, "budgie-control-center"_L1, "online-accounts"_L1, "privacy"_L1 },
+    SettingsProgram { "KDE"_L1, "systemsettings"_L1, "kcm_kaccounts"_L1, {} },
+    SettingsProgram { "KDE"_L1, "systemsettings5"_L1, "kcm_kaccounts"_L1, {} },
+    SettingsProgram { "X-Cinnamon"_L1, "cinnamon-settings"_L1, "privacy"_L1, "privacy"_L1 },
+    SettingsProgram { "XFCE"_L1, "xfce4-settings-manager"_L1, {}, {} },
+    SettingsProgram { "MATE"_L1, "mate-control-center"_L1, {}, {} },
+};
+
+QUrl evolutionLink(const EventIdentifier& event)
+{
+    QUrl link(u"calendar:///"_s);
+    QUrlQuery query;
+    const auto add = [&query](const QString& key, const QString& value) {
+        if (!value.isEmpty())
+            query.addQueryItem(key, QString::fromLatin1(QUrl::toPercentEncoding(value)));
+    };
+    add(u"source-uid"_s, event.calendar);
+    add(u"comp-uid"_s, event.uid);
+    add(u"comp-rid"_s, event.recurrence);
+    link.setQuery(query);
+    return link;
+}
+
+} // namespace
+
+DesktopOpener::DesktopOpener(InheritedState inherited, std::optional<QDBusConnection> bus)
+    : m_inherited(std::move(inherited))
+    , m_bus(std::move(bus))
+{
+}
+
+void DesktopOpener::open(const QUrl& url)
+{
+    // Without a scheme it could be read as an option.
+    if (!url.isValid() || url.isRelative())
+        return;
+    if (url.scheme() == "x-apple.systempreferences"_L1)
+        openSettings(url.query().contains("Calendar"_L1));
+    else if (const auto event = EventIdentifier::ofLink(url))
+        openEvent(*event);
+    else
+        openByDefault(url);
+}
+
+void DesktopOpener::openByDefault(const QUrl& url) const
+{
+    const auto link = url.toString(QUrl::FullyEncoded);
+    if (const auto tool = program(u"xdg-open"_s); !tool.isEmpty())
+        start(tool, { link });
+    else if (const auto other = program(u"gio"_s); !other.isEmpty())
+        start(other, { u"open"_s, link });
+    else
+        qCWarning(opening, "There is no program to open links with");
+}
+
+void DesktopOpener::openEvent(const EventIdentifier& event) const
+{
+    if (event.kind == EventIdentifier::Kind::File) {
+        // A link may come from anywhere; it opens nothing but calendars.
+        if (event.calendar.endsWith(".ics"_L1, Qt::CaseInsensitive))
+            openByDefault(QUrl::fromLocalFile(event.calendar));
+        return;
+    }
+    for (const auto& name : { u"gnome-calendar"_s, u"org.gnome.Calendar"_s }) {
+        if (const auto calendar = program(name); !calendar.isEmpty()) {
+            QStringList parts { event.calendar, event.uid };
+            if (!event.recurrence.isEmpty())
+                parts += event.recurrence;
+            start(calendar, { u"--uuid"_s, parts.join(u':') });
+            return;
+        }
+    }
+    for (const auto& name : { u"evolution"_s, u"org.gnome.Evolution"_s }) {
+        if (const auto calendar = program(name); !calendar.isEmpty()) {
+            start(calendar, { evolutionLink(event).toString(QUrl::FullyEncoded) });
+            return;
+        }
+    }
+    qCWarning(opening, "There is no program to show a calendar event with");
+}
+
+void DesktopOpener::openSettings(bool aboutCalendars) const
+{
+    const auto desktops = m_inherited.environment.value(u"XDG_CURRENT_DESKTOP"_s).split(u':');
+    // Most of these refuse to run on another desktop than theirs.
+    for (const auto& settings : settingsPrograms) {
+        if (!desktops.contains(settings.desktop))
+            continue;
+        if (const auto path = program(settings.name); !path.isEmpty()) {
+            const auto page = aboutCalendars ? settings.calendars : settings.privacy;
+            start(path, page.isEmpty() ? QStringList() : QStringList { page });
+            return;
+        }
+    }
+    qCInfo(opening, "This desktop has no settings program that is known");
+}
+
+void DesktopOpener::reveal(const QUrl& file)
+{
+    if (!file.isLocalFile())
+        return;
+    const auto folder
+        = file.adjusted(QUrl::StripTrailingSlash).adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
+    if (!m_bus)
+        return openByDefault(folder);
+    auto question = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s,
+        u"/org/freedesktop/FileManager1"_s, u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
+    question << QStringList { file.toString(QUrl::FullyEncoded) } << QString();
+    auto* const watcher
+        = new QDBusPendingCallWatcher(m_bus->asyncCall(question, fileManagerPatience), &m_questions);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &m_questions, [this, watcher, folder] {
+        if (QDBusPendingReply<>(*watcher).isError())
+            openByDefault(folder);
+        watcher->deleteLater();
+    });
+}
+
+QString DesktopOpener::program(const QString& name) const
+{
+    return installedProgram(m_inherited, name);
+}
+
+void DesktopOpener::start(const QString& path, const QStringList& arguments) const
+{
+    if (!startProgram(m_inherited, path, arguments))
+        qCWarning(opening, "%ls could not be started", qUtf16Printable(path));
+}
+
+} // namespace nimbarrow

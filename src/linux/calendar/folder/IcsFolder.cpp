@@ -1,0 +1,184 @@
+#include "linux/calendar/folder/IcsFolder.h"
+
+#include "linux/calendar/folder/EventDetails.h"
+#include "linux/calendar/folder/IcalPointers.h"
+#include "linux/calendar/folder/IcsCalendar.h"
+#include "linux/calendar/EventIdentifier.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QLoggingCategory>
+#include <QSaveFile>
+#include <QUuid>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+Q_LOGGING_CATEGORY(ics, "nimbarrow.calendar.ics")
+
+constexpr qint64 largestFile = 16 * 1024 * 1024;
+constexpr qint64 largestSum = 128 * 1024 * 1024;
+constexpr int mostFiles = 20'000;
+constexpr qint64 largestNote = 4096;
+
+bool makeFolder(const QString& path)
+{
+    // What people plan is nobody else's business.
+    return QDir().mkpath(QFileInfo(path).path())
+        && (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0 || QFileInfo(path).isDir());
+}
+
+/// The beginning of a small file; empty where there is none.
+QByteArray note(const QString& path)
+{
+    // A pipe or a device would make us wait.
+    QFile file(path);
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.read(largestNote) : QByteArray();
+}
+
+/// What all files together may still be.
+struct Bounds {
+    qint64 bytes = largestSum;
+    int files = mostFiles;
+};
+
+void addFile(IcsCalendar& calendar, const QFileInfo& info, Bounds& bounds)
+{
+    if (--bounds.files < 0)
+        return;
+    if (info.size() > largestFile || info.size() > bounds.bytes) {
+        qCWarning(ics, "A calendar file is too large and was left out (%lld bytes)", info.size());
+        return;
+    }
+    QFile file(info.filePath());
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    // It may have grown since.
+    const auto text = file.read(largestFile);
+    bounds.bytes -= text.size();
+    calendar.add(text, info.filePath());
+}
+
+/// The colour where the calendar has none: always the same for the same name, and far from the next one's.
+QColor usualColor(const QString& name)
+{
+    quint32 sum = 5381;
+    for (const auto character : name)
+        sum = sum * 33 + character.unicode();
+    constexpr int hues = 12;
+    return QColor::fromHsl(int(sum % hues) * 360 / hues, 170, 150);
+}
+
+void take(QList<CalendarEvent>& all, const IcsCalendar& calendar, const std::optional<QColor>& ownColor,
+    const QString& name)
+{
+    auto events = calendar.events();
+    const auto color = ownColor ? ownColor : calendar.color() ? calendar.color() : usualColor(name);
+    for (auto& event : events)
+        event.color = color;
+    all += events;
+}
+
+} // namespace
+
+IcsFolder::IcsFolder(QString path)
+    : m_path(std::move(path))
+{
+}
+
+bool IcsFolder::prepare() const
+{
+    const QFileInfo info(m_path);
+    return (info.isDir() || makeFolder(m_path)) && QFileInfo(m_path).isReadable()
+        && QFileInfo(m_path).isExecutable();
+}
+
+std::optional<QList<CalendarEvent>> IcsFolder::events(const QDateTime& start, const QDateTime& end) const
+{
+    if (!prepare())
+        return {};
+    QSet<QString> addresses;
+    for (const auto& line : note(m_path + "/addresses"_L1).split('\n')) {
+        if (const auto address = mailAddress(QString::fromUtf8(line)); !address.isEmpty())
+            addresses += address;
+    }
+    QList<CalendarEvent> all;
+    Bounds bounds;
+    const QStringList files { u"*.ics"_s };
+    const auto calendars
+        = QDir(m_path).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const auto& entry : calendars) {
+        IcsCalendar calendar(start, end, addresses);
+        std::optional<QColor> color;
+        if (entry.isDir()) {
+            color = IcsCalendar::parseColor(note(entry.filePath() + "/color"_L1));
+            QDirIterator inside(entry.filePath(), files, QDir::Files);
+            while (inside.hasNext() && bounds.files > 0) {
+                inside.next();
+                addFile(calendar, inside.fileInfo(), bounds);
+            }
+        } else if (entry.isFile() && entry.suffix().compare("ics"_L1, Qt::CaseInsensitive) == 0) {
+            addFile(calendar, entry, bounds);
+        } else {
+            continue;
+        }
+        take(all, calendar, color, entry.fileName());
+    }
+    return all;
+}
+
+QString IcsFolder::folderForNewEvents() const
+{
+    for (const auto& entry :
+        QDir(m_path).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase)) {
+        if (entry.isWritable())
+            return entry.filePath();
+    }
+    const auto own = m_path + "/Personal"_L1;
+    return makeFolder(own) && QFileInfo(own).isWritable() ? own : QString();
+}
+
+CalendarStore::Created IcsFolder::create(
+    const QString& title, const QDateTime& start, const QDateTime& end) const
+{
+    using Error = CalendarStore::CreateError;
+    const auto folder = prepare() ? folderForNewEvents() : QString();
+    if (folder.isEmpty())
+        return { Error::NoDefaultCalendar, {}, {} };
+
+    const auto uid = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    const auto utc = [](const QDateTime& moment) {
+        return icaltime_from_timet_with_zone(moment.toSecsSinceEpoch(), 0, icaltimezone_get_utc_timezone());
+    };
+    auto* const event = icalcomponent_new(ICAL_VEVENT_COMPONENT);
+    icalcomponent_set_uid(event, uid.toUtf8().constData());
+    icalcomponent_set_dtstamp(event, utc(QDateTime::currentDateTimeUtc()));
+    icalcomponent_set_summary(event, title.toUtf8().constData());
+    // A moment needs no description of a zone beside it.
+    icalcomponent_set_dtstart(event, utc(start));
+    icalcomponent_set_dtend(event, utc(end));
+    const IcalComponent calendar(icalcomponent_new(ICAL_VCALENDAR_COMPONENT));
+    icalcomponent_add_property(calendar.get(), icalproperty_new_version("2.0"));
+    icalcomponent_add_property(calendar.get(), icalproperty_new_prodid("-//Nimbarrow//Nimbarrow//EN"));
+    icalcomponent_add_component(calendar.get(), event);
+    auto* const text = icalcomponent_as_ical_string_r(calendar.get());
+
+    const auto path = folder + u'/' + uid + ".ics"_L1;
+    QSaveFile file(path);
+    bool written = file.open(QIODevice::WriteOnly)
+        && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) && file.write(text) >= 0;
+    icalmemory_free_buffer(text);
+    written = written && file.commit();
+    if (!written)
+        return { Error::Failed, file.errorString(), {} };
+    return { {}, {}, EventIdentifier { EventIdentifier::Kind::File, path, uid, {} }.text() };
+}
+
+} // namespace nimbarrow

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "linux/calendar/CalendarStorePlugin.h"
+
+#include <QObject>
+
+namespace nimbarrow {
+
+/// Hands the calendars of a folder of iCalendar files to the program.
+class IcsFolderPlugin final : public QObject, public CalendarStorePlugin {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID NIMBARROW_CALENDAR_STORE_PLUGIN)
+    Q_INTERFACES(nimbarrow::CalendarStorePlugin)
+
+public:
+    [[nodiscard]] std::unique_ptr<CalendarStore> makeStore(const QString& folder) override;
+};
+
+} // namespace nimbarrow

@@ -1,0 +1,62 @@
+#include "linux/display/DisplayPanel.h"
+
+#include "linux/display/SvgPathBounds.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+namespace {
+
+constexpr auto longestSide = 32'768;
+
+// A mode's size is computed back from points, which a fractional scale rounds.
+bool isSame(double a, double b)
+{
+    return std::abs(a - b) <= 1;
+}
+
+} // namespace
+
+std::optional<DisplayPanel> DisplayPanel::fromJson(const QByteArray& json)
+{
+    const auto object = QJsonDocument::fromJson(json).object();
+    const QSize resolution(object["x-res"_L1].toInt(), object["y-res"_L1].toInt());
+    if (resolution.isEmpty() || resolution.width() > longestSide || resolution.height() > longestSide)
+        return {};
+    DisplayPanel panel { object["name"_L1].toString(), resolution, {} };
+    for (const auto cutouts = object["cutouts"_L1].toArray(); const auto& cutout : cutouts) {
+        const auto box = svgPathBounds(cutout.toObject()["path"_L1].toString().toLatin1());
+        if (!box)
+            continue;
+        const auto inside = *box & QRectF(QPointF(), QSizeF(resolution));
+        if (!inside.isEmpty())
+            panel.cutouts << inside;
+    }
+    return panel;
+}
+
+std::optional<QRectF> DisplayPanel::topCutout(QSize mode, int hiddenRows) const
+{
+    const double width = resolution.width();
+    const double height = resolution.height();
+    const auto rowsAreHidden = mode.height() == resolution.height() - hiddenRows;
+    if (hiddenRows > 0 && rowsAreHidden)
+        return {};
+    const auto scale = mode.width() / width;
+    if (!isSame(mode.height(), height * scale))
+        return {};
+    const auto cutout = std::find_if(cutouts.cbegin(), cutouts.cend(),
+        [height](const QRectF& box) { return box.center().y() < height / 2; });
+    if (cutout == cutouts.cend())
+        return {};
+    return QRectF(cutout->topLeft() * scale, cutout->size() * scale);
+}
+
+} // namespace nimbarrow

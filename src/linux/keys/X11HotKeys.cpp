@@ -1,0 +1,241 @@
+#include "linux/keys/X11HotKeys.h"
+
+#include "linux/keys/X11Keyboard.h"
+#include "linux/display/X11Properties.h"
+
+#include <QSet>
+#include <QSocketNotifier>
+
+#include <array>
+#include <list>
+#include <optional>
+
+// One of its fields is named like a C++ keyword.
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace nimbarrow {
+namespace {
+
+constexpr uint16_t modifierBits = 0xff;
+
+uint16_t maskOf(KeyModifiers modifiers)
+{
+    unsigned mask = 0;
+    mask |= modifiers.testFlag(KeyModifier::Command) ? unsigned(XCB_MOD_MASK_4) : 0U;
+    mask |= modifiers.testFlag(KeyModifier::Shift) ? unsigned(XCB_MOD_MASK_SHIFT) : 0U;
+    mask |= modifiers.testFlag(KeyModifier::Option) ? unsigned(XCB_MOD_MASK_1) : 0U;
+    mask |= modifiers.testFlag(KeyModifier::Control) ? unsigned(XCB_MOD_MASK_CONTROL) : 0U;
+    return static_cast<uint16_t>(mask);
+}
+
+} // namespace
+
+class X11HotKeys::Grabs {
+public:
+    struct Registration {
+        Key key;
+        uint16_t mask;
+        HotKeyId id;
+    };
+    using Registrations = std::list<Registration>;
+    using Handlers = std::list<Handler>;
+
+    Grabs()
+        : m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect)
+        , m_root(x11::rootWindow(m_connection.get()))
+    {
+        if (m_root == XCB_NONE)
+            return;
+        m_keyboard = X11Keyboard(m_connection.get());
+        listenToKeyboard();
+        m_notifier.emplace(xcb_get_file_descriptor(m_connection.get()), QSocketNotifier::Read);
+        QObject::connect(&*m_notifier, &QSocketNotifier::activated, &*m_notifier, [this] { readEvents(); });
+    }
+
+    Handlers::iterator addHandler(Handler handler)
+    {
+        return m_handlers.insert(m_handlers.end(), std::move(handler));
+    }
+    void removeHandler(Handlers::iterator place) { m_handlers.erase(place); }
+
+    Registrations::iterator add(const Registration& registration)
+    {
+        grab(registration);
+        return m_registrations.insert(m_registrations.end(), registration);
+    }
+
+    void remove(Registrations::iterator place)
+    {
+        m_registrations.erase(place);
+        grabAll();
+        readLater();
+    }
+
+private:
+    void listenToKeyboard()
+    {
+        const auto* extension = xcb_get_extension_data(m_connection.get(), &xcb_xkb_id);
+        if (extension == nullptr || extension->present == 0)
+            return;
+        m_xkbEvent = extension->first_event;
+        // While a key is held the server then repeats the press without a release, so that "held" can be
+        // told.
+        const uint32_t flags = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+        xcb_discard_reply(m_connection.get(),
+            xcb_xkb_per_client_flags(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, flags, flags, 0, 0, 0)
+                .sequence);
+        const uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+        const uint16_t parts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+        xcb_xkb_select_events(
+            m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts, nullptr);
+        xcb_flush(m_connection.get());
+    }
+
+    void grabAll()
+    {
+        if (m_root == XCB_NONE)
+            return;
+        xcb_ungrab_key(m_connection.get(), XCB_GRAB_ANY, m_root, XCB_MOD_MASK_ANY);
+        xcb_flush(m_connection.get());
+        m_down.clear();
+        for (const auto& registration : m_registrations)
+            grab(registration);
+    }
+
+    void grab(const Registration& registration)
+    {
+        const auto code = m_root == XCB_NONE ? std::nullopt : m_keyboard.codeOf(registration.key);
+        if (!code)
+            return;
+        // A lock that is on is a modifier to the server, but not to people.
+        const auto numLock = m_keyboard.numLockMask();
+        const std::array<unsigned, 4> locks { 0U, XCB_MOD_MASK_LOCK, numLock,
+            XCB_MOD_MASK_LOCK | unsigned(numLock) };
+        for (const auto lock : locks) {
+            const auto cookie = xcb_grab_key_checked(m_connection.get(), 1, m_root,
+                static_cast<uint16_t>(registration.mask | lock), *code, XCB_GRAB_MODE_ASYNC,
+                XCB_GRAB_MODE_ASYNC);
+            // The error of a combination that another program holds is taken here and nobody is told.
+            const auto isTaken = x11::owned(xcb_request_check(m_connection.get(), cookie));
+        }
+        readLater();
+    }
+
+    // Waiting for an answer may have read events into the queue, which the socket then no longer tells of.
+    void readLater()
+    {
+        if (m_notifier)
+            QMetaObject::invokeMethod(
+                &*m_notifier, [this] { readEvents(); }, Qt::QueuedConnection);
+    }
+
+    void readEvents()
+    {
+        QList<HotKeyId> pressed;
+        auto keyboardChanged = false;
+        while (const auto event = x11::owned(xcb_poll_for_event(m_connection.get()))) {
+            const auto type = event->response_type & 0x7f;
+            const auto* key = reinterpret_cast<const xcb_key_press_event_t*>(event.get());
+            if (type == XCB_KEY_PRESS && !m_down.contains(key->detail)) {
+                m_down.insert(key->detail);
+                addMatches(*key, pressed);
+            } else if (type == XCB_KEY_RELEASE) {
+                m_down.remove(key->detail);
+            } else if (type == XCB_MAPPING_NOTIFY || (m_xkbEvent != 0 && type == m_xkbEvent)) {
+                keyboardChanged = true;
+            }
+        }
+        // A broken connection stays readable for ever.
+        if (xcb_connection_has_error(m_connection.get()) != 0)
+            m_notifier->setEnabled(false);
+        else if (keyboardChanged)
+            readKeyboard();
+        for (const auto id : pressed)
+            deliver(id);
+    }
+
+    void addMatches(const xcb_key_press_event_t& event, QList<HotKeyId>& pressed) const
+    {
+        const auto locks = XCB_MOD_MASK_LOCK | unsigned(m_keyboard.numLockMask());
+        const auto mask = event.state & modifierBits & ~locks;
+        const auto key = m_keyboard.keyAt(event.detail);
+        for (const auto& registration : m_registrations) {
+            if (registration.key == key && registration.mask == mask)
+                pressed << registration.id;
+        }
+    }
+
+    void readKeyboard()
+    {
+        auto keyboard = X11Keyboard(m_connection.get());
+        const auto isSame = keyboard == m_keyboard;
+        m_keyboard = std::move(keyboard);
+        if (!isSame)
+            grabAll();
+    }
+
+    void deliver(HotKeyId id)
+    {
+        // A handler may remove itself or another one.
+        const auto handlers = m_handlers;
+        for (const auto& handler : handlers)
+            handler(id);
+    }
+
+    std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> m_connection;
+    xcb_window_t m_root;
+    X11Keyboard m_keyboard;
+    Registrations m_registrations;
+    Handlers m_handlers;
+    QSet<xcb_keycode_t> m_down;
+    int m_xkbEvent = 0;
+    /// Goes before the connection that it watches.
+    std::optional<QSocketNotifier> m_notifier;
+};
+
+X11HotKeys::X11HotKeys()
+    : m_grabs(std::make_shared<Grabs>())
+{
+}
+
+X11HotKeys::~X11HotKeys() = default;
+
+std::unique_ptr<HotKeys::Handle> X11HotKeys::installHandler(Handler handler)
+{
+    class Installed final : public Handle {
+    public:
+        Installed(std::shared_ptr<Grabs> grabs, Handler handler)
+            : m_grabs(std::move(grabs))
+            , m_place(m_grabs->addHandler(std::move(handler)))
+        {
+        }
+        ~Installed() override { m_grabs->removeHandler(m_place); }
+
+    private:
+        std::shared_ptr<Grabs> m_grabs;
+        Grabs::Handlers::iterator m_place;
+    };
+    return std::make_unique<Installed>(m_grabs, std::move(handler));
+}
+
+std::unique_ptr<HotKeys::Handle> X11HotKeys::registerKey(Key key, KeyModifiers modifiers, HotKeyId id)
+{
+    class Registered final : public Handle {
+    public:
+        Registered(std::shared_ptr<Grabs> grabs, const Grabs::Registration& registration)
+            : m_grabs(std::move(grabs))
+            , m_place(m_grabs->add(registration))
+        {
+        }
+        ~Registered() override { m_grabs->remove(m_place); }
+
+    private:
+        std::shared_ptr<Grabs> m_grabs;
+        Grabs::Registrations::iterator m_place;
+    };
+    return std::make_unique<Registered>(m_grabs, Grabs::Registration { key, maskOf(modifiers), id });
+}
+
+} // namespace nimbarrow

@@ -1,0 +1,150 @@
+#include "linux/keys/X11Keyboard.h"
+
+#include "linux/display/X11Properties.h"
+
+#include <algorithm>
+#include <memory>
+#include <xkbcommon/xkbcommon-keysyms.h>
+#include <xkbcommon/xkbcommon-x11.h>
+#include <xkbcommon/xkbcommon.h>
+
+namespace nimbarrow {
+namespace {
+
+struct Place {
+    const char* name;
+    Key key;
+};
+
+constexpr std::array places {
+    Place { "AB03", Key::C },
+    Place { "AB04", Key::V },
+    Place { "RTRN", Key::Return },
+    Place { "KPEN", Key::KeypadEnter },
+    Place { "SPCE", Key::Space },
+    Place { "BKSP", Key::Backspace },
+    Place { "DELE", Key::ForwardDelete },
+    Place { "ESC", Key::Escape },
+    Place { "LEFT", Key::Left },
+    Place { "RGHT", Key::Right },
+    Place { "DOWN", Key::Down },
+    Place { "UP", Key::Up },
+};
+
+constexpr std::array<xkb_keysym_t, 7> locks { XKB_KEY_Caps_Lock, XKB_KEY_Shift_Lock, XKB_KEY_Scroll_Lock,
+    XKB_KEY_ISO_Lock, XKB_KEY_ISO_Level3_Lock, XKB_KEY_ISO_Level5_Lock, XKB_KEY_Num_Lock };
+
+using Context = std::unique_ptr<xkb_context, decltype(&xkb_context_unref)>;
+using Keymap = std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)>;
+using State = std::unique_ptr<xkb_state, decltype(&xkb_state_unref)>;
+
+bool types(xkb_keymap* keymap, xkb_keycode_t code, xkb_layout_index_t layout, xkb_keysym_t wanted)
+{
+    const xkb_keysym_t* symbols = nullptr;
+    const auto count = xkb_keymap_key_get_syms_by_level(keymap, code, layout, 0, &symbols);
+    return count == 1 && symbols[0] == wanted;
+}
+
+std::optional<xcb_keycode_t> codeTyping(xkb_keymap* keymap, xkb_layout_index_t layout, xkb_keysym_t wanted)
+{
+    const auto last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(keymap), 255);
+    for (auto code = xkb_keymap_min_keycode(keymap); code <= last; ++code) {
+        if (types(keymap, code, layout, wanted))
+            return static_cast<xcb_keycode_t>(code);
+    }
+    return {};
+}
+
+} // namespace
+
+X11Keyboard::X11Keyboard(xcb_connection_t* connection)
+{
+    if (xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr)
+        == 0) {
+        return;
+    }
+    readKeys(connection);
+    readModifiers(connection);
+}
+
+std::optional<xcb_keycode_t> X11Keyboard::codeOf(Key key) const
+{
+    const auto found = std::find(m_keys.cbegin(), m_keys.cend(), key);
+    if (found == m_keys.cend())
+        return {};
+    return static_cast<xcb_keycode_t>(found.key());
+}
+
+std::optional<xcb_keycode_t> X11Keyboard::codeOfModifier(xcb_map_index_t row) const
+{
+    const auto& codes = m_modifiers.at(row);
+    if (codes.isEmpty())
+        return {};
+    return codes.first();
+}
+
+void X11Keyboard::readKeys(xcb_connection_t* connection)
+{
+    const auto device = xkb_x11_get_core_keyboard_device_id(connection);
+    const Context context(xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
+    if (device < 0 || !context)
+        return;
+    const Keymap keymap(
+        xkb_x11_keymap_new_from_device(context.get(), connection, device, XKB_KEYMAP_COMPILE_NO_FLAGS),
+        &xkb_keymap_unref);
+    if (!keymap)
+        return;
+    const State state(xkb_x11_state_new_from_device(keymap.get(), connection, device), &xkb_state_unref);
+
+    for (const auto& place : places) {
+        const auto code = xkb_keymap_key_by_name(keymap.get(), place.name);
+        // The core protocol knows no larger codes.
+        if (code != XKB_KEYCODE_INVALID && code <= 255)
+            m_keys.insert(code, place.key);
+    }
+
+    const auto current
+        = state ? xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE) : xkb_layout_index_t(0);
+    m_codeTypingV = codeTyping(keymap.get(), current, XKB_KEY_v);
+    for (xkb_layout_index_t layout = 0; !m_codeTypingV && layout < xkb_keymap_num_layouts(keymap.get());
+         ++layout)
+        m_codeTypingV = codeTyping(keymap.get(), layout, XKB_KEY_v);
+    if (!m_codeTypingV)
+        m_codeTypingV = codeOf(Key::V);
+
+    for (xkb_keycode_t code = xkb_keymap_min_keycode(keymap.get()); code <= 255; ++code) {
+        for (const xkb_keysym_t lock : locks) {
+            if (!types(keymap.get(), code, 0, lock))
+                continue;
+            m_lockCodes << static_cast<xcb_keycode_t>(code);
+            if (lock == XKB_KEY_Num_Lock)
+                m_numLockCodes << static_cast<xcb_keycode_t>(code);
+        }
+    }
+}
+
+void X11Keyboard::readModifiers(xcb_connection_t* connection)
+{
+    const auto cookie = xcb_get_modifier_mapping(connection);
+    const auto reply = x11::owned(xcb_get_modifier_mapping_reply(connection, cookie, nullptr));
+    if (!reply)
+        return;
+    const auto* codes = xcb_get_modifier_mapping_keycodes(reply.get());
+    for (std::size_t row = 0; row < m_modifiers.size(); ++row) {
+        for (auto i = 0; i < reply->keycodes_per_modifier; ++i) {
+            const auto code = codes[row * reply->keycodes_per_modifier + static_cast<std::size_t>(i)];
+            if (code == 0)
+                continue;
+            m_modifiers[row] << code;
+            if (m_numLockCodes.contains(code))
+                m_numLockMask = static_cast<uint16_t>(1U << row);
+            // Pressing a lock again would switch it over.
+            if (row != XCB_MAP_INDEX_LOCK && !m_lockCodes.contains(code)
+                && !m_heldModifierCodes.contains(code))
+                m_heldModifierCodes << code;
+        }
+    }
+}
+
+} // namespace nimbarrow

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "linux/media/MediaCommand.h"
+#include "linux/media/PlayerReading.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCall>
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+namespace nimbarrow {
+
+/// One player on the message bus: what it says of itself, and what it can be asked to do. Nothing here waits.
+class MprisPlayer final : public QObject {
+    Q_OBJECT
+
+public:
+    /// `owner` is the unique bus name behind the well-known name `service`.
+    MprisPlayer(const QDBusConnection& bus, QString service, QString owner);
+
+    [[nodiscard]] QString service() const { return m_service; }
+    [[nodiscard]] QString owner() const { return m_owner; }
+    /// Whether it has answered, or has had its time to.
+    [[nodiscard]] bool isSettled() const { return m_settled; }
+    [[nodiscard]] const PlayerReading& reading() const { return m_reading; }
+    /// 0 when unknown.
+    [[nodiscard]] qint32 pid() const { return m_reading.pid > 0 ? m_reading.pid : m_pid; }
+
+    /// `done` gets seconds, or none when the player does not know or does not answer soon; it is not called
+    /// when the player is gone by then.
+    void position(const std::function<void(std::optional<double>)>& done);
+    void carryOut(const MediaCommand& command);
+
+Q_SIGNALS:
+    void changed();
+    /// The position has jumped.
+    void seeked();
+
+private Q_SLOTS:
+    void propertiesChanged(
+        const QString& interface, const QVariantMap& changed, const QStringList& invalidated);
+    void positionJumped();
+
+private:
+    using Answer = std::function<void(const QDBusMessage&)>;
+    void ask(const QDBusMessage& question, int patience, const Answer& answer);
+    [[nodiscard]] QDBusMessage call(
+        const QString& interface, const QString& method, const QVariantList& arguments = {}) const;
+    void readAll();
+    void readProcess();
+    void readVolumeAccess();
+    void take(const QVariantMap& properties);
+
+    void seek(double seconds);
+    void seekBy(double target);
+    void setVolume(double percent);
+
+    QDBusConnection m_bus;
+    const QString m_service;
+    const QString m_owner;
+    QVariantMap m_properties;
+    PlayerReading m_reading;
+    qint32 m_pid = 0;
+    bool m_settled = false;
+    bool m_volumeIsFixed = false;
+    bool m_settingVolume = false;
+    /// The last one asked for while the player still takes the one before.
+    std::optional<double> m_nextVolume;
+};
+
+} // namespace nimbarrow

@@ -1,0 +1,71 @@
+#include "linux/panel/X11KeyFocus.h"
+
+#include "linux/display/X11Properties.h"
+
+namespace nimbarrow {
+
+X11KeyFocus::X11KeyFocus(xcb_connection_t* connection, xcb_window_t window)
+    : m_connection(connection)
+    , m_window(window)
+{
+}
+
+bool X11KeyFocus::take()
+{
+    const auto before = focused();
+    if (before == m_window)
+        return true;
+    m_before = before;
+    return set(m_window);
+}
+
+void X11KeyFocus::giveBack()
+{
+    if (!isOurs())
+        return;
+    if (isViewable(m_before) && set(m_before))
+        return;
+    if (m_before == XCB_INPUT_FOCUS_POINTER_ROOT) {
+        set(m_before);
+        return;
+    }
+    const auto active = x11::windowProperty(
+        m_connection, x11::rootWindow(m_connection), x11::atom(m_connection, "_NET_ACTIVE_WINDOW"));
+    if (active && isViewable(*active) && set(*active))
+        return;
+    set(XCB_INPUT_FOCUS_POINTER_ROOT);
+}
+
+bool X11KeyFocus::isOurs() const
+{
+    return focused() == m_window;
+}
+
+xcb_window_t X11KeyFocus::focused() const
+{
+    const auto cookie = xcb_get_input_focus(m_connection);
+    const auto reply = x11::owned(xcb_get_input_focus_reply(m_connection, cookie, nullptr));
+    return reply ? reply->focus : xcb_window_t(XCB_NONE);
+}
+
+bool X11KeyFocus::isViewable(xcb_window_t window) const
+{
+    // "None" and "wherever the pointer is" are no windows.
+    if (window <= XCB_INPUT_FOCUS_POINTER_ROOT)
+        return false;
+    xcb_generic_error_t* error = nullptr;
+    const auto cookie = xcb_get_window_attributes(m_connection, window);
+    const auto reply = x11::owned(xcb_get_window_attributes_reply(m_connection, cookie, &error));
+    const auto isGone = x11::owned(error);
+    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+bool X11KeyFocus::set(xcb_window_t window) const
+{
+    // Without a window that is focused, keys go where the pointer is: nobody is left with a dead keyboard.
+    const auto cookie
+        = xcb_set_input_focus_checked(m_connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, x11::serverTime());
+    return x11::owned(xcb_request_check(m_connection, cookie)) == nullptr;
+}
+
+} // namespace nimbarrow

@@ -1,0 +1,169 @@
+#include "linux/panel/X11PanelWindow.h"
+
+#include "qt/FlippedAxis.h"
+#include "linux/panel/CoveredRows.h"
+#include "linux/display/X11Properties.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include <array>
+
+namespace nimbarrow {
+namespace {
+
+// Sums of points leave crumbs that must not cost a whole pixel.
+constexpr auto crumb = 1.0 / 64;
+
+xcb_window_t created(QQuickWindow& window)
+{
+    window.setFlags(
+        Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool | Qt::BypassWindowManagerHint);
+    auto format = window.requestedFormat();
+    format.setAlphaBufferSize(8);
+    window.setFormat(format);
+    window.setColor(Qt::transparent);
+    // Nobody sees it, but a screen reader says it.
+    window.setTitle(QGuiApplication::applicationDisplayName());
+    window.create();
+    return static_cast<xcb_window_t>(window.winId());
+}
+
+// Only compositing managers read it: they draw no shadow around a dock and do not fade it.
+void setType(xcb_connection_t* connection, xcb_window_t window)
+{
+    const std::array types { x11::atom(connection, "_NET_WM_WINDOW_TYPE_DOCK"),
+        x11::atom(connection, "_NET_WM_WINDOW_TYPE_NOTIFICATION") };
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window,
+        x11::atom(connection, "_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, types.size(), types.data());
+}
+
+} // namespace
+
+X11PanelWindow::X11PanelWindow(QQuickWindow& window)
+    : m_window(window)
+    , m_connection(x11::qtConnection())
+    , m_id(created(window))
+    , m_shape(m_connection, m_id)
+    , m_raiser(m_connection, window)
+    , m_focus(m_connection, m_id)
+{
+    setType(m_connection, m_id);
+    window.installEventFilter(this);
+    connect(&window, &QWindow::screenChanged, this, &X11PanelWindow::shapeToOutline);
+    qGuiApp->installNativeEventFilter(this);
+}
+
+X11PanelWindow::~X11PanelWindow()
+{
+    qGuiApp->removeNativeEventFilter(this);
+    resignKey();
+}
+
+void X11PanelWindow::setFrame(const ScreenRect& frame)
+{
+    m_window.setGeometry(flipped(frame.grown(-crumb)).toAlignedRect());
+    xcb_flush(m_connection);
+}
+
+void X11PanelWindow::orderFront()
+{
+    m_window.show();
+    m_window.raise();
+    // Qt sends requests with the next event it handles, which may be long in coming.
+    xcb_flush(m_connection);
+}
+
+void X11PanelWindow::orderOut()
+{
+    // The server would put the focus somewhere when its window goes.
+    resignKey();
+    m_window.hide();
+    xcb_flush(m_connection);
+}
+
+void X11PanelWindow::makeKey()
+{
+    if (m_isKey)
+        return;
+    m_keyboard = X11Keyboard(m_connection);
+    m_isKey = m_focus.take();
+}
+
+void X11PanelWindow::resignKey()
+{
+    if (!m_isKey)
+        return;
+    m_isKey = false;
+    m_focus.giveBack();
+}
+
+void X11PanelWindow::setOutline(const QPainterPath& outline)
+{
+    m_outline = outline;
+    shapeToOutline();
+}
+
+void X11PanelWindow::shapeToOutline()
+{
+    if (m_outline)
+        m_shape.setRows(coveredRows(*m_outline, m_window.devicePixelRatio()));
+}
+
+bool X11PanelWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    const auto isKeyEvent = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (watched != &m_window || !m_isKey || !isKeyEvent)
+        return PanelWindow::eventFilter(watched, event);
+    auto& key = static_cast<QKeyEvent&>(*event);
+    if (event->type() == QEvent::KeyPress && isTakenByControl(key))
+        return true;
+    if (event->type() == QEvent::KeyPress)
+        Q_EMIT keyPressed(translated(key));
+    else if (!key.isAutoRepeat())
+        Q_EMIT keyReleased(translated(key));
+    return true;
+}
+
+bool X11PanelWindow::isTakenByControl(QKeyEvent& event) const
+{
+    auto* const control = m_window.activeFocusItem();
+    if (!control)
+        return false;
+    event.accept();
+    QCoreApplication::sendEvent(control, &event);
+    return event.isAccepted();
+}
+
+KeyEvent X11PanelWindow::translated(const QKeyEvent& event) const
+{
+    KeyModifiers modifiers;
+    // People here press Control for what the program calls Command, and its hot key has Super.
+    modifiers.setFlag(
+        KeyModifier::Command, (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0);
+    modifiers.setFlag(KeyModifier::Shift, event.modifiers().testFlag(Qt::ShiftModifier));
+    modifiers.setFlag(KeyModifier::Option, event.modifiers().testFlag(Qt::AltModifier));
+    return { m_keyboard.keyAt(event.nativeScanCode()), modifiers, event.isAutoRepeat() };
+}
+
+bool X11PanelWindow::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/)
+{
+    if (!m_isKey || type != "xcb_generic_event_t")
+        return false;
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    if ((event->response_type & 0x7f) != XCB_FOCUS_OUT)
+        return false;
+    const auto* focusOut = reinterpret_cast<const xcb_focus_out_event_t*>(event);
+    // A grabbed keyboard, such as by the hot key, is no change of the focus. Anything else may be an old
+    // story from before the focus was taken again, so the server has the last word.
+    const auto isGrab = focusOut->mode == XCB_NOTIFY_MODE_GRAB || focusOut->mode == XCB_NOTIFY_MODE_UNGRAB;
+    if (focusOut->event != m_id || isGrab || m_focus.isOurs())
+        return false;
+    m_isKey = false;
+    Q_EMIT resignedKey();
+    return false;
+}
+
+} // namespace nimbarrow

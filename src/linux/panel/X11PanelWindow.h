@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/PanelWindow.h"
+#include "linux/panel/X11KeyFocus.h"
+#include "linux/keys/X11Keyboard.h"
+#include "linux/panel/X11Raiser.h"
+#include "linux/panel/X11WindowShape.h"
+
+#include <QAbstractNativeEventFilter>
+
+#include <optional>
+
+class QKeyEvent;
+class QQuickWindow;
+
+namespace nimbarrow {
+
+/// A panel that the window manager is not asked about: it is nobody's to place, to focus or to hide.
+class X11PanelWindow final : public PanelWindow, private QAbstractNativeEventFilter {
+    Q_OBJECT
+
+public:
+    /// `window` was never shown, and must outlive the panel. The program must run on Qt's xcb platform.
+    explicit X11PanelWindow(QQuickWindow& window);
+    ~X11PanelWindow() override;
+
+    void setFrame(const ScreenRect& frame) override;
+    void orderFront() override;
+    void orderOut() override;
+    void makeKey() override;
+    void resignKey() override;
+    [[nodiscard]] bool isKey() const override { return m_isKey; }
+    void setOutline(const QPainterPath& outline) override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+    /// The control that the Tab key has reached comes before everybody else.
+    [[nodiscard]] bool isTakenByControl(QKeyEvent& event) const;
+    [[nodiscard]] KeyEvent translated(const QKeyEvent& event) const;
+    void shapeToOutline();
+
+    QQuickWindow& m_window;
+    xcb_connection_t* m_connection;
+    xcb_window_t m_id;
+    X11WindowShape m_shape;
+    X11Raiser m_raiser;
+    X11KeyFocus m_focus;
+    X11Keyboard m_keyboard;
+    std::optional<QPainterPath> m_outline;
+    bool m_isKey = false;
+};
+
+} // namespace nimbarrow

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "linux/pasteboard/X11PasteboardOwner.h"
+#include "linux/pasteboard/X11PasteboardReading.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <list>
+#include <mutex>
+#include <thread>
+
+namespace nimbarrow {
+
+/// Talks to the X server and, through it, to the programs that copy and paste, away from the main thread.
+class X11PasteboardThread {
+public:
+    /// What another program put on the selection.
+    struct Change {
+        /// How many of the program's own writes came before it.
+        int writesBefore = 0;
+        quint64 sequence = 0;
+        /// False when the selection only lost its owner.
+        bool owned = true;
+        PasteboardSnapshot content;
+    };
+
+    struct Write {
+        QHash<QByteArray, QByteArray> content;
+        std::function<QByteArray()> png;
+    };
+
+    /// `report` is called on the thread.
+    X11PasteboardThread(
+        const QByteArray& display, const X11PasteboardLimits& limits, std::function<void(Change)> report);
+    ~X11PasteboardThread();
+    Q_DISABLE_COPY_MOVE(X11PasteboardThread)
+
+    [[nodiscard]] bool works() const { return m_works; }
+
+    /// Called on any thread but its own. Returns when whoever pastes from now on gets this; when the X server
+    /// is too busy for that, after a quarter of a second.
+    void write(Write write);
+
+private:
+    struct Entry {
+        int writesBefore;
+        quint64 sequence;
+        X11PasteboardReading reading;
+    };
+
+    void run();
+    void runWrites();
+    void claim(const std::deque<Write>& writes);
+    void addImage(const Write& write);
+    void handle(const xcb_generic_event_t& event);
+    void ownerChanged(xcb_window_t owner, xcb_timestamp_t time, uint32_t sequence);
+    void reportResults();
+    void expire();
+    void sleep();
+    void wake() const;
+
+    X11PasteboardConnection m_connection;
+    X11PasteboardLimits m_limits;
+    std::function<void(Change)> m_report;
+    xcb_atom_t m_selection = XCB_ATOM_NONE;
+    int m_wakeup = -1;
+    std::atomic_bool m_works = false;
+    std::atomic_bool m_stop = false;
+
+    std::mutex m_mutex;
+    std::condition_variable m_claimed;
+    std::deque<Write> m_writes;
+    int m_writesGiven = 0;
+    int m_writesClaimed = 0;
+    bool m_drawing = false;
+
+    std::unique_ptr<X11PasteboardOwner> m_owner;
+    std::list<Entry> m_readings;
+    int m_claims = 0;
+    int m_claimsSeen = 0;
+    quint64 m_sequence = 0;
+
+    std::thread m_thread;
+};
+
+} // namespace nimbarrow

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "linux/power/InhibitionService.h"
+
+#include <QObject>
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace nimbarrow {
+
+/// At most one inhibition, from the first of some services that grants it, for as long as somebody holds it.
+///
+/// A service that restarts is asked again. Only the service that granted it is waited for: another one would
+/// make two of it once the first is back.
+class BusInhibition final : public QObject {
+    Q_OBJECT
+
+public:
+    /// The services in the order in which they are asked.
+    explicit BusInhibition(std::vector<InhibitionService> services);
+    ~BusInhibition() override;
+
+    /// Asks in the background if nobody held it before. The first reason stays.
+    void hold(const QString& reason);
+    /// Takes effect when the main loop turns, so that the next one to hold it can take it over.
+    void letGo();
+
+Q_SIGNALS:
+    /// No service grants it. Whoever holds it may let go now.
+    void refused();
+
+private Q_SLOTS:
+    void followService(const QString& name, const QString& oldOwner, const QString& newOwner);
+
+private:
+    void ask(std::size_t service);
+    void take(std::size_t service, const QDBusMessage& answer);
+    void refuse(std::size_t service);
+    void settle();
+
+    std::vector<InhibitionService> m_services;
+    QString m_reason;
+    int m_holders = 0;
+
+    /// The service whose answer is on its way.
+    std::optional<std::size_t> m_asked;
+    /// Its owner, when that changed since it was asked; empty when it is gone.
+    std::optional<QString> m_newOwner;
+
+    /// Stays while the service that gave it is away.
+    std::unique_ptr<InhibitionService::Grant> m_grant;
+    std::size_t m_grantor = 0;
+};
+
+} // namespace nimbarrow

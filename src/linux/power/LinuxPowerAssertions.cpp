@@ -1,0 +1,172 @@
+#include "linux/power/LinuxPowerAssertions.h"
+
+#include "linux/power/BusInhibition.h"
+
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QPointer>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+const QString program = u"Nimbarrow"_s;
+
+const QString screenSaver = u"org.freedesktop.ScreenSaver"_s;
+const QString portal = u"org.freedesktop.portal.Desktop"_s;
+const QString loginManager = u"org.freedesktop.login1"_s;
+
+/// Given back by a call that nobody waits for.
+class CallGrant final : public InhibitionService::Grant {
+public:
+    CallGrant(QDBusConnection bus, const QDBusMessage& call)
+        : m_bus(std::move(bus))
+        , m_call(call)
+    {
+        // A service that has ended has forgotten it.
+        m_call.setAutoStartService(false);
+    }
+
+    void release() override { m_bus.send(m_call); }
+
+private:
+    QDBusConnection m_bus;
+    QDBusMessage m_call;
+};
+
+/// In force until the last copy of the descriptor is closed.
+class DescriptorGrant final : public InhibitionService::Grant {
+public:
+    explicit DescriptorGrant(const QDBusUnixFileDescriptor& descriptor)
+        : m_descriptor(descriptor)
+    {
+    }
+
+private:
+    QDBusUnixFileDescriptor m_descriptor;
+};
+
+std::unique_ptr<InhibitionService::Grant> callGrant(
+    const QDBusConnection& bus, QDBusMessage call, const QVariantList& arguments = {})
+{
+    call.setArguments(arguments);
+    return std::make_unique<CallGrant>(bus, call);
+}
+
+InhibitionService screenSaverOf(const QDBusConnection& bus)
+{
+    const auto call = [](const QString& method) {
+        return QDBusMessage::createMethodCall(
+            screenSaver, u"/org/freedesktop/ScreenSaver"_s, screenSaver, method);
+    };
+    return { .bus = bus,
+        .name = screenSaver,
+        .question =
+            [call](const QString& reason) {
+                auto question = call(u"Inhibit"_s);
+                question << program << reason;
+                return question;
+            },
+        .take = [bus, call](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
+            const auto cookie = answer.arguments().value(0);
+            if (cookie.metaType() != QMetaType::fromType<uint>())
+                return nullptr;
+            return callGrant(bus, call(u"UnInhibit"_s), { cookie });
+        } };
+}
+
+InhibitionService portalOf(const QDBusConnection& bus)
+{
+    constexpr uint idle = 8;
+    return { .bus = bus,
+        .name = portal,
+        .question =
+            [](const QString& reason) {
+                auto question = QDBusMessage::createMethodCall(portal, u"/org/freedesktop/portal/desktop"_s,
+                    u"org.freedesktop.portal.Inhibit"_s, u"Inhibit"_s);
+                question << QString() << idle << QVariantMap { { u"reason"_s, reason } };
+                return question;
+            },
+        .take = [bus](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
+            const auto request = answer.arguments().value(0).value<QDBusObjectPath>().path();
+            if (request.isEmpty())
+                return nullptr;
+            return callGrant(bus,
+                QDBusMessage::createMethodCall(
+                    portal, request, u"org.freedesktop.portal.Request"_s, u"Close"_s));
+        } };
+}
+
+InhibitionService loginManagerOf(const QDBusConnection& bus)
+{
+    return { .bus = bus,
+        .name = loginManager,
+        .question =
+            [](const QString& reason) {
+                auto question = QDBusMessage::createMethodCall(loginManager, u"/org/freedesktop/login1"_s,
+                    u"org.freedesktop.login1.Manager"_s, u"Inhibit"_s);
+                question << u"sleep:idle"_s << program << reason << u"block"_s;
+                return question;
+            },
+        .take = [](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
+            const auto descriptor = answer.arguments().value(0).value<QDBusUnixFileDescriptor>();
+            if (!descriptor.isValid())
+                return nullptr;
+            return std::make_unique<DescriptorGrant>(descriptor);
+        } };
+}
+
+class Share final : public QObject, public PowerAssertions::Assertion {
+public:
+    Share(BusInhibition& inhibition, const QString& name, std::function<void()> failed)
+        : m_inhibition(&inhibition)
+    {
+        // Dropping the assertion inside `failed` ends this object, so it runs from a copy.
+        connect(&inhibition, &BusInhibition::refused, this, [failed = std::move(failed)] {
+            const auto call = failed;
+            call();
+        });
+        inhibition.hold(name);
+    }
+
+    ~Share() override
+    {
+        if (m_inhibition)
+            m_inhibition->letGo();
+    }
+    Q_DISABLE_COPY_MOVE(Share)
+
+private:
+    QPointer<BusInhibition> m_inhibition;
+};
+
+std::unique_ptr<BusInhibition> oneOf(std::vector<InhibitionService> services)
+{
+    return std::make_unique<BusInhibition>(std::move(services));
+}
+
+} // namespace
+
+LinuxPowerAssertions::LinuxPowerAssertions(
+    const std::optional<QDBusConnection>& session, const std::optional<QDBusConnection>& system)
+{
+    if (session)
+        m_displaySleep = oneOf({ screenSaverOf(*session), portalOf(*session) });
+    if (system)
+        m_systemSleep = oneOf({ loginManagerOf(*system) });
+}
+
+LinuxPowerAssertions::~LinuxPowerAssertions() = default;
+
+std::unique_ptr<PowerAssertions::Assertion> LinuxPowerAssertions::create(
+    Type type, const QString& name, std::function<void()> failed)
+{
+    const auto& inhibition = type == Type::PreventUserIdleDisplaySleep ? m_displaySleep : m_systemSleep;
+    if (!inhibition)
+        return nullptr;
+    return std::make_unique<Share>(*inhibition, name, std::move(failed));
+}
+
+} // namespace nimbarrow

@@ -1,0 +1,107 @@
+#include "linux/screenshots/ScreenshotSettings.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QUrl>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow::screenshotsettings {
+
+namespace {
+
+// Milliseconds. Its first question may start the desktop's own settings service.
+constexpr int toolPatience = 3000;
+
+/// Each release of the tool has had another name for it; the newest first.
+struct SpectacleKey {
+    QByteArrayView group;
+    QByteArrayView key;
+};
+constexpr std::array spectacleKeys {
+    SpectacleKey { "ImageSave", "imageSaveLocation" },
+    SpectacleKey { "Save", "defaultSaveLocation" },
+    SpectacleKey { "General", "screenshotLocation" },
+};
+
+/// Tools keep a folder as a path or as a link.
+QString path(const QString& value)
+{
+    return value.startsWith("file:"_L1) ? QUrl(value).toLocalFile() : value;
+}
+
+/// KDE's files have "\s" for a space.
+QString unescaped(QByteArrayView value, bool marksSpaces)
+{
+    QByteArray result;
+    for (qsizetype place = 0; place < value.size(); ++place) {
+        if (value[place] == '\\' && place + 1 < value.size())
+            result += value[++place] == 's' && marksSpaces ? ' ' : value[place];
+        else
+            result += value[place];
+    }
+    return QString::fromUtf8(result);
+}
+
+/// What `gsettings` prints for a text: in quotes of either kind, with marks before what has to be marked.
+QString textOf(const QByteArray& printed)
+{
+    const auto value = printed.trimmed();
+    if (value.size() < 2 || value.front() != value.back() || (value.front() != '\'' && value.front() != '"'))
+        return {};
+    return unescaped(QByteArrayView(value).sliced(1).chopped(1), false);
+}
+
+} // namespace
+
+QString gnome()
+{
+    QProcess tool;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    // Elsewhere it prints question marks for what is not ASCII.
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    tool.setProcessEnvironment(environment);
+    tool.start(u"gsettings"_s, { u"get"_s, u"org.gnome.gnome-screenshot"_s, u"auto-save-directory"_s },
+        QIODevice::ReadOnly);
+    if (!tool.waitForFinished(toolPatience) || tool.exitStatus() != QProcess::NormalExit
+        || tool.exitCode() != 0)
+        return {};
+    return path(textOf(tool.readAllStandardOutput()));
+}
+
+QString spectacle(const QByteArray& configuration)
+{
+    std::array<QString, spectacleKeys.size()> values;
+    QByteArray group;
+    for (const auto lines = configuration.split('\n'); const auto& raw : lines) {
+        const auto line = raw.trimmed();
+        if (line.startsWith('[') && line.endsWith(']')) {
+            group = line.sliced(1).chopped(1);
+            continue;
+        }
+        const auto equals = line.indexOf('=');
+        if (equals < 0 || line.startsWith('#'))
+            continue;
+        // Behind the name there may stand what the value needs: "imageSaveLocation[$e]".
+        const auto name = line.left(equals).trimmed();
+        const auto option = name.indexOf('[');
+        const auto key = option < 0 ? name : name.left(option);
+        for (std::size_t index = 0; index < spectacleKeys.size(); ++index) {
+            if (group != spectacleKeys[index].group || key != spectacleKeys[index].key)
+                continue;
+            values[index] = unescaped(line.sliced(equals + 1).trimmed(), true);
+            if (option >= 0 && name.sliced(option).contains('e'))
+                values[index].replace("${HOME}"_L1, QDir::homePath()).replace("$HOME"_L1, QDir::homePath());
+        }
+    }
+    for (const auto& value : values) {
+        if (!value.isEmpty())
+            return path(value);
+    }
+    return {};
+}
+
+} // namespace nimbarrow::screenshotsettings

@@ -1,0 +1,285 @@
+#include "images/ThumbnailLoader.h"
+
+#include "images/ImageCodec.h"
+#include "clipboard/ThumbnailFile.h"
+#include "images/TiffStrips.h"
+#include "style/Picture.h"
+#include "support/ManualQueues.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+namespace {
+
+QByteArray encoded(
+    const QImage& image, const QByteArray& format, QImageIOHandler::Transformations turned = {})
+{
+    QByteArray data;
+    QBuffer buffer(&data);
+    buffer.open(QBuffer::WriteOnly);
+    QImageWriter writer(&buffer, format);
+    writer.setTransformation(turned);
+    writer.write(image);
+    return data;
+}
+
+QByteArray encoded(QSize size, const QByteArray& format, QImageIOHandler::Transformations turned = {})
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return encoded(image, format, turned);
+}
+
+QImage smallPicture(QByteArray data, int maxPixel)
+{
+    QBuffer buffer(&data);
+    buffer.open(QBuffer::ReadOnly);
+    return imagecodec::thumbnail(buffer, maxPixel);
+}
+
+long peakMemory() // MB
+{
+    rusage usage {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
+}
+
+QByteArray pngClaiming(quint32 width, quint32 height)
+{
+    auto png = encoded({ 1, 1 }, "png");
+    qToBigEndian(width, png.data() + 16);
+    qToBigEndian(height, png.data() + 20);
+    return png;
+}
+
+QByteArray bmpClaiming(qint32 width, qint32 height)
+{
+    auto bmp = encoded({ 1, 1 }, "bmp");
+    qToLittleEndian(width, bmp.data() + 18);
+    qToLittleEndian(height, bmp.data() + 22);
+    return bmp;
+}
+
+} // namespace
+
+/// Pictures from bytes to the screen.
+class ThumbnailLoaderTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_disk.isValid()); }
+
+    void thumbnailFitsAndIsNeverEnlarged_data()
+    {
+        QTest::addColumn<QByteArray>("image");
+        QTest::addColumn<int>("maxPixel");
+        QTest::addColumn<QSize>("size");
+        const auto large = encoded({ 4000, 3000 }, "png");
+        const auto turned = QImageIOHandler::TransformationRotate90;
+        QTest::newRow("small") << large << 200 << QSize(200, 150);
+        QTest::newRow("preview") << large << 1600 << QSize(1600, 1200);
+        QTest::newRow("smaller already") << encoded({ 30, 20 }, "bmp") << 200 << QSize(30, 20);
+        QTest::newRow("sideways") << encoded({ 400, 300 }, "jpeg", turned) << 200 << QSize(150, 200);
+        QTest::newRow("a thread") << encoded({ 4000, 2 }, "png") << 200 << QSize(200, 1);
+        QTest::newRow("webp") << encoded({ 100, 300 }, "webp") << 200 << QSize(67, 200);
+        QTest::newRow("no pixels asked for") << large << 0 << QSize(0, 0);
+        // With the checksum of such a header, or the reader would not even believe it.
+        auto huge = pngClaiming(30'000, 30'000);
+        qToBigEndian(0xe9456fedU, huge.data() + 29);
+        QTest::newRow("claims too much") << huge << 200 << QSize(0, 0);
+        QTest::newRow("drawing") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg'/>") << 200
+                                 << QSize(0, 0);
+        QTest::newRow("nothing") << QByteArray() << 200 << QSize(0, 0);
+    }
+    void thumbnailFitsAndIsNeverEnlarged()
+    {
+        QFETCH(QByteArray, image);
+        QFETCH(int, maxPixel);
+        QTEST(smallPicture(image, maxPixel).size(), "size");
+    }
+
+    void aTiffIsMadeSmallerWithoutChangingItsLook_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QImage::Format>("format");
+        QTest::addColumn<bool>("turned");
+        QTest::addColumn<bool>("inStrips");
+        QTest::newRow("in whole steps") << QSize(1000, 700) << QImage::Format_RGB32 << false << true;
+        QTest::newRow("with a rest") << QSize(1599, 1003) << QImage::Format_RGB888 << false << true;
+        QTest::newRow("a little larger") << QSize(150, 90) << QImage::Format_RGB32 << false << true;
+        QTest::newRow("transparent") << QSize(1000, 700) << QImage::Format_ARGB32 << false << false;
+        QTest::newRow("grey") << QSize(700, 1000) << QImage::Format_Grayscale8 << false << true;
+        QTest::newRow("turned") << QSize(1000, 700) << QImage::Format_RGB32 << true << false;
+    }
+    void aTiffIsMadeSmallerWithoutChangingItsLook()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QImage::Format, format);
+        QFETCH(bool, turned);
+        QLinearGradient colors({}, QPointF(size.width(), size.height()));
+        colors.setColorAt(0, Qt::red);
+        colors.setColorAt(0.6, QColor(20, 200, 90, 128));
+        colors.setColorAt(1, Qt::blue);
+        QImage painted(size, QImage::Format_ARGB32);
+        painted.fill(Qt::transparent);
+        QPainter(&painted).fillRect(painted.rect(), colors);
+        const auto picture = painted.convertToFormat(format);
+        const auto turn
+            = turned ? QImageIOHandler::TransformationRotate180 : QImageIOHandler::TransformationNone;
+        auto tiff = encoded(picture, "tiff", turn);
+        QBuffer strips(&tiff);
+        strips.open(QBuffer::ReadOnly);
+        QTEST(!tiffstrips::reduced(strips, size, 3).isNull(), "inStrips");
+        QVERIFY(tiffstrips::reduced(strips, size.transposed(), 3).isNull());
+        const auto thumbnail = smallPicture(tiff, 100);
+        // The way over a PNG is another one.
+        const auto expected
+            = smallPicture(encoded(turned ? picture.mirrored(true, true) : picture, "png"), 100);
+        QCOMPARE(thumbnail.size(), expected.size());
+        QCOMPARE(thumbnail.hasAlphaChannel(), expected.hasAlphaChannel());
+        for (const auto& place :
+            { QPoint(1, 1), QPoint(40, 30), QPoint(55, 50), QPoint(60, 2), QPoint(2, 55) }) {
+            const auto is = thumbnail.pixelColor(place);
+            const auto wanted = expected.pixelColor(place);
+            const auto far = [](int one, int other) { return std::abs(one - other) > 8; };
+            QVERIFY2(!far(is.red(), wanted.red()) && !far(is.green(), wanted.green())
+                    && !far(is.blue(), wanted.blue()) && !far(is.alpha(), wanted.alpha()),
+                qPrintable(u"%1 instead of %2"_s.arg(is.name(), wanted.name())));
+        }
+    }
+
+    void noMemoryIsTakenForWhatAPictureOnlySaysItHas()
+    {
+        auto png = encoded({ 7, 5 }, "png");
+        png.insert(png.size() - 12, "\x38\x58\0\x25tEXt\0"_ba);
+        const auto before = peakMemory();
+        QVERIFY(smallPicture(png, 200).isNull());
+        QVERIFY2(peakMemory() - before < 100, qPrintable(QString::number(peakMemory() - before)));
+    }
+
+    void bytesBecomePng()
+    {
+        const QByteArray stub = "\x89PNG and what not";
+        QCOMPARE(imagecodec::pngData(stub), stub);
+        const auto png = imagecodec::pngData(encoded({ 40, 30 }, "tiff"));
+        QCOMPARE(QImage::fromData(png.value(), "png").size(), QSize(40, 30));
+        QCOMPARE(imagecodec::pngData(pngClaiming(10'000, 10'000)), pngClaiming(10'000, 10'000));
+        QCOMPARE(imagecodec::pngData(pngClaiming(10'000, 10'001)), std::nullopt);
+        QCOMPARE(imagecodec::pngData(pngClaiming(0xffffffff, 0xffffffff)), std::nullopt);
+        QCOMPARE(imagecodec::pngData(bmpClaiming(30'000, 30'000)), std::nullopt);
+        QCOMPARE(imagecodec::pngData(QByteArray(5000, '\0')), std::nullopt);
+        QCOMPARE(imagecodec::pngData(encoded({ 40, 30 }, "jpeg").first(100)), std::nullopt);
+    }
+
+    void oneLoadServesEverybodyWhoAsks()
+    {
+        ThumbnailLoader loader(m_queues);
+        const auto file = put(u"a.png"_s);
+        QList<QSize> sizes;
+        const auto note = [&sizes](const QImage& image) { sizes << image.size(); };
+        auto gone = std::make_unique<QObject>();
+        loader.image(file, 200, this, note);
+        loader.image(file, 200, gone.get(), [&sizes](const QImage&) { sizes << QSize(1, 1); });
+        loader.image(file, 200, this, note);
+        gone.reset();
+        QCOMPARE(m_queues.waiting(), 1);
+        m_queues.runAll();
+        QCOMPARE(sizes, QList<QSize>(2, QSize(200, 100)));
+        QVERIFY(QFile::remove(file.toLocalFile()));
+        loader.image(file, 200, this, note);
+        QCOMPARE(sizes.size(), 3);
+        loader.image(file, 120, this, note);
+        m_queues.runAll();
+        QCOMPARE(sizes.last(), QSize(0, 0));
+        put(u"a.png"_s);
+        loader.image(file, 120, this, note);
+        // Forgotten while it is being read: shown, but not kept.
+        loader.forget({ file });
+        m_queues.runAll();
+        QCOMPARE(sizes.last(), QSize(120, 60));
+        QVERIFY(loader.cached(file, 120).isNull());
+        QVERIFY(loader.cached(file, 200).isNull());
+    }
+
+    void cacheKeepsWithinBothLimits()
+    {
+        const auto name = [](int number) { return QString::number(number); };
+        ThumbnailCache cache;
+        const QImage small(10, 10, QImage::Format_RGB32);
+        for (auto number = 0; number < 300; ++number)
+            cache.insert(name(number), 200, small);
+        QVERIFY(!cache.find(name(0), 200).isNull());
+        cache.insert(name(300), 200, small);
+        QVERIFY(!cache.find(name(0), 200).isNull());
+        QVERIFY(cache.find(name(1), 200).isNull());
+        // Of these 26 have room, and the small ones are older.
+        const QImage large(1600, 1260, QImage::Format_RGB32);
+        for (auto number = 0; number < 27; ++number)
+            cache.insert(name(number), 1600, large);
+        QVERIFY(cache.find(name(0), 1600).isNull());
+        QVERIFY(!cache.find(name(1), 1600).isNull());
+        QVERIFY(cache.find(name(300), 200).isNull());
+        cache.insert(u"too large"_s, 9000, QImage(8000, 6600, QImage::Format_RGB32));
+        QVERIFY(!cache.find(name(1), 1600).isNull());
+    }
+
+    void aPictureShowsTheFileThatItIsGivenNow()
+    {
+        ThumbnailLoader loader(m_queues);
+        ThumbnailFile::setLoader(&loader);
+        ThumbnailFile file;
+        Picture item;
+        const auto follow = [&] { item.setProperty("image", file.property("image")); };
+        connect(&file, &ThumbnailFile::imageChanged, &item, follow);
+        item.setSize({ 40, 40 });
+        item.setRadius(8);
+        file.setSource(put(u"a.png"_s));
+        QCOMPARE(drawn(item).pixelColor(20, 20), QColor(Qt::black));
+        file.setSource(put(u"b.png"_s, { 20, 400 }));
+        m_queues.runAll();
+        QVERIFY(item.isLoaded());
+        auto image = drawn(item);
+        QCOMPARE(image.pixelColor(20, 20), QColor(Qt::red));
+        QCOMPARE(image.pixelColor(20, 0), QColor(Qt::red));
+        QCOMPARE(image.pixelColor(0, 0), QColor(Qt::black));
+        item.setFit(true);
+        image = drawn(item);
+        QCOMPARE(image.pixelColor(20, 20), QColor(Qt::red));
+        QCOMPARE(image.pixelColor(10, 20), QColor(Qt::black));
+        file.setSource({});
+        QVERIFY(!item.isLoaded());
+    }
+
+private:
+    QUrl put(const QString& name, QSize size = { 400, 200 })
+    {
+        QFile file(m_disk.filePath(name));
+        if (file.open(QFile::WriteOnly))
+            file.write(encoded(size, "png"));
+        return QUrl::fromLocalFile(file.fileName());
+    }
+
+    static QImage drawn(Picture& item)
+    {
+        QImage image(40, 40, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        item.paint(&painter);
+        return image;
+    }
+
+    QTemporaryDir m_disk;
+    ManualQueues m_queues;
+};
+
+QTEST_MAIN(ThumbnailLoaderTest)
+#include "ThumbnailLoaderTest.moc"

@@ -1,0 +1,238 @@
+#include "linux/applications/DesktopOpener.h"
+
+#include "linux/calendar/EventIdentifier.h"
+#include "support/PrivateBus.h"
+#include "support/TestFolder.h"
+
+#include <QDBusContext>
+#include <QDir>
+#include <QTest>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace nimbarrow;
+using namespace Qt::StringLiterals;
+
+/// A file manager that remembers what it was to show.
+class FileManager : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    QStringList shown;
+    bool fails = false;
+
+public Q_SLOTS:
+    void ShowItems(const QStringList& files, const QString& /*startupId*/) // NOLINT
+    {
+        if (fails)
+            sendErrorReply(QDBusError::Failed, u"no window"_s);
+        else
+            shown += files;
+    }
+};
+
+class DesktopOpenerTest : public QObject {
+    Q_OBJECT
+
+    PrivateBus m_bus;
+    std::unique_ptr<TestFolder> m_folder;
+    InheritedState m_state;
+
+    /// A program that writes down its name and what it was given.
+    void install(const QString& program)
+    {
+        m_folder->write("bin/"_L1 + program,
+            "#!/bin/sh\n{ echo \"${0##*/}\"; for a; do echo \"$a\"; done; } >'"
+                + m_folder->filePath(u"part"_s).toUtf8()
+                + "'\necho \"$(umask) $(ulimit -c) ${QT_QPA_PLATFORM-unset}\" >'"
+                + m_folder->filePath(u"state"_s).toUtf8() + "'\nmv '" + m_folder->filePath(u"part"_s).toUtf8()
+                + "' '" + m_folder->filePath(u"run"_s).toUtf8() + "'\n",
+            QFile::ExeOwner);
+    }
+
+    [[nodiscard]] QStringList contents(const QString& name) const
+    {
+        QFile file(m_folder->filePath(name));
+        return file.open(QIODevice::ReadOnly)
+            ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
+            : QStringList();
+    }
+
+    [[nodiscard]] QStringList started() const { return contents(u"run"_s); }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<TestFolder>();
+        QVERIFY(m_folder->isValid());
+        m_state.umask = 022;
+        m_state.coreSize = 1024;
+        auto& environment = m_state.environment;
+        environment.clear();
+        environment.insert(u"PATH"_s, m_folder->filePath(u"bin"_s) + ":/usr/bin:/bin"_L1);
+        environment.insert(u"HOME"_s, m_folder->path());
+        environment.insert(u"XDG_DATA_HOME"_s, m_folder->filePath(u"data"_s));
+        environment.insert(u"XDG_CONFIG_HOME"_s, m_folder->filePath(u"config"_s));
+        // Without one the tool takes the user for sitting at a terminal. Nobody connects to it.
+        environment.insert(u"DISPLAY"_s, u":320"_s);
+
+        install(u"handler"_s);
+        m_folder->write(u"data/applications/handler.desktop"_s,
+            "[Desktop Entry]\nType=Application\nName=Handler\nExec="
+                + m_folder->filePath(u"bin/handler"_s).toUtf8()
+                + " %u\nMimeType=x-scheme-handler/https;text/calendar;text/plain;inode/directory;\n");
+        m_folder->write(u"config/mimeapps.list"_s,
+            "[Default Applications]\nx-scheme-handler/https=handler.desktop\n"
+            "text/calendar=handler.desktop\ntext/plain=handler.desktop\ninode/directory=handler.desktop\n");
+    }
+
+    void cleanup()
+    {
+        QDBusConnection::disconnectFromBus(u"manager"_s);
+        QDBusConnection::disconnectFromBus(u"program"_s);
+    }
+
+    void linksGoToTheDefaultProgramOfTheSession_data()
+    {
+        QTest::addColumn<QString>("desktop");
+        QTest::newRow("a desktop") << u"GNOME"_s;
+        QTest::newRow("a bare window manager") << QString();
+    }
+
+    void linksGoToTheDefaultProgramOfTheSession()
+    {
+        QFETCH(QString, desktop);
+        m_state.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
+        qputenv("QT_QPA_PLATFORM", "xcb");
+        const auto own = ::umask(077);
+        rlimit core {};
+        ::getrlimit(RLIMIT_CORE, &core);
+        const rlimit none { 0, core.rlim_max };
+        ::setrlimit(RLIMIT_CORE, &none);
+        DesktopOpener opener(m_state, {});
+        opener.open(QUrl(u"https://example.org/a%20b?c=d&e=%22f%22#g"_s));
+        ::umask(own);
+        ::setrlimit(RLIMIT_CORE, &core);
+        const QStringList expected { u"handler"_s, u"https://example.org/a%20b?c=d&e=%22f%22#g"_s };
+        QTRY_COMPARE(started(), expected);
+        // Nothing of what this program has set for itself.
+        QCOMPARE(contents(u"state"_s),
+            QStringList { u"0022 %1 unset"_s.arg(std::min<rlim_t>(core.rlim_max, 1024) / 512) });
+    }
+
+    void theRightProgramIsStarted_data()
+    {
+        QTest::addColumn<QString>("desktop");
+        QTest::addColumn<QStringList>("installed");
+        QTest::addColumn<QString>("link");
+        QTest::addColumn<QStringList>("expected");
+
+        const EventIdentifier meeting { EventIdentifier::Kind::DataServer, u"system-calendar"_s,
+            u"40%/a@example.org"_s, u"20261121T090000"_s };
+        const auto linkTo = [](const EventIdentifier& event) {
+            return "ical://ekevent/"_L1
+                + QString::fromLatin1(QUrl::toPercentEncoding(event.text(), "/:@!$&'()*+,;="));
+        };
+        const auto both = QStringList { u"gnome-calendar"_s, u"evolution"_s };
+        QTest::newRow("GNOME Calendar") << QString() << both << linkTo(meeting)
+                                        << QStringList { u"gnome-calendar"_s, u"--uuid"_s,
+                                               u"system-calendar:40%/a@example.org:20261121T090000"_s };
+        QTest::newRow("Evolution") << QString() << QStringList { u"evolution"_s } << linkTo(meeting)
+                                   << QStringList { u"evolution"_s,
+                                          u"calendar:///?source-uid=system-calendar&comp-uid="
+                                          "40%25%2Fa%40example.org&comp-rid=20261121T090000"_s };
+        QTest::newRow("no calendar program")
+            << QString() << QStringList() << linkTo(meeting) << QStringList();
+        QTest::newRow("not an event of ours") << QString() << both << u"ical://ekevent/x:y:z"_s
+                                              << QStringList { u"xdg-open"_s, u"ical://ekevent/x:y:z"_s };
+
+        const auto privacy = u"x-apple.systempreferences:com.apple.preference.security?Privacy_"_s;
+        const auto all = QStringList { u"gnome-control-center"_s, u"systemsettings"_s };
+        QTest::newRow("calendars, GNOME") << u"ubuntu:GNOME"_s << all << privacy + u"Calendars"_s
+                                          << QStringList { u"gnome-control-center"_s, u"online-accounts"_s };
+        QTest::newRow("others, GNOME") << u"GNOME"_s << all << privacy + u"Accessibility"_s
+                                       << QStringList { u"gnome-control-center"_s, u"privacy"_s };
+        QTest::newRow("calendars, KDE") << u"KDE"_s << all << privacy + u"Calendars"_s
+                                        << QStringList { u"systemsettings"_s, u"kcm_kaccounts"_s };
+        QTest::newRow("not installed") << u"KDE"_s << QStringList { u"gnome-control-center"_s }
+                                       << privacy + u"Calendars"_s << QStringList();
+        QTest::newRow("no link") << QString() << QStringList() << u"--version"_s << QStringList();
+    }
+
+    void theRightProgramIsStarted()
+    {
+        QFETCH(QString, desktop);
+        QFETCH(QStringList, installed);
+        QFETCH(QString, link);
+        QFETCH(QStringList, expected);
+        m_state.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
+        // Nothing but what the row installs.
+        m_state.environment.insert(u"PATH"_s, m_folder->filePath(u"bin"_s));
+        m_folder->write(u"bin/mv"_s, "#!/bin/sh\nexec /bin/mv \"$@\"\n", QFile::ExeOwner);
+        for (const auto& name : installed)
+            install(name);
+        install(u"xdg-open"_s);
+
+        DesktopOpener opener(m_state, {});
+        opener.open(QUrl(link));
+        // Where nothing is to start, what does start behind it ends the wait.
+        if (expected.isEmpty()) {
+            opener.open(QUrl(u"https://example.org/"_s));
+            expected = QStringList { u"xdg-open"_s, u"https://example.org/"_s };
+        }
+        QTRY_COMPARE(started(), expected);
+    }
+
+    void anEventInAFileIsOpenedWithTheFile()
+    {
+        const auto path = m_folder->filePath(u"a b.ics"_s);
+        m_folder->write(u"a b.ics"_s, "BEGIN:VCALENDAR\r\nEND:VCALENDAR\r\n");
+        DesktopOpener opener(m_state, {});
+        const EventIdentifier event { EventIdentifier::Kind::File, path, u"x"_s, {} };
+        opener.open(QUrl("ical://ekevent/"_L1 + QString::fromLatin1(QUrl::toPercentEncoding(event.text()))));
+        QTRY_COMPARE(started().size(), 2);
+        QVERIFY2(started()[1].endsWith("/a%20b.ics"_L1) || started()[1] == path, qPrintable(started()[1]));
+    }
+
+    void aFileIsShownByTheFileManager_data()
+    {
+        QTest::addColumn<bool>("fails");
+        QTest::newRow("it shows it") << false;
+        QTest::newRow("it fails, the folder is opened") << true;
+    }
+
+    void aFileIsShownByTheFileManager()
+    {
+        QFETCH(bool, fails);
+        FileManager manager;
+        manager.fails = fails;
+        auto service = QDBusConnection::connectToBus(m_bus.address(), u"manager"_s);
+        QVERIFY(service.registerObject(
+            u"/org/freedesktop/FileManager1"_s, &manager, QDBusConnection::ExportAllSlots));
+        QVERIFY(service.registerService(u"org.freedesktop.FileManager1"_s));
+        m_folder->write(u"shots/one.txt"_s, "1");
+
+        DesktopOpener opener(m_state, QDBusConnection::connectToBus(m_bus.address(), u"program"_s));
+        const auto file = QUrl::fromLocalFile(m_folder->filePath(u"shots/one.txt"_s));
+        opener.reveal(file);
+        if (fails) {
+            QTRY_COMPARE(started().size(), 2);
+            QVERIFY(started()[1].endsWith("/shots"_L1));
+        } else {
+            QTRY_COMPARE(manager.shown, QStringList { file.toString() });
+        }
+    }
+
+    void withoutABusTheFolderIsOpened()
+    {
+        m_folder->write(u"shots/one.txt"_s, "1");
+        DesktopOpener(m_state, {}).reveal(QUrl::fromLocalFile(m_folder->filePath(u"shots/one.txt"_s)));
+        QTRY_COMPARE(started().size(), 2);
+        QVERIFY(started()[1].endsWith("/shots"_L1));
+    }
+};
+
+QTEST_GUILESS_MAIN(DesktopOpenerTest)
+#include "DesktopOpenerTest.moc"

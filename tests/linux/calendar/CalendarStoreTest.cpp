@@ -1,0 +1,401 @@
+#include "linux/calendar/server/EdsCalendarStore.h"
+#include "linux/calendar/folder/IcsFolderCalendarStore.h"
+#include "support/DataServer.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <future>
+
+using namespace nimbarrow;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Events = std::optional<QList<CalendarEvent>>;
+
+/// Asks on another thread while the main loop runs, as the program does.
+Events read(CalendarStore& store, QDate day)
+{
+    auto answer = std::async(std::launch::async,
+        [&store, day] { return store.events(day.startOfDay(), day.addDays(1).startOfDay()); });
+    while (answer.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+        QCoreApplication::processEvents();
+    return answer.get();
+}
+
+/// "Title 21T09:00-21T10:30", with the letters of what is special; sorted.
+QStringList described(const Events& events)
+{
+    if (!events)
+        return { u"no answer"_s };
+    QStringList lines;
+    for (const auto& event : *events) {
+        auto line
+            = event.title + event.start.toString(u" dd'T'HH:mm-"_s) + event.end.toString(u"dd'T'HH:mm"_s);
+        if (event.isAllDay)
+            line += " all-day"_L1;
+        if (event.hasRecurrenceRules)
+            line += " recurs"_L1;
+        if (event.isDetached)
+            line += " detached"_L1;
+        if (event.status == CalendarEvent::Status::Cancelled)
+            line += " cancelled"_L1;
+        for (const auto& attendee : event.attendees) {
+            if (attendee.isCurrentUser && attendee.participation == CalendarEvent::Participation::Declined)
+                line += " declined"_L1;
+            else if (attendee.isCurrentUser)
+                line += " invited"_L1;
+        }
+        lines += line;
+    }
+    lines.sort();
+    return lines;
+}
+
+} // namespace
+
+/// One contract for every calendar store; what is said about days holds wherever the calendars lie.
+class CalendarStoreTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<DataServer> m_server;
+    std::unique_ptr<CalendarStore> m_store;
+
+    [[nodiscard]] static bool isServer()
+    {
+        QFETCH_GLOBAL(bool, server);
+        return server;
+    }
+
+    [[nodiscard]] QString calendars() const { return m_folder.filePath(u"calendars"_s); }
+
+    static bool writeFile(const QString& path, const QByteArray& text)
+    {
+        QFile file(path);
+        return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
+            && file.write(text) >= 0;
+    }
+
+    /// As another program: at the server, or in the folder.
+    bool put(const QByteArray& components, bool second = false)
+    {
+        if (isServer())
+            return m_server->put(components, second ? u"second"_s : u"system-calendar"_s);
+        const auto path = calendars() + (second ? u"/Second"_s : u"/First"_s);
+        return writeFile(path + "/color"_L1, second ? "#ff0000\n" : "#00ff00\n")
+            && writeFile(
+                path + "/a.ics"_L1, "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" + components + "END:VCALENDAR\r\n");
+    }
+
+    static QByteArray event(const QByteArray& lines)
+    {
+        return "BEGIN:VEVENT\r\nUID:a@x\r\nDTSTAMP:20260101T000000Z\r\nSUMMARY:A\r\n" + lines
+            + "\r\nEND:VEVENT\r\n";
+    }
+
+private Q_SLOTS:
+    void initTestCase_data()
+    {
+        QTest::addColumn<bool>("server");
+        QTest::newRow("data server") << true;
+        QTest::newRow("folder") << false;
+    }
+
+    void initTestCase() { m_server = std::make_unique<DataServer>(m_folder.filePath(u"eds"_s)); }
+
+    void init()
+    {
+        if (isServer()) {
+            QVERIFY(m_server->clear());
+            m_store = std::make_unique<EdsCalendarStore>();
+        } else {
+            QDir(calendars()).removeRecursively();
+            QVERIFY(writeFile(calendars() + "/addresses"_L1, "Sam@Example.org\n"));
+            m_store = std::make_unique<IcsFolderCalendarStore>(calendars());
+        }
+    }
+
+    void cleanup() { m_store.reset(); }
+
+    void aDayHasWhatOverlapsIt_data()
+    {
+        QTest::addColumn<QByteArray>("components");
+        QTest::addColumn<QDate>("day");
+        QTest::addColumn<QStringList>("expected");
+        const QDate day(2026, 11, 21);
+        const auto row = [](const char* name, const QByteArray& components, QDate on,
+                             const QStringList& all) { QTest::newRow(name) << components << on << all; };
+        row("nothing", event("DTSTART:20261122T090000Z\r\nDTEND:20261122T093000Z"), day, {});
+        row("UTC", event("DTSTART:20261121T090000Z\r\nDTEND:20261121T093000Z"), day,
+            { u"A 21T10:00-21T10:30"_s });
+        row("another zone",
+            event("DTSTART;TZID=America/New_York:20261121T090000\r\nDTEND;TZID=America/"
+                  "New_York:20261121T100000"),
+            day, { u"A 21T15:00-21T16:00"_s });
+        row("floating", event("DTSTART:20261121T090000\r\nDTEND:20261121T100000"), day,
+            { u"A 21T09:00-21T10:00"_s });
+        row("duration", event("DTSTART:20261121T090000Z\r\nDURATION:PT1H30M"), day,
+            { u"A 21T10:00-21T11:30"_s });
+        row("over midnight", event("DTSTART:20261120T220000Z\r\nDTEND:20261121T010000Z"), day,
+            { u"A 20T23:00-21T02:00"_s });
+        row("until midnight", event("DTSTART:20261120T220000Z\r\nDTEND:20261120T230000Z"), day, {});
+        row("from midnight", event("DTSTART:20261121T230000Z\r\nDTEND:20261122T000000Z"), day, {});
+        row("no length", event("DTSTART:20261121T090000Z"), day, { u"A 21T10:00-21T10:00"_s });
+        row("all day", event("DTSTART;VALUE=DATE:20261121\r\nDTEND;VALUE=DATE:20261122"), day,
+            { u"A 21T00:00-22T00:00 all-day"_s });
+        row("all day, no end", event("DTSTART;VALUE=DATE:20261121"), day,
+            { u"A 21T00:00-22T00:00 all-day"_s });
+        row("all day, the day before", event("DTSTART;VALUE=DATE:20261120\r\nDTEND;VALUE=DATE:20261121"), day,
+            {});
+        row("all day, the day after", event("DTSTART;VALUE=DATE:20261122"), day, {});
+        row("several days", event("DTSTART;VALUE=DATE:20261120\r\nDTEND;VALUE=DATE:20261123"), day,
+            { u"A 20T00:00-23T00:00 all-day"_s });
+        row("all day of 23 hours", event("DTSTART;VALUE=DATE:20260329"), QDate(2026, 3, 29),
+            { u"A 29T00:00-30T00:00 all-day"_s });
+        row("late on a day of 25 hours", event("DTSTART:20261025T223000Z\r\nDTEND:20261025T224500Z"),
+            QDate(2026, 10, 25), { u"A 25T23:30-25T23:45"_s });
+        row("the hour that comes twice", event("DTSTART:20261025T013000Z\r\nDTEND:20261025T020000Z"),
+            QDate(2026, 10, 25), { u"A 25T02:30-25T03:00"_s });
+
+        const QByteArray daily = event("DTSTART;TZID=Europe/Berlin:20260301T090000\r\n"
+                                       "DTEND;TZID=Europe/Berlin:20260301T100000\r\nRRULE:FREQ=DAILY");
+        row("daily, before the clocks change", daily, QDate(2026, 3, 28),
+            { u"A 28T09:00-28T10:00 recurs"_s });
+        row("daily, when the clocks change", daily, QDate(2026, 3, 29), { u"A 29T09:00-29T10:00 recurs"_s });
+        row("daily, after the clocks changed", daily, QDate(2026, 10, 26),
+            { u"A 26T09:00-26T10:00 recurs"_s });
+        row("daily in another zone, whose clocks change later",
+            event("DTSTART;TZID=America/New_York:20260101T090000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY"),
+            QDate(2026, 10, 26), { u"A 26T14:00-26T15:00 recurs"_s });
+        row("every second Saturday",
+            event("DTSTART:20261107T090000Z\r\nDURATION:PT1H\r\n"
+                  "RRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=SA"),
+            day, { u"A 21T10:00-21T11:00 recurs"_s });
+        row("the other Saturday",
+            event("DTSTART:20261107T090000Z\r\nDURATION:PT1H\r\n"
+                  "RRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=SA"),
+            day.addDays(7), {});
+        row("until",
+            event("DTSTART:20261101T090000Z\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY;UNTIL=20261121T090000Z"),
+            day, { u"A 21T10:00-21T11:00 recurs"_s });
+        row("count over", event("DTSTART:20261101T090000Z\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY;COUNT=20"),
+            day, {});
+        row("birthday", event("DTSTART;VALUE=DATE:19801121\r\nRRULE:FREQ=YEARLY"), day,
+            { u"A 21T00:00-22T00:00 all-day recurs"_s });
+        row("left out",
+            event("DTSTART:20261101T090000Z\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY\r\n"
+                  "EXDATE:20261120T090000Z,20261121T090000Z"),
+            day, {});
+        row("added", event("DTSTART:20261101T090000Z\r\nDURATION:PT1H\r\nRDATE:20261121T120000Z"), day,
+            { u"A 21T13:00-21T14:00 recurs"_s });
+
+        const QByteArray weekly = event("DTSTART;TZID=Europe/Berlin:20261107T090000\r\n"
+                                        "DTEND;TZID=Europe/Berlin:20261107T100000\r\nRRULE:FREQ=WEEKLY")
+            + "BEGIN:VEVENT\r\nUID:a@x\r\nDTSTAMP:20260101T000000Z\r\nSUMMARY:Moved\r\n"
+              "RECURRENCE-ID;TZID=Europe/Berlin:20261121T090000\r\n"
+              "DTSTART;TZID=Europe/Berlin:20261122T140000\r\nDTEND;TZID=Europe/Berlin:20261122T150000\r\n"
+              "END:VEVENT\r\n";
+        row("weekly, as usual", weekly, day.addDays(-7), { u"A 14T09:00-14T10:00 recurs"_s });
+        row("weekly, moved away", weekly, day, {});
+        row("weekly, moved there", weekly, day.addDays(1), { u"Moved 22T14:00-22T15:00 detached"_s });
+        row("cancelled", event("DTSTART:20261121T090000Z\r\nDURATION:PT1H\r\nSTATUS:CANCELLED"), day,
+            { u"A 21T10:00-21T11:00 cancelled"_s });
+        const QByteArray others = "\r\nATTENDEE;PARTSTAT=ACCEPTED:mailto:ada@example.org\r\n";
+        row("declined",
+            event("DTSTART:20261121T090000Z\r\nDURATION:PT1H" + others
+                + "ATTENDEE;PARTSTAT=DECLINED:MAILTO:sam@example.org"),
+            day, { u"A 21T10:00-21T11:00 declined"_s });
+        row("invited",
+            event("DTSTART:20261121T090000Z\r\nDURATION:PT1H" + others
+                + "ATTENDEE;PARTSTAT=NEEDS-ACTION:mailto:sam@example.org"),
+            day, { u"A 21T10:00-21T11:00 invited"_s });
+        row("declined by another",
+            event("DTSTART:20261121T090000Z\r\nDURATION:PT1H\r\n"
+                  "ATTENDEE;PARTSTAT=DECLINED:mailto:ada@example.org"),
+            day, { u"A 21T10:00-21T11:00"_s });
+        row("a zone of its own",
+            "BEGIN:VTIMEZONE\r\nTZID:Ours\r\nBEGIN:STANDARD\r\nDTSTART:19701025T030000\r\n"
+            "TZOFFSETFROM:+0500\r\nTZOFFSETTO:+0400\r\nRRULE:FREQ=YEARLY;BYMONTH=10;BYDAY=-1SU\r\n"
+            "END:STANDARD\r\nBEGIN:DAYLIGHT\r\nDTSTART:19700329T020000\r\nTZOFFSETFROM:+0400\r\n"
+            "TZOFFSETTO:+0500\r\nRRULE:FREQ=YEARLY;BYMONTH=3;BYDAY=-1SU\r\nEND:DAYLIGHT\r\nEND:VTIMEZONE\r\n"
+                + event("DTSTART;TZID=Ours:20260601T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY"),
+            day, { u"A 21T09:00-21T10:00 recurs"_s });
+    }
+
+    void aDayHasWhatOverlapsIt()
+    {
+        QFETCH(QByteArray, components);
+        QFETCH(QDate, day);
+        QVERIFY(put(components));
+        QTEST(described(read(*m_store, day)), "expected");
+    }
+
+    void whatAnotherProgramPutsInIsTold()
+    {
+        const QDate day(2026, 11, 21);
+        QCOMPARE(described(read(*m_store, day)), QStringList());
+        const QSignalSpy changed(m_store.get(), &CalendarStore::changed);
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
+        QTRY_VERIFY(!changed.isEmpty());
+        QTRY_COMPARE(described(read(*m_store, day)), QStringList { u"A 21T10:00-21T11:00"_s });
+        const auto before = changed.size();
+        QVERIFY(put(event("SEQUENCE:1\r\nDTSTART:20261121T100000Z\r\nDURATION:PT1H")));
+        QTRY_VERIFY(changed.size() > before);
+        QTRY_COMPARE(described(read(*m_store, day)), QStringList { u"A 21T11:00-21T12:00"_s });
+    }
+
+    void allCalendarsAreReadAndHaveTheirColours()
+    {
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H\r\nLOCATION:Here\\, there\r\n"
+                          "URL:https://example.org/x\r\nDESCRIPTION:One\\nTwo")));
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H\r\nSTATUS:TENTATIVE"), true));
+        const auto events = read(*m_store, QDate(2026, 11, 21));
+        QCOMPARE(described(events), QStringList(2, u"A 21T10:00-21T11:00"_s));
+        const bool firstIsRed = events->at(0).color == QColor(Qt::red);
+        const auto& red = events->at(firstIsRed ? 0 : 1);
+        const auto& other = events->at(firstIsRed ? 1 : 0);
+        QCOMPARE(red.color, QColor(Qt::red));
+        QCOMPARE(red.status, CalendarEvent::Status::Tentative);
+        QVERIFY(other.color && *other.color != QColor(Qt::red));
+        QCOMPARE(other.location, u"Here, there"_s);
+        QCOMPARE(other.notes, u"One\nTwo"_s);
+        QCOMPARE(other.url, QUrl(u"https://example.org/x"_s));
+        QVERIFY(!red.identifier.isEmpty() && red.identifier != other.identifier);
+    }
+
+    void aNewEventIsInTheStoreForEveryProgram()
+    {
+        const QDateTime start(QDate(2026, 11, 21), QTime(14, 30));
+        CalendarStore::Created created;
+        bool done = false;
+        m_store->create(
+            u"Нова, подія"_s, start, start.addSecs(3600), [&](const CalendarStore::Created& answer) {
+                created = answer;
+                done = true;
+            });
+        QVERIFY(!done);
+        QTRY_VERIFY(done);
+        QVERIFY2(!created.error, qPrintable(created.errorDescription));
+        const auto events = read(*m_store, start.date());
+        QCOMPARE(described(events), QStringList { u"Нова, подія 21T14:30-21T15:30"_s });
+        QCOMPARE(events->first().identifier, created.identifier);
+        if (isServer()) {
+            QCOMPARE(m_server->list().size(), 1);
+            QVERIFY(m_server->list().first().endsWith(u" 20261121T143000 20261121T153000 Нова, подія"_s));
+        } else {
+            const auto folder = calendars() + "/Personal"_L1;
+            const auto files = QDir(folder).entryInfoList(QDir::Files | QDir::Hidden);
+            QCOMPARE(files.size(), 1);
+            const auto others = QFile::ReadGroup | QFile::ReadOther | QFile::ExeGroup | QFile::ExeOther;
+            QVERIFY(!(files.first().permissions() & others));
+            QVERIFY(!(QFileInfo(folder).permissions() & others));
+        }
+    }
+
+    void occurrencesOfASeriesAreToldApart()
+    {
+        QVERIFY(put(event("DTSTART:20261120T090000Z\r\nDURATION:PT1H\r\nRRULE:FREQ=HOURLY;INTERVAL=12")));
+        const auto events = read(*m_store, QDate(2026, 11, 21));
+        QCOMPARE(described(events),
+            (QStringList { u"A 21T10:00-21T11:00 recurs"_s, u"A 21T22:00-21T23:00 recurs"_s }));
+        QVERIFY(events->at(0).identifier != events->at(1).identifier);
+        QVERIFY(events->at(0).identifier.contains("20261121T"_L1));
+    }
+
+    void aServerThatHangsDoesNotAnswer()
+    {
+        if (!isServer())
+            return;
+        using namespace std::chrono_literals;
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
+        auto store = std::make_unique<EdsCalendarStore>(EdsCalendarStore::Patience { 300ms, 1000ms });
+        const QDate day(2026, 11, 21);
+        QCOMPARE(described(read(*store, day)).size(), 1);
+        const auto processes = m_server->processes();
+        QVERIFY(processes.size() >= 2);
+        const auto tell = [&processes](int signal) {
+            for (const auto process : processes)
+                ::kill(pid_t(process), signal);
+        };
+
+        tell(SIGSTOP);
+        QElapsedTimer time;
+        time.start();
+        QCOMPARE(described(read(*store, day)), QStringList { u"no answer"_s });
+        bool failed = false;
+        // On another day: the server may do it yet when it goes on.
+        store->create(u"New"_s, day.addYears(1).startOfDay(), day.addYears(1).startOfDay().addSecs(60),
+            [&](const CalendarStore::Created& answer) {
+                failed = answer.error == CalendarStore::CreateError::Failed;
+            });
+        QTRY_VERIFY(failed);
+        // One that was never connected.
+        {
+            EdsCalendarStore fresh({ 300ms, 1000ms });
+            QCOMPARE(described(read(fresh, day)), QStringList { u"no answer"_s });
+        }
+        // One that goes while somebody waits.
+        store = std::make_unique<EdsCalendarStore>(EdsCalendarStore::Patience { 60s, 60s });
+        auto waiting = std::async(std::launch::async,
+            [&store, day] { return store->events(day.startOfDay(), day.addDays(1).startOfDay()); });
+        QTest::qWait(100);
+        store->close();
+        QCOMPARE(described(waiting.get()), QStringList { u"no answer"_s });
+        store.reset();
+        // Far more than it takes, and far less than without bounds.
+        const auto took = time.elapsed();
+        tell(SIGCONT);
+        QVERIFY2(took < 20'000, qPrintable(QString::number(took)));
+        QTRY_COMPARE(described(read(*m_store, day)).size(), 1);
+    }
+
+    void aServerThatHasDiedIsStartedAgain()
+    {
+        if (!isServer())
+            return;
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
+        const QDate day(2026, 11, 21);
+        const QStringList expected { u"A 21T10:00-21T11:00"_s };
+        QCOMPARE(described(read(*m_store, day)), expected);
+        const QSignalSpy changed(m_store.get(), &CalendarStore::changed);
+        for (const auto process : m_server->processes())
+            ::kill(pid_t(process), SIGKILL);
+        QTRY_VERIFY(!changed.isEmpty());
+        // Meanwhile it may not answer. What it never says is that there is nothing.
+        QStringList now;
+        const auto isBack = [&] {
+            now = described(read(*m_store, day));
+            return now != QStringList { u"no answer"_s };
+        };
+        QTRY_VERIFY(isBack());
+        QCOMPARE(now, expected);
+    }
+
+    /// The last one, for there is no server behind it.
+    void aBusThatGoesTakesNobodyWithIt()
+    {
+        if (!isServer())
+            return;
+        const QDate day(2026, 11, 21);
+        QCOMPARE(described(read(*m_store, day)), QStringList());
+        m_server->endBus();
+        QTRY_COMPARE(described(read(*m_store, day)), QStringList { u"no answer"_s });
+    }
+};
+
+int main(int count, char** values)
+{
+    qputenv("TZ", "Europe/Berlin");
+    QCoreApplication app(count, values);
+    if (const int status = DataServer::runAsOther(QCoreApplication::arguments()); status >= 0)
+        return status;
+    CalendarStoreTest test;
+    return QTest::qExec(&test, count, values);
+}
+#include "CalendarStoreTest.moc"

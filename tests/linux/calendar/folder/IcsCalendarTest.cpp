@@ -1,0 +1,240 @@
+#include "linux/calendar/folder/IcsCalendar.h"
+
+#include "linux/calendar/folder/IcsFolder.h"
+#include "linux/calendar/folder/IcsRecurrence.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace nimbarrow;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+#ifdef __SANITIZE_ADDRESS__
+// What is freed stays in quarantine there, and everything has a fence.
+constexpr long mostMemory = 900; // MB
+#else
+constexpr long mostMemory = 200; // MB
+#endif
+
+long peakMemory() // MB
+{
+    rusage usage {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
+}
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+qsizetype eventsOfTheDay(QByteArrayView text)
+{
+    const QDate day(2026, 11, 21);
+    IcsCalendar calendar(day.startOfDay(), day.addDays(1).startOfDay(), {});
+    calendar.add(text, u"/any.ics"_s);
+    return calendar.events().size();
+}
+
+} // namespace
+
+class IcsCalendarTest : public QObject {
+    Q_OBJECT
+
+    static QList<QByteArray> corpus()
+    {
+        QList<QByteArray> texts;
+        const QDir folder(QStringLiteral(NIMBARROW_ICS));
+        for (const auto& name : folder.entryList({ u"*.ics"_s }))
+            texts += contents(folder.filePath(name));
+        return texts;
+    }
+
+    static QStringList startsOf(const QByteArray& lines, QDate day)
+    {
+        IcsCalendar calendar(day.startOfDay(), day.addDays(1).startOfDay(), {});
+        calendar.add(
+            "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:a\r\n" + lines + "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n",
+            {});
+        QStringList starts;
+        for (const auto& event : calendar.events())
+            starts += event.start.toString(u"HH:mm"_s);
+        return starts;
+    }
+
+private Q_SLOTS:
+    /// Another implementation of the same rules is asked what they mean.
+    void rulesMeanWhatTheyMeanElsewhere_data()
+    {
+        QTest::addColumn<QByteArray>("start");
+        QTest::addColumn<QByteArray>("rule");
+        const auto row = [](const char* start, const char* rule) {
+            QTest::addRow("%s %s", start, rule) << QByteArray(start) << QByteArray(rule);
+        };
+        row("20260105T090000", "FREQ=DAILY");
+        row("20260105T090000", "FREQ=DAILY;INTERVAL=3;BYMONTH=1,4");
+        row("20260105T090000", "FREQ=DAILY;BYDAY=MO,WE;BYHOUR=8,17;BYMINUTE=0,30;COUNT=31");
+        row("20260106T090000", "FREQ=WEEKLY;BYDAY=TU,TH");
+        row("20260111T090000", "FREQ=WEEKLY;INTERVAL=2;WKST=SU;BYDAY=SU,MO");
+        row("20260111T090000", "FREQ=WEEKLY;INTERVAL=2;WKST=MO;BYDAY=SU,MO");
+        row("20260131T090000", "FREQ=MONTHLY");
+        row("20260130", "FREQ=MONTHLY;BYMONTHDAY=-1,15");
+        row("20260102T090000", "FREQ=MONTHLY;BYDAY=1FR");
+        row("20260130T090000", "FREQ=MONTHLY;INTERVAL=2;BYDAY=-1FR,2MO");
+        row("20260113T090000", "FREQ=MONTHLY;BYDAY=FR;BYMONTHDAY=13");
+        row("20260130T090000", "FREQ=MONTHLY;BYDAY=MO,TU,WE,TH,FR;BYSETPOS=-1");
+        row("20260105T090000", "FREQ=MONTHLY;BYDAY=MO,TU,WE,TH,FR;BYSETPOS=3,-2;COUNT=17");
+        row("20240229", "FREQ=YEARLY");
+        row("20260329T020000", "FREQ=YEARLY;BYMONTH=3;BYDAY=-1SU");
+        row("20260105T090000", "FREQ=YEARLY;BYMONTH=1,6;BYMONTHDAY=5,20");
+        row("20260410T090000", "FREQ=YEARLY;INTERVAL=3;BYYEARDAY=1,100,-1");
+        row("20260519T090000", "FREQ=YEARLY;BYDAY=20TU");
+        row("20260511T090000", "FREQ=YEARLY;BYWEEKNO=20;BYDAY=MO");
+        row("20261105T090000", "FREQ=YEARLY;INTERVAL=4;BYMONTH=11;BYDAY=TU;BYMONTHDAY=2,3,4,5,6,7,8");
+        row("20260105T091500", "FREQ=HOURLY;INTERVAL=5;COUNT=40");
+        row("20260105T091500", "FREQ=HOURLY;BYDAY=MO,FR;BYHOUR=9,10,11");
+        row("20260105T091500", "FREQ=MINUTELY;INTERVAL=90");
+        row("20260105T091507", "FREQ=SECONDLY;INTERVAL=7;COUNT=40");
+    }
+
+    void rulesMeanWhatTheyMeanElsewhere()
+    {
+        QFETCH(QByteArray, start);
+        QFETCH(QByteArray, rule);
+        constexpr int most = 60;
+        const auto first = icaltime_from_string(start.constData());
+        const auto parsed = icalrecurrencetype_from_string(rule.constData());
+        QStringList expected;
+        auto* const iterator = icalrecur_iterator_new(parsed, first);
+        for (auto next = icalrecur_iterator_next(iterator);
+             !icaltime_is_null_time(next) && expected.size() < most; next = icalrecur_iterator_next(iterator))
+            expected += IcsTime::of(next, nullptr)->text();
+        icalrecur_iterator_free(iterator);
+        QVERIFY(expected.size() > 5);
+
+        const auto begin = *IcsTime::of(first, nullptr);
+        const auto collect = [&](WallTime from) {
+            QStringList found;
+            qint64 budget = 10'000'000;
+            IcsRecurrence(parsed, begin)
+                .visit(from, midnightOf(QDate(2300, 1, 1)), budget, [&](WallTime wall) {
+                    auto time = begin;
+                    time.wall = wall;
+                    if (found.size() < most)
+                        found += time.text();
+                });
+            return found;
+        };
+        QCOMPARE(collect(begin.wall), expected);
+        // From the middle of the series it is the same series.
+        auto middle = expected.at(expected.size() / 2);
+        const auto rest = collect(IcsTime::of(icaltime_from_string(middle.toLatin1()), nullptr)->wall);
+        QCOMPARE(rest.first(expected.size() - expected.size() / 2), expected.sliced(expected.size() / 2));
+    }
+
+    void zonesAreFoundByAnyOfTheirNames_data()
+    {
+        QTest::addColumn<QByteArray>("zone");
+        QTest::addColumn<QString>("start");
+        QTest::newRow("Olson") << QByteArray("America/New_York") << u"15:00"_s;
+        QTest::newRow("in a path") << QByteArray("/example.org/20200101/America/New_York") << u"15:00"_s;
+        QTest::newRow("three parts") << QByteArray("/x/America/Argentina/Buenos_Aires") << u"13:00"_s;
+        QTest::newRow("Windows") << QByteArray("Eastern Standard Time") << u"15:00"_s;
+        QTest::newRow("unknown: the user's") << QByteArray("Nowhere") << u"09:00"_s;
+        QTest::newRow("a file: the user's") << QByteArray("../../../dev/zero") << u"09:00"_s;
+    }
+
+    void zonesAreFoundByAnyOfTheirNames()
+    {
+        QFETCH(QByteArray, zone);
+        QFETCH(QString, start);
+        QCOMPARE(startsOf("DTSTART;TZID=\"" + zone + "\":20261121T090000", QDate(2026, 11, 21)),
+            QStringList { start });
+    }
+
+    void aTimeThatTheClocksLeaveOutStillHappens()
+    {
+        const QByteArray daily = "DTSTART;TZID=Europe/Berlin:20260301T023000\r\nRRULE:FREQ=DAILY";
+        QCOMPARE(startsOf(daily, QDate(2026, 3, 28)), QStringList { u"02:30"_s });
+        QCOMPARE(startsOf(daily, QDate(2026, 3, 29)), QStringList { u"03:30"_s });
+        QCOMPARE(startsOf(daily, QDate(2026, 10, 25)), QStringList { u"02:30"_s });
+    }
+
+    void coloursAreReadAsCalendarsWriteThem()
+    {
+        QCOMPARE(IcsCalendar::parseColor("#FF2968"), QColor(0xFF, 0x29, 0x68));
+        QCOMPARE(IcsCalendar::parseColor(" #FF2968AA\n"), QColor(0xFF, 0x29, 0x68));
+        QCOMPARE(IcsCalendar::parseColor("tomato"), QColor(0xFF, 0x63, 0x47));
+        QCOMPARE(IcsCalendar::parseColor("blurple"), std::nullopt);
+        QCOMPARE(IcsCalendar::parseColor(""), std::nullopt);
+    }
+
+    void hostileCalendarsCostLittle()
+    {
+        const auto texts = corpus();
+        QVERIFY(texts.size() >= 6);
+        // What is right in them is there.
+        QCOMPARE(eventsOfTheDay(contents(QStringLiteral(NIMBARROW_ICS "/meeting.ics"))), 1);
+        QCOMPARE(eventsOfTheDay(contents(QStringLiteral(NIMBARROW_ICS "/nested.ics"))), 2);
+        const auto before = peakMemory();
+        QElapsedTimer time;
+        time.start();
+        for (const auto& text : texts) {
+            eventsOfTheDay(text);
+            // Hundreds of times the same, each an event of its own.
+            auto many = text;
+            for (int i = 0; i < 8; ++i)
+                many += QByteArray(many).replace("UID:", "UID:" + QByteArray::number(i));
+            eventsOfTheDay(many);
+        }
+        eventsOfTheDay(QByteArray("BEGIN:VEVENT\r\n").repeated(500'000));
+        eventsOfTheDay(QByteArray("BEGIN:VALARM\r\n").repeated(500'000).prepend("BEGIN:VEVENT\r\n"));
+        eventsOfTheDay("BEGIN:VEVENT\r\nDTSTART:20261121T090000Z\r\nSUMMARY:" + QByteArray(8'000'000, 'x'));
+        eventsOfTheDay("BEGIN:VEVENT\r\nDTSTART:20261121T090000Z" + QByteArray("\r\n ;").repeated(2'000'000));
+        // Without the bounds a single one of these takes hours.
+        QVERIFY2(time.elapsed() < 40'000, qPrintable(QString::number(time.elapsed())));
+        QVERIFY2(peakMemory() - before < mostMemory, qPrintable(QString::number(peakMemory() - before)));
+    }
+
+    void aFolderIsReadAsFarAsItCanBe()
+    {
+        const QTemporaryDir folder;
+        const auto write = [&folder](const QString& name, const QByteArray& text) {
+            QFile file(folder.filePath(name));
+            return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+        };
+        const QByteArray good = "BEGIN:VEVENT\r\nUID:a\r\nDTSTART:20261121T090000Z\r\nEND:VEVENT\r\n";
+        QVERIFY(write(u"good.ics"_s, good));
+        QVERIFY(write(u"notes.txt"_s, good));
+        QVERIFY(write(u"huge.ics"_s, good));
+        QVERIFY(QFile::resize(folder.filePath(u"huge.ics"_s), 50 * 1024 * 1024));
+        QVERIFY(QFile::link(folder.path(), folder.filePath(u"circle"_s)));
+        QVERIFY(QFile::link(u"/dev/zero"_s, folder.filePath(u"zero.ics"_s)));
+        QCOMPARE(::mkfifo(qPrintable(folder.filePath(u"pipe.ics"_s)), 0600), 0);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"too large"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"too large"_s));
+        const auto events = IcsFolder(folder.path())
+                                .events(QDate(2026, 11, 21).startOfDay(), QDate(2026, 11, 22).startOfDay());
+        // Once by itself, and once more by the way round.
+        QVERIFY(events);
+        QCOMPARE(events->size(), 2);
+        QVERIFY(!IcsFolder(folder.filePath(u"good.ics"_s)).events({}, {}));
+    }
+};
+
+int main(int count, char** values)
+{
+    qputenv("TZ", "Europe/Berlin");
+    QCoreApplication app(count, values);
+    IcsCalendarTest test;
+    return QTest::qExec(&test, count, values);
+}
+#include "IcsCalendarTest.moc"

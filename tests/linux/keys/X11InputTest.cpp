@@ -1,0 +1,242 @@
+#include "linux/applications/DesktopEntries.h"
+#include "linux/applications/X11Applications.h"
+#include "linux/keys/X11HotKeys.h"
+#include "linux/keys/X11Keystrokes.h"
+#include "linux/display/X11Pointer.h"
+#include "linux/keys/X11Trust.h"
+#include "support/TestPanel.h"
+#include "support/X11Desktop.h"
+#include "support/X11Main.h"
+#include "support/XClient.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+namespace {
+
+// Key codes of the evdev keyboard, which the server has under every layout.
+enum Code {
+    Escape = 9,
+
+    Control = 37,
+
+    Shift = 50,
+    C = 54,
+    V = 55,
+    CapsLock = 66,
+    Super = 133
+};
+enum Mask { ShiftMask = 1, ControlMask = 4, SuperMask = 64 };
+
+} // namespace
+
+class X11InputTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keysGoByTheirPlace_data()
+    {
+        QTest::addColumn<QString>("layouts");
+        QTest::addColumn<int>("group");
+
+        QTest::newRow("us") << u"us"_s << 0;
+        QTest::newRow("ua") << u"us,ua"_s << 1;
+        QTest::newRow("fr") << u"fr"_s << 0;
+    }
+    void keysGoByTheirPlace()
+    {
+        setLayouts();
+        TestPanel panel;
+        panel->orderFront();
+        QList<KeyEvent> keys;
+        QList<KeyEvent> released;
+        connect(&panel.port(), &PanelWindow::keyPressed, this, [&keys](const KeyEvent& key) { keys << key; });
+        connect(&panel.port(), &PanelWindow::keyReleased, this,
+            [&released](const KeyEvent& key) { released << key; });
+        panel->makeKey();
+        QVERIFY(panel->isKey());
+        m_user->type({ CapsLock });
+        m_user->type({ Control, C });
+        m_user->type({ Super, Shift, V });
+        m_user->type({ CapsLock });
+        QTRY_COMPARE(released.size(), 7);
+        QCOMPARE(keys.size(), 7);
+        QCOMPARE(keys[2].key, Key::C);
+        QCOMPARE(keys[2].modifiers, KeyModifiers(KeyModifier::Command));
+        QCOMPARE(keys[5].key, Key::V);
+        QCOMPARE(keys[5].modifiers, KeyModifier::Command | KeyModifier::Shift);
+
+        keys.clear();
+        released.clear();
+        m_user->press(Escape);
+        QTRY_VERIFY(keys.size() > 3);
+        m_user->release(Escape);
+        QTRY_COMPARE(released.size(), 1);
+        QVERIFY(!keys[0].isRepeat && keys[1].isRepeat);
+        QCOMPARE(keys[1].key, Key::Escape);
+    }
+
+    void hotKeyFiresUnderEveryLayoutAndLock_data() { keysGoByTheirPlace_data(); }
+    void hotKeyFiresUnderEveryLayoutAndLock()
+    {
+        X11HotKeys hotKeys;
+        QList<HotKeyId> fired;
+        const auto handler = hotKeys.installHandler([&fired](HotKeyId id) { fired << id; });
+        const HotKeyId id { 7, 1 };
+        auto registered = hotKeys.registerKey(Key::V, KeyModifier::Command | KeyModifier::Shift, id);
+        // The layout changes after the grab.
+        setLayouts();
+        QTest::qWait(100);
+
+        m_user->type({ Super, Shift, V });
+        QTRY_COMPARE(fired, QList<HotKeyId>({ id }));
+        m_user->type({ CapsLock });
+        m_user->type({ Super, Shift, V });
+        QTRY_COMPARE(fired.size(), 2);
+        m_user->type({ CapsLock });
+        m_user->type({ Super, V });
+        m_user->type({ Shift, V });
+        m_user->press(Super);
+        m_user->press(Shift);
+        m_user->press(V);
+        QTRY_COMPARE(fired.size(), 3);
+        // Longer than the server waits before it repeats.
+        QTest::qWait(900);
+        QCOMPARE(fired.size(), 3);
+        m_user->release(V);
+        m_user->type({ V });
+        m_user->release(Shift);
+        m_user->release(Super);
+        QTRY_COMPARE(fired.size(), 4);
+
+        QVERIFY(!m_user->grab(V, SuperMask | ShiftMask));
+        registered.reset();
+        QTRY_VERIFY(m_user->grab(V, SuperMask | ShiftMask));
+        // Taken: nobody is told, nothing fires, and giving it up harms nobody.
+        registered = hotKeys.registerKey(Key::V, KeyModifier::Command | KeyModifier::Shift, id);
+        m_user->type({ Super, Shift, V });
+        QTest::qWait(50);
+        QCOMPARE(fired.size(), 4);
+    }
+
+    void pasteReachesTheProgramInFront_data()
+    {
+        QTest::addColumn<QString>("layouts");
+        QTest::addColumn<int>("group");
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("mask");
+
+        QTest::newRow("editor") << u"us"_s << 0 << QByteArray("Editor") << int(V) << int(ControlMask);
+        QTest::newRow("terminal") << u"us"_s << 0 << QByteArray("Term") << int(V)
+                                  << (ControlMask | ShiftMask);
+        QTest::newRow("unknown") << u"us"_s << 0 << QByteArray("Other") << int(V) << int(ControlMask);
+        QTest::newRow("ua") << u"us,ua"_s << 1 << QByteArray("Editor") << int(V) << int(ControlMask);
+        QTest::newRow("no v anywhere") << u"ua"_s << 0 << QByteArray("Editor") << int(V) << int(ControlMask);
+        // Dvorak's v is where a US layout has the full stop.
+        QTest::newRow("dvorak") << u"us(dvorak)"_s << 0 << QByteArray("Editor") << 60 << int(ControlMask);
+    }
+    void pasteReachesTheProgramInFront()
+    {
+        QVERIFY(m_desktop->start(u"openbox --sm-disable"_s));
+        setLayouts();
+        QFETCH(const QByteArray, program);
+        QFETCH(const int, code);
+        QFETCH(const int, mask);
+        XClient editor(program);
+        QVERIFY(m_desktop->bringUp(editor));
+        X11Applications applications(ourEntries());
+        X11Keystrokes keystrokes(applications);
+        QVERIFY(X11Trust().isTrusted());
+        m_user->press(Super);
+        m_user->press(Shift);
+        QTRY_VERIFY(m_user->isDown(Super) && m_user->isDown(Shift));
+        QTest::qWait(50);
+        editor.forgetKeys();
+
+        keystrokes.postPaste();
+        QTRY_VERIFY(editor.keys().contains(std::pair(-code, mask)));
+        QVERIFY(editor.keys().contains(std::pair(code, mask)));
+        QTRY_VERIFY(m_user->isDown(Super) && m_user->isDown(Shift) && !m_user->isDown(Control));
+        m_user->release(Shift);
+        m_user->release(Super);
+    }
+
+    void frontProgramIsNamedAndComesBack()
+    {
+        QVERIFY(m_desktop->start(u"openbox --sm-disable"_s));
+        X11Applications applications(ourEntries());
+        XClient editor("Editor");
+        QVERIFY(m_desktop->bringUp(editor));
+        const RunningApplication expected { u"Редактор"_s, u"org.example.editor"_s, editor.window() };
+        QCOMPARE(applications.frontmost(), std::optional(expected));
+        XClient other("SomeTool");
+        QVERIFY(m_desktop->bringUp(other));
+        QCOMPARE(applications.frontmost(),
+            std::optional(RunningApplication { u"SomeTool"_s, {}, other.window() }));
+        applications.activate(expected);
+        QTRY_VERIFY(editor.isActive());
+        other.destroy();
+        applications.activate({ {}, {}, other.window() });
+        QTRY_VERIFY(editor.isActive());
+    }
+
+    void pointerTellsPlaceAndButtons()
+    {
+        const X11Pointer pointer;
+        m_user->movePointer({ 300, 200 });
+        QTRY_COMPARE(pointer.location(), (ScreenPoint { 300, -200 }));
+        QVERIFY(!pointer.isAnyButtonDown());
+        m_user->button(true);
+        QTRY_VERIFY(pointer.isAnyButtonDown());
+        m_user->button(false);
+        QTRY_VERIFY(!pointer.isAnyButtonDown());
+    }
+
+    void init()
+    {
+        m_desktop = std::make_unique<X11Desktop>();
+        m_user = std::make_unique<XClient>("User");
+        QTRY_VERIFY(!m_user->isComposited());
+    }
+    void cleanup() { m_desktop.reset(); }
+
+private:
+    void setLayouts()
+    {
+        QFETCH(const QString, layouts);
+        QFETCH(const int, group);
+        const auto variant = layouts.section(u'(', 1).chopped(layouts.contains(u'(') ? 1 : 0);
+        QCOMPARE(QProcess::execute(
+                     u"setxkbmap"_s, { u"-layout"_s, layouts.section(u'(', 0, 0), u"-variant"_s, variant }),
+            0);
+        m_user->setGroup(group);
+    }
+
+    std::unique_ptr<DesktopEntries> ourEntries()
+    {
+        const auto write = [this](const QString& id, const QByteArray& more) {
+            QDir().mkpath(m_desktop->folder() + u"/applications"_s);
+            QFile file(m_desktop->folder() + u"/applications/"_s + id + u".desktop"_s);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("[Desktop Entry]\nType=Application\n" + more);
+        };
+        write(u"org.example.editor"_s, "Name=Editor\nName[uk]=Редактор\nCategories=Utility;\n");
+        write(u"term"_s, "Name=Terminal\nCategories=System;TerminalEmulator;\n");
+        return std::make_unique<DesktopEntries>(QStringList(m_desktop->folder()), u"uk_UA"_s);
+    }
+
+    std::unique_ptr<X11Desktop> m_desktop;
+    std::unique_ptr<XClient> m_user;
+};
+
+int main(int argc, char** argv)
+{
+    return runOnPrivateXServer<X11InputTest>(argc, argv);
+}
+
+#include "X11InputTest.moc"

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "linux/pasteboard/X11PasteboardConnection.h"
+
+#include <QList>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+#include <utility>
+
+namespace nimbarrow {
+
+/// Another program that copies, on a connection and a thread of its own, well- or ill-behaved.
+class ForeignOwner {
+public:
+    /// One that hurries on lists what it has and in the same breath copies the same as a secret.
+    enum class Manner { Polite, SilentOnTargets, SilentOnData, SilentAfterIncr, DiesInIncr, HurriesOn };
+    using Offer = QList<std::pair<QByteArray, QByteArray>>;
+
+    explicit ForeignOwner(const QByteArray& display);
+    ~ForeignOwner();
+    Q_DISABLE_COPY_MOVE(ForeignOwner)
+
+    /// Owns the selection from now on until destroyed. `incrPieces` of 1 MB each are sent where a target has
+    /// no bytes.
+    void copy(Offer offer, Manner manner = Manner::Polite, int incrPieces = 0);
+
+    /// Copies one text after the other on the same window, each as soon as the last one was asked for.
+    void copyEach(const QList<QByteArray>& texts);
+
+    /// What was asked for, without the lists of targets.
+    [[nodiscard]] int dataRequests() const { return m_dataRequests; }
+    [[nodiscard]] int piecesSent() const { return m_piecesSent; }
+
+    /// What the server refused, such as an answer to a window that is gone. It ends many a program.
+    [[nodiscard]] int errors() const { return m_errors; }
+
+private:
+    void claim();
+    void serveUntilAsked(int times);
+    void answer(const xcb_selection_request_event_t& request);
+    void sendPiece(xcb_window_t requestor, xcb_atom_t property);
+    void start(std::function<void()> work);
+
+    X11PasteboardConnection m_connection;
+    xcb_window_t m_window;
+    Offer m_offer;
+    Manner m_manner = Manner::Polite;
+    int m_incrPieces = 0;
+    xcb_atom_t m_incrTarget = XCB_ATOM_NONE;
+    std::atomic_int m_dataRequests = 0;
+    std::atomic_int m_piecesSent = 0;
+    std::atomic_int m_errors = 0;
+    std::atomic_bool m_stop = false;
+    std::thread m_thread;
+};
+
+} // namespace nimbarrow

@@ -1,0 +1,294 @@
+#include "linux/power/LinuxPowerAssertions.h"
+
+#include "keepawake/KeepAwake.h"
+#include "linux/power/FakeSleepServices.h"
+#include "linux/session/SessionBus.h"
+#include "support/ManualTime.h"
+#include "support/PrivateBus.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QTest>
+
+using namespace nimbarrow;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString ours = u"sleep:idle Nimbarrow: Nimbarrow keep awake, block"_s;
+
+/// A login manager's double from the distribution, in a process of its own.
+class LoginManager {
+public:
+    explicit LoginManager(const QString& address)
+        : m_bus(QDBusConnection::connectToBus(address, u"loginwatcher"_s))
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DBUS_SYSTEM_BUS_ADDRESS"_s, address);
+        m_process.setProcessEnvironment(environment);
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.setStandardOutputFile(QProcess::nullDevice());
+        // The distribution's interpreter: another one that comes first in the path lacks its packages.
+        m_process.start(
+            u"/usr/bin/python3"_s, { u"-m"_s, u"dbusmock"_s, u"--system"_s, u"--template"_s, u"logind"_s });
+        // It answers when its template is loaded.
+        if (!QTest::qWaitFor([this] { return !list().contains(u"down"_s); }, 20'000))
+            qFatal("The login manager's double does not start.");
+    }
+
+    ~LoginManager()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+        QDBusConnection::disconnectFromBus(m_bus.name());
+    }
+    Q_DISABLE_COPY_MOVE(LoginManager)
+
+    [[nodiscard]] QStringList list() const
+    {
+        auto call = QDBusMessage::createMethodCall(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
+            u"org.freedesktop.login1.Manager"_s, u"ListInhibitors"_s);
+        const auto answer = m_bus.call(call);
+        if (answer.type() != QDBusMessage::ReplyMessage)
+            return { u"down"_s };
+        QStringList list;
+        const auto entries = answer.arguments().constFirst().value<QDBusArgument>();
+        entries.beginArray();
+        while (!entries.atEnd()) {
+            QString what;
+            QString who;
+            QString why;
+            QString mode;
+            entries.beginStructure();
+            entries >> what >> who >> why >> mode;
+            entries.endStructure();
+            list << what + u' ' + who + u": "_s + why + u", "_s + mode;
+        }
+        entries.endArray();
+        return list;
+    }
+
+private:
+    QProcess m_process;
+    QDBusConnection m_bus;
+};
+
+int runAsHolder()
+{
+    LinuxPowerAssertions power(liveSessionBus(), liveSystemBus());
+    ManualTime time;
+    KeepAwake keepAwake(power, time, time);
+    keepAwake.choose(0);
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+class LinuxPowerAssertionsTest : public QObject {
+    Q_OBJECT
+
+    PrivateBus m_session;
+    PrivateBus m_system;
+    std::unique_ptr<LoginManager> m_login;
+    std::unique_ptr<FakeScreenSaver> m_saver;
+
+    struct Program {
+        Program(const std::optional<QDBusConnection>& session, const std::optional<QDBusConnection>& system)
+            : power(session, system)
+        {
+        }
+
+        LinuxPowerAssertions power;
+        ManualTime time;
+        KeepAwake keepAwake { power, time, time };
+    };
+    std::unique_ptr<Program> m_program;
+
+    [[nodiscard]] static std::optional<QDBusConnection> connection(const PrivateBus& bus, const QString& name)
+    {
+        return QDBusConnection::connectToBus(bus.address(), name);
+    }
+
+    void startProgram()
+    {
+        m_program = std::make_unique<Program>(
+            connection(m_session, u"session"_s), connection(m_system, u"system"_s));
+    }
+
+    /// Time for what must not come.
+    static void settle() { QTest::qWait(60); }
+
+    static const QString& asked()
+    {
+        static const auto text = u"Inhibit Nimbarrow: Nimbarrow keep awake"_s;
+        return text;
+    }
+
+private Q_SLOTS:
+    void initTestCase() { m_login = std::make_unique<LoginManager>(m_system.address()); }
+
+    void init()
+    {
+        m_saver = std::make_unique<FakeScreenSaver>(m_session.address());
+        startProgram();
+    }
+
+    void cleanup()
+    {
+        m_program.reset();
+        m_saver.reset();
+        QDBusConnection::disconnectFromBus(u"session"_s);
+        QDBusConnection::disconnectFromBus(u"system"_s);
+        QTRY_COMPARE(m_login->list(), QStringList());
+    }
+
+    void holdsOneOfEachTypeUntilItEnds()
+    {
+        m_program->keepAwake.choose(1);
+        QTRY_COMPARE(m_login->list(), QStringList { ours });
+        QTRY_COMPARE(m_saver->held.size(), 1);
+        QCOMPARE(m_saver->log, QStringList { asked() });
+        m_program->keepAwake.deactivate();
+        QTRY_COMPARE(m_login->list(), QStringList());
+        QTRY_COMPARE(m_saver->log, (QStringList { asked(), u"UnInhibit 7"_s }));
+        QVERIFY(m_saver->held.isEmpty());
+
+        m_program->keepAwake.choose(1);
+        QTRY_COMPARE(m_saver->held.size(), 1);
+        m_program->time.advance(1h);
+        QTRY_COMPARE(m_login->list(), QStringList());
+        QTRY_VERIFY(m_saver->held.isEmpty());
+    }
+
+    void aNewChoiceTakesOverWhatIsHeld()
+    {
+        // Before the services have answered, and long after.
+        for (const int hours : { 1, 3, 2 }) {
+            m_program->keepAwake.choose(hours);
+            if (hours == 1)
+                continue;
+            QTRY_COMPARE(m_saver->held.size(), 1);
+            QTRY_COMPARE(m_login->list(), QStringList { ours });
+            settle();
+            // Neither given back nor asked for twice: there was no moment without, and none with two.
+            QCOMPARE(m_saver->log, QStringList { asked() });
+        }
+    }
+
+    void isGivenBackWhenTheAnswerComesTooLate()
+    {
+        m_program->keepAwake.choose(0);
+        m_program->keepAwake.deactivate();
+        QTRY_COMPARE(m_saver->log, (QStringList { asked(), u"UnInhibit 7"_s }));
+        QTRY_COMPARE(m_login->list(), QStringList());
+    }
+
+    void endsWithTheProcess()
+    {
+        QProcess holder;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_session.address());
+        environment.insert(u"DBUS_SYSTEM_BUS_ADDRESS"_s, m_system.address());
+        holder.setProcessEnvironment(environment);
+        holder.start(QCoreApplication::applicationFilePath(), { u"--hold"_s });
+        QTRY_COMPARE(m_saver->held.size(), 1);
+        QTRY_COMPARE(m_login->list(), QStringList { ours });
+        holder.kill();
+        QVERIFY(holder.waitForFinished());
+        QTRY_VERIFY(m_saver->held.isEmpty());
+        QTRY_COMPARE(m_login->list(), QStringList());
+    }
+
+    void asksAgainAfterARestartAndNowhereElse()
+    {
+        const FakeInhibitPortal portal(m_session.address());
+        m_program->keepAwake.choose(0);
+        QTRY_COMPARE(m_saver->held.size(), 1);
+        m_saver.reset();
+        settle();
+        m_saver = std::make_unique<FakeScreenSaver>(m_session.address());
+        QTRY_COMPARE(m_saver->held.size(), 1);
+        QVERIFY(portal.log.isEmpty());
+        QCOMPARE(m_login->list(), QStringList { ours });
+
+        // Off while it is away: the next one is not asked, nor told about a number that was another's.
+        m_saver.reset();
+        settle();
+        m_program->keepAwake.deactivate();
+        settle();
+        m_saver = std::make_unique<FakeScreenSaver>(m_session.address());
+        settle();
+        QCOMPARE(m_saver->log, QStringList());
+    }
+
+    void theLoginManagerMayRestartToo()
+    {
+        m_program->keepAwake.choose(0);
+        QTRY_COMPARE(m_login->list(), QStringList { ours });
+        m_login.reset();
+        m_login = std::make_unique<LoginManager>(m_system.address());
+        QTRY_COMPARE(m_login->list(), QStringList { ours });
+        QCOMPARE(m_saver->log, QStringList { asked() });
+        m_program->keepAwake.deactivate();
+        QTRY_COMPARE(m_login->list(), QStringList());
+    }
+
+    void thePortalStandsInForTheScreenSaver_data()
+    {
+        QTest::addColumn<QString>("saver");
+        QTest::newRow("there is none") << u"none"_s;
+        QTest::newRow("it refuses") << u"refuses"_s;
+        QTest::newRow("it ends without an answer") << u"ends"_s;
+    }
+
+    void thePortalStandsInForTheScreenSaver()
+    {
+        QFETCH(QString, saver);
+        const FakeInhibitPortal portal(m_session.address());
+        m_saver->refuses = saver == "refuses"_L1;
+        m_saver->answers = saver != "ends"_L1;
+        if (saver == "none"_L1)
+            m_saver.reset();
+        m_program->keepAwake.choose(0);
+        if (saver == "ends"_L1) {
+            QTRY_COMPARE(m_saver->log.size(), 1);
+            m_saver.reset();
+        }
+        QTRY_COMPARE(portal.held(), 1);
+        QCOMPARE(portal.log, QStringList { u"8 Nimbarrow keep awake"_s });
+        m_program->keepAwake.choose(3);
+        settle();
+        QCOMPARE(portal.log.size(), 1);
+        m_program->keepAwake.deactivate();
+        QTRY_COMPARE(portal.held(), 0);
+    }
+
+    void whatNobodyGrantsFailsAlone()
+    {
+        m_saver.reset();
+        m_program->keepAwake.choose(1);
+        QTRY_COMPARE(m_login->list(), QStringList { ours });
+        settle();
+        QVERIFY(m_program->keepAwake.isActive());
+
+        // A session without a login manager.
+        m_program = std::make_unique<Program>(connection(m_session, u"session"_s), std::nullopt);
+        m_program->keepAwake.choose(1);
+        QTRY_VERIFY(!m_program->keepAwake.isActive());
+
+        m_program = std::make_unique<Program>(std::nullopt, std::nullopt);
+        m_program->keepAwake.choose(1);
+        QVERIFY(!m_program->keepAwake.isActive());
+    }
+};
+
+int main(int count, char** values)
+{
+    QCoreApplication app(count, values);
+    if (QCoreApplication::arguments().contains("--hold"_L1))
+        return runAsHolder();
+    LinuxPowerAssertionsTest test;
+    return QTest::qExec(&test, count, values);
+}
+#include "LinuxPowerAssertionsTest.moc"

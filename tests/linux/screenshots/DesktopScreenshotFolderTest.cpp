@@ -1,0 +1,171 @@
+#include "linux/screenshots/DesktopScreenshotFolder.h"
+
+#include "linux/screenshots/ScreenshotSettings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+namespace {
+
+/// `claimed` is the length that the chunk says it has.
+QByteArray chunk(const QByteArray& type, const QByteArray& content, quint32 claimed)
+{
+    QByteArray length(4, '\0');
+    qToBigEndian(claimed, length.data());
+    return length + type + content + "CRC.";
+}
+
+QByteArray chunk(const QByteArray& type, const QByteArray& content)
+{
+    return chunk(type, content, quint32(content.size()));
+}
+
+const auto start = "\x89PNG\r\n\x1a\n"_ba + chunk("IHDR", QByteArray(13, '\0'));
+const auto picture = chunk("IDAT", "picture") + chunk("IEND", {});
+const auto software = "Software\0gnome-screenshot"_ba;
+const auto international = "Software\0\0\0uk\0\xd0\x9f\0Spectacle"_ba;
+
+} // namespace
+
+class DesktopScreenshotFolderTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        const auto schemas = m_system.filePath(u"schemas"_s);
+        QVERIFY(QDir().mkpath(schemas));
+        write(schemas + u"/tool.gschema.xml"_s,
+            "<schemalist><schema id='org.gnome.gnome-screenshot' path='/org/gnome/gnome-screenshot/'>"
+            "<key name='auto-save-directory' type='s'><default>''</default></key></schema></schemalist>");
+        QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, { schemas }), 0);
+        qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(schemas));
+        qputenv("GSETTINGS_BACKEND", "keyfile");
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_system.filePath(u"config"_s)));
+        QVERIFY(QDir().mkpath(m_system.filePath(u"config/glib-2.0/settings"_s)));
+    }
+
+    void init()
+    {
+        m_home = std::make_unique<QTemporaryDir>();
+        qputenv("HOME", QFile::encodeName(m_home->path()));
+        qputenv("XDG_CURRENT_DESKTOP", "GNOME");
+    }
+
+    void readsTheToolsSettings()
+    {
+        QCOMPARE(m_folder.settings(), QStringList());
+        const auto config = m_system.filePath(u"config/"_s);
+        write(config + u"spectaclerc"_s, "[ImageSave]\nimageSaveLocation=file:///kde/\n");
+        QCOMPARE(m_folder.settings(), QStringList { u"/kde/"_s });
+        write(config + u"glib-2.0/settings/keyfile"_s,
+            "[org/gnome/gnome-screenshot]\nauto-save-directory='file:///gnome/%D1%97'\n");
+        QTRY_COMPARE(m_folder.settings(), (QStringList { u"/gnome/ї"_s, u"/kde/"_s }));
+        qputenv("XDG_CURRENT_DESKTOP", "KDE");
+        QCOMPARE(m_folder.settings(), (QStringList { u"/kde/"_s, u"/gnome/ї"_s }));
+    }
+
+    void readsSpectaclesFile_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("new") << "[General]\nx=1\n[ImageSave]\nimageSaveLocation=file:///a%20b/\n"_ba
+                             << u"/a b/"_s;
+        QTest::newRow("older") << "[Save]\ndefaultSaveLocation=file:///old\n"_ba << u"/old"_s;
+        QTest::newRow("new above old")
+            << "[Save]\ndefaultSaveLocation=/old\n[ImageSave]\nimageSaveLocation=/new"_ba << u"/new"_s;
+        QTest::newRow("in another group") << "[VideoSave]\nimageSaveLocation=/a\n"_ba << QString();
+        QTest::newRow("home") << "[ImageSave]\nimageSaveLocation[$e]=file:$HOME/p\n"_ba << u"/home/o/p"_s;
+        QTest::newRow("escaped") << "[ImageSave]\nimageSaveLocation=/a\\sb\\\\\n"_ba << u"/a b\\"_s;
+        QTest::newRow("broken")
+            << "[ImageSave\n=\nimageSaveLocation\n[]\n[ImageSave]\nimageSaveLocation=\n"_ba << QString();
+    }
+
+    void readsSpectaclesFile()
+    {
+        qputenv("HOME", "/home/o");
+        QFETCH(QByteArray, text);
+        QTEST(screenshotsettings::spectacle(text), "path");
+    }
+
+    void findsTheDefaultFolder()
+    {
+        const QDir home(m_home->path());
+        const auto lists = m_system.filePath(u"config/user-dirs.dirs"_s);
+        write(lists, "XDG_PICTURES_DIR=\"$HOME/Зображення\"\nXDG_DESKTOP_DIR=\"$HOME/Стільниця\"\n");
+        QCOMPARE(m_folder.defaultFolder(), home.filePath(u"Стільниця"_s));
+        QVERIFY(home.mkpath(u"Зображення/Screenshots"_s));
+        QTest::qWait(10);
+        QVERIFY(home.mkpath(u"Зображення/Знімки екрана"_s));
+        QCOMPARE(m_folder.defaultFolder(), home.filePath(u"Зображення/Знімки екрана"_s));
+        QVERIFY(QFile::remove(lists));
+    }
+
+    void knowsAScreenCapture_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("known");
+        const auto row = [](const char* what, const QByteArray& content, bool known) {
+            QTest::newRow(what) << u"picture.png"_s << content << known;
+        };
+        row("a tool's text", start + chunk("tEXt", software) + picture, true);
+        row("international text", start + chunk("iTXt", international) + picture, true);
+        row("behind other chunks", start + chunk("pHYs", "123456789") + chunk("tEXt", software), true);
+        row("another program", start + chunk("tEXt", "Software\0GIMP"_ba) + picture, false);
+        row("behind the picture", start + picture + chunk("tEXt", software), false);
+        row("compressed", start + chunk("iTXt", "Software\0\1\0\0\0spectacle"_ba) + picture, false);
+        row("cut short", (start + chunk("tEXt", software)).chopped(12), false);
+        row("claims too much", start + chunk("tEXt", software, 0xffff'fff0U) + picture, false);
+        row("claims what is not there", start + chunk("zTXt", software, 0x7fff'ffffU) + picture, false);
+        row("too long to be read", start + chunk("tEXt", software + QByteArray(5000, 'x')) + picture, false);
+        QByteArray many = start;
+        for (auto number = 0; number < 100; ++number)
+            many += chunk("tEXt", {});
+        row("hidden behind a hundred", many + chunk("tEXt", software), false);
+        row("no PNG", "GIF89a" + chunk("tEXt", software), false);
+        QTest::newRow("grim") << u"20261121_03h10m42s_grim.png"_s << ""_ba << true;
+        QTest::newRow("scrot") << u"2026-11-21-030956_1000x700_scrot.png"_s << ""_ba << true;
+        QTest::newRow("pilgrim") << u"pilgrim.png"_s << start + picture << false;
+    }
+
+    void knowsAScreenCapture()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        write(m_home->filePath(name), content);
+        QTEST(m_folder.isScreenCapture(m_home->filePath(name)), "known");
+    }
+
+    void waitsForNoPipe()
+    {
+        const auto path = m_home->filePath(u"pipe.png"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        QVERIFY(!m_folder.isScreenCapture(path));
+        QVERIFY(!m_folder.isScreenCapture(m_home->filePath(u"gone.png"_s)));
+    }
+
+private:
+    static void write(const QString& path, const QByteArray& content)
+    {
+        QFile file(path);
+        QVERIFY(file.open(QFile::WriteOnly));
+        QCOMPARE(file.write(content), content.size());
+    }
+
+    QTemporaryDir m_system;
+    std::unique_ptr<QTemporaryDir> m_home;
+    DesktopScreenshotFolder m_folder;
+};
+
+QTEST_GUILESS_MAIN(DesktopScreenshotFolderTest)
+#include "DesktopScreenshotFolderTest.moc"

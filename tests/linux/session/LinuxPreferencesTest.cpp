@@ -1,0 +1,179 @@
+#include "linux/session/LinuxPreferences.h"
+
+#include "support/PrivateBus.h"
+
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace nimbarrow;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString appearance = u"org.freedesktop.appearance"_s;
+const QString gnome = u"org.gnome.desktop.interface"_s;
+const QString kde = u"org.kde.kdeglobals.KDE"_s;
+
+} // namespace
+
+/// The settings portal of a desktop that has what is in `values`.
+class SettingsPortal : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    QHash<QString, QVariant> values;
+    int asked = 0;
+
+public Q_SLOTS:
+    QDBusVariant Read(const QString& space, const QString& key, const QDBusMessage& message) // NOLINT
+    {
+        ++asked;
+        const auto value = values.value(space + u' ' + key);
+        if (!value.isValid()) {
+            message.setDelayedReply(true);
+            connection->send(
+                message.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such"_s));
+        }
+        // Portals wrap what they read twice.
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(value)));
+    }
+
+public:
+    std::optional<QDBusConnection> connection;
+
+Q_SIGNALS:
+    void SettingChanged(const QString& space, const QString& key, const QDBusVariant& value); // NOLINT
+};
+
+class LinuxPreferencesTest : public QObject {
+    Q_OBJECT
+
+    PrivateBus m_bus;
+
+    [[nodiscard]] QDBusConnection connection(const QString& name) const
+    {
+        return QDBusConnection::connectToBus(m_bus.address(), name);
+    }
+
+    void offer(SettingsPortal& portal)
+    {
+        portal.connection = connection(u"portal"_s);
+        QVERIFY(portal.connection->registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
+            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
+        QVERIFY(portal.connection->registerService(u"org.freedesktop.portal.Desktop"_s));
+    }
+
+private Q_SLOTS:
+    void cleanup()
+    {
+        QDBusConnection::disconnectFromBus(u"portal"_s);
+        QDBusConnection::disconnectFromBus(u"program"_s);
+    }
+
+    void motionIsReducedWhereTheDesktopSaysSo_data()
+    {
+        QTest::addColumn<QVariant>("reducedMotion");
+        QTest::addColumn<QVariant>("animations");
+        QTest::addColumn<QVariant>("factor");
+        QTest::addColumn<bool>("reduced");
+        QTest::newRow("nothing known") << QVariant() << QVariant() << QVariant() << false;
+        QTest::newRow("reduced") << QVariant(1U) << QVariant() << QVariant() << true;
+        QTest::newRow("new setting above the old") << QVariant(0U) << QVariant(false) << QVariant() << false;
+        QTest::newRow("GNOME, off") << QVariant() << QVariant(false) << QVariant() << true;
+        QTest::newRow("GNOME, on") << QVariant() << QVariant(true) << QVariant() << false;
+        QTest::newRow("GNOME, nonsense") << QVariant() << QVariant(u"no"_s) << QVariant() << false;
+        QTest::newRow("KDE, instant") << QVariant() << QVariant(true) << QVariant(u"0"_s) << true;
+        QTest::newRow("KDE, fast") << QVariant() << QVariant() << QVariant(0.5) << false;
+        QTest::newRow("KDE, nonsense") << QVariant() << QVariant() << QVariant(u"fast"_s) << false;
+    }
+
+    void motionIsReducedWhereTheDesktopSaysSo()
+    {
+        QFETCH(QVariant, reducedMotion);
+        QFETCH(QVariant, animations);
+        QFETCH(QVariant, factor);
+        QFETCH(bool, reduced);
+        SettingsPortal portal;
+        portal.values = { { appearance + u" reduced-motion"_s, reducedMotion },
+            { gnome + u" enable-animations"_s, animations },
+            { kde + u" AnimationDurationFactor"_s, factor } };
+        offer(portal);
+
+        const LinuxPreferences preferences(connection(u"program"_s));
+        QVERIFY(!preferences.reduceMotion());
+        QTRY_COMPARE(portal.asked, 3);
+        // The last answer is on its way; this one comes behind it.
+        auto last = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
+            u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"Read"_s);
+        last << u"any"_s << u"thing"_s;
+        bool answered = false;
+        QDBusPendingCallWatcher watcher(connection(u"program"_s).asyncCall(last));
+        connect(&watcher, &QDBusPendingCallWatcher::finished, this, [&] { answered = true; });
+        QTRY_VERIFY(answered);
+        QCOMPARE(preferences.reduceMotion(), reduced);
+    }
+
+    void changesAreFollowed()
+    {
+        SettingsPortal portal;
+        offer(portal);
+        const LinuxPreferences preferences(connection(u"program"_s));
+        const QSignalSpy changed(&preferences, &DesktopPreferences::reduceMotionChanged);
+        QTRY_COMPARE(portal.asked, 3);
+
+        Q_EMIT portal.SettingChanged(gnome, u"enable-animations"_s, QDBusVariant(false));
+        QTRY_COMPARE(changed.size(), 1);
+        QVERIFY(preferences.reduceMotion());
+        Q_EMIT portal.SettingChanged(gnome, u"color-scheme"_s, QDBusVariant(u"x"_s));
+        Q_EMIT portal.SettingChanged(gnome, u"enable-animations"_s, QDBusVariant(true));
+        QTRY_COMPARE(changed.size(), 2);
+        QVERIFY(!preferences.reduceMotion());
+    }
+
+    void withoutABusNothingIsReduced() { QVERIFY(!LinuxPreferences(std::nullopt).reduceMotion()); }
+
+    void theLanguageComesFromTheEnvironment_data()
+    {
+        QTest::addColumn<QStringList>("environment");
+        QTest::addColumn<QString>("first");
+        QTest::newRow("LANG") << QStringList { u"LANG=uk_UA.UTF-8"_s } << u"uk-UA"_s;
+        QTest::newRow("LANGUAGE") << QStringList { u"LANG=en_US.UTF-8"_s, u"LANGUAGE=uk:en"_s } << u"uk"_s;
+        QTest::newRow("LC_ALL") << QStringList { u"LANG=en_US.UTF-8"_s, u"LC_ALL=uk_UA.UTF-8"_s }
+                                << u"uk-UA"_s;
+        QTest::newRow("LC_MESSAGES") << QStringList { u"LANG=en_US.UTF-8"_s, u"LC_MESSAGES=uk_UA.UTF-8"_s }
+                                     << u"uk-UA"_s;
+        QTest::newRow("LC_TIME is no language")
+            << QStringList { u"LANG=en_GB.UTF-8"_s, u"LC_TIME=uk_UA.UTF-8"_s } << u"en-GB"_s;
+        QTest::newRow("Russian in Ukraine") << QStringList { u"LANG=ru_UA.UTF-8"_s } << u"ru-UA"_s;
+    }
+
+    void theLanguageComesFromTheEnvironment()
+    {
+        QFETCH(QStringList, environment);
+        // Read once at the start, so each row is a process of its own.
+        QProcess process;
+        auto variables = QProcess::systemEnvironment();
+        erase_if(
+            variables, [](const QString& v) { return v.startsWith("LANG"_L1) || v.startsWith("LC_"_L1); });
+        process.setEnvironment(variables + environment);
+        process.start(QCoreApplication::applicationFilePath(), { u"--languages"_s });
+        QVERIFY(process.waitForFinished());
+        QTEST(QString::fromUtf8(process.readAllStandardOutput()).section(u' ', 0, 0), "first");
+    }
+};
+
+int main(int count, char** values)
+{
+    QCoreApplication app(count, values);
+    if (QCoreApplication::arguments().contains("--languages"_L1)) {
+        std::fputs(qPrintable(LinuxPreferences(std::nullopt).preferredLanguages().join(u' ')), stdout);
+        return 0;
+    }
+    LinuxPreferencesTest test;
+    return QTest::qExec(&test, count, values);
+}
+#include "LinuxPreferencesTest.moc"

@@ -1,0 +1,81 @@
+#include "qt/QtScheduler.h"
+
+#include "qt/SystemClock.h"
+
+#include <QTest>
+
+using namespace nimbarrow;
+using namespace std::chrono_literals;
+
+class QtSchedulerTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void runsOnceAndNotEarly()
+    {
+        QtScheduler scheduler;
+        const SystemClock clock;
+        const auto start = clock.now();
+        int runs = 0;
+        const auto timer = scheduler.after(20ms, [&] { ++runs; });
+        QTRY_COMPARE(runs, 1);
+        QVERIFY(clock.now() - start >= 20ms);
+        QVERIFY(timer.isSet());
+        QTest::qWait(40);
+        QCOMPARE(runs, 1);
+    }
+
+    void repeatsUntilItIsDroppedInsideItsTask()
+    {
+        QtScheduler scheduler;
+        int runs = 0;
+        Timer timer;
+        // The task must outlive its own timer: the text is read after the drop.
+        timer = scheduler.every(1ms, 0ms, [&, text = QStringLiteral("alive")] {
+            if (++runs == 3) {
+                timer.cancel();
+                QCOMPARE(text, QStringLiteral("alive"));
+            }
+        });
+        QTRY_COMPARE(runs, 3);
+        QTest::qWait(20);
+        QCOMPARE(runs, 3);
+    }
+
+    void aTaskMaySetItsTimerAnew()
+    {
+        QtScheduler scheduler;
+        int first = 0;
+        int second = 0;
+        Timer timer;
+        timer = scheduler.every(1ms, 1ms, [&] {
+            ++first;
+            timer = scheduler.after(0ms, [&] { ++second; });
+        });
+        QTRY_COMPARE(second, 1);
+        QCOMPARE(first, 1);
+    }
+
+    void aDroppedTaskNeverRuns()
+    {
+        QtScheduler scheduler;
+        bool ran = false;
+        {
+            const auto timer = scheduler.after(0ms, [&] { ran = true; });
+        }
+        QTest::qWait(10);
+        QVERIFY(!ran);
+    }
+
+    void theWallClockTellsUtcWithMilliseconds()
+    {
+        const auto before = QDateTime::currentMSecsSinceEpoch();
+        const auto told = SystemClock().wallTime();
+        QCOMPARE(told.timeSpec(), Qt::UTC);
+        QVERIFY(told.toMSecsSinceEpoch() >= before);
+        QVERIFY(told.toMSecsSinceEpoch() <= QDateTime::currentMSecsSinceEpoch());
+    }
+};
+
+QTEST_GUILESS_MAIN(QtSchedulerTest)
+#include "QtSchedulerTest.moc"
