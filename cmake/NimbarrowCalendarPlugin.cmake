@@ -9,8 +9,6 @@ file(RELATIVE_PATH NIMBARROW_PLUGINS_FROM_PROGRAM /${CMAKE_INSTALL_BINDIR} /${NI
 function(nimbarrow_calendar_plugin name library)
     add_library(nimbarrow-${name} MODULE ${ARGN})
     target_link_libraries(nimbarrow-${name} PRIVATE ${library} nimbarrow_linux project_options)
-    # Newer Qt builds what goes into programs alone in another way.
-    set_target_properties(${library} nimbarrow_linux nimbarrow_qt nimbarrow_platform PROPERTIES POSITION_INDEPENDENT_CODE ON)
     target_link_options(nimbarrow-${name} PRIVATE LINKER:--as-needed,--exclude-libs,ALL)
     set_target_properties(nimbarrow-${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
     install(TARGETS nimbarrow-${name} LIBRARY DESTINATION ${NIMBARROW_PLUGIN_FOLDER})

@@ -25,12 +25,14 @@ function(nimbarrow_feature name)
     target_include_directories(nimbarrow_${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(nimbarrow_${name}
         PUBLIC nimbarrow_platform Qt6::Gui Qt6::Qml Qt6::Quick ${arg_LINK}
-        PRIVATE project_options
+        PRIVATE project_build
     )
+    nimbarrow_precompile(nimbarrow_${name} views)
+    # Our own sources have the warnings and stand alone; what is made of the QML files has neither.
+    set(own ${arg_SOURCES})
+    list(FILTER own INCLUDE REGEX "\\.cpp$")
+    set_source_files_properties(${own} PROPERTIES
+        COMPILE_OPTIONS "${NIMBARROW_WARNINGS}" SKIP_UNITY_BUILD_INCLUSION ON)
+    set_target_properties(nimbarrow_${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
     target_link_libraries(nimbarrow_views INTERFACE nimbarrow_${name} nimbarrow_${name}plugin)
-    # What newer Qt makes of the QML files narrows numbers; the same warnings in our own sources still count on
-    # the older one.
-    if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
-        target_compile_options(nimbarrow_${name} PRIVATE -Wno-error=conversion -Wno-error=float-conversion)
-    endif()
 endfunction()
