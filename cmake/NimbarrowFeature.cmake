@@ -34,5 +34,9 @@ function(nimbarrow_feature name)
     set_source_files_properties(${own} PROPERTIES
         COMPILE_OPTIONS "${NIMBARROW_WARNINGS}" SKIP_UNITY_BUILD_INCLUSION ON)
     set_target_properties(nimbarrow_${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
+    # What Qt adds to carry resources and to start plugins has nothing for moc to find.
+    get_property(targets DIRECTORY PROPERTY BUILDSYSTEM_TARGETS)
+    list(FILTER targets INCLUDE REGEX "_(init|resources_[0-9]+)$")
+    set_target_properties(${targets} PROPERTIES AUTOMOC OFF)
     target_link_libraries(nimbarrow_views INTERFACE nimbarrow_${name} nimbarrow_${name}plugin)
 endfunction()
