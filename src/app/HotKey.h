@@ -20,12 +20,8 @@ public:
     std::function<void()> onPressed;
 
 private:
-    void installHandlerIfNeeded();
-
     HotKeys& m_hotKeys;
-    // The handler goes last: no key may arrive without one.
-    std::unique_ptr<HotKeys::Handle> m_handler;
-    std::unique_ptr<HotKeys::Handle> m_hotKey;
+    std::unique_ptr<HotKeys::Registration> m_registration;
 };
 
 } // namespace nimbarrow

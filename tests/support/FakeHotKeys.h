@@ -4,31 +4,23 @@
 
 namespace nimbarrow {
 
-/// Counts what is registered, and presses keys when told to.
+/// Counts what is registered, and presses the last registered key when told to.
 class FakeHotKeys final : public HotKeys {
 public:
-    [[nodiscard]] std::unique_ptr<Handle> installHandler(Handler handler) override
-    {
-        m_handler = std::move(handler);
-        return std::make_unique<Counted>(handlers);
-    }
-
-    [[nodiscard]] std::unique_ptr<Handle> registerKey(Key key, KeyModifiers modifiers, HotKeyId id) override
+    [[nodiscard]] std::unique_ptr<Registration> registerKey(
+        Key key, KeyModifiers modifiers, std::function<void()> pressed) override
     {
         lastKey = { key, modifiers, false };
-        lastId = id;
+        press = std::move(pressed);
         return std::make_unique<Counted>(registered);
     }
 
-    void press(HotKeyId id) const { m_handler(id); }
-
-    int handlers = 0;
     int registered = 0;
     KeyEvent lastKey;
-    HotKeyId lastId;
+    std::function<void()> press;
 
 private:
-    class Counted final : public Handle {
+    class Counted final : public Registration {
     public:
         explicit Counted(int& count)
             : m_count(count)
@@ -40,8 +32,6 @@ private:
     private:
         int& m_count;
     };
-
-    Handler m_handler;
 };
 
 } // namespace nimbarrow

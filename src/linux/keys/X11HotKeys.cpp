@@ -1,13 +1,12 @@
 #include "linux/keys/X11HotKeys.h"
 
-#include "linux/keys/X11Keyboard.h"
 #include "linux/display/X11Properties.h"
+#include "linux/keys/X11Keyboard.h"
 
 #include <QSet>
 #include <QSocketNotifier>
 
 #include <array>
-#include <list>
 #include <optional>
 
 // One of its fields is named like a C++ keyword.
@@ -34,13 +33,11 @@ uint16_t maskOf(KeyModifiers modifiers)
 
 class X11HotKeys::Grabs {
 public:
-    struct Registration {
+    struct Grab {
         Key key;
         uint16_t mask;
-        HotKeyId id;
+        std::function<void()> pressed;
     };
-    using Registrations = std::list<Registration>;
-    using Handlers = std::list<Handler>;
 
     Grabs()
         : m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect)
@@ -54,22 +51,16 @@ public:
         QObject::connect(&*m_notifier, &QSocketNotifier::activated, &*m_notifier, [this] { readEvents(); });
     }
 
-    Handlers::iterator addHandler(Handler handler)
+    void add(const std::shared_ptr<Grab>& grab)
     {
-        return m_handlers.insert(m_handlers.end(), std::move(handler));
-    }
-    void removeHandler(Handlers::iterator place) { m_handlers.erase(place); }
-
-    Registrations::iterator add(const Registration& registration)
-    {
-        grab(registration);
-        return m_registrations.insert(m_registrations.end(), registration);
+        m_grabs << grab;
+        take(*grab);
     }
 
-    void remove(Registrations::iterator place)
+    void remove(const std::shared_ptr<Grab>& grab)
     {
-        m_registrations.erase(place);
-        grabAll();
+        m_grabs.removeOne(grab);
+        takeAll();
         readLater();
     }
 
@@ -93,20 +84,20 @@ private:
         xcb_flush(m_connection.get());
     }
 
-    void grabAll()
+    void takeAll()
     {
         if (m_root == XCB_NONE)
             return;
         xcb_ungrab_key(m_connection.get(), XCB_GRAB_ANY, m_root, XCB_MOD_MASK_ANY);
         xcb_flush(m_connection.get());
         m_down.clear();
-        for (const auto& registration : m_registrations)
-            grab(registration);
+        for (const auto& grab : std::as_const(m_grabs))
+            take(*grab);
     }
 
-    void grab(const Registration& registration)
+    void take(const Grab& grab)
     {
-        const auto code = m_root == XCB_NONE ? std::nullopt : m_keyboard.codeOf(registration.key);
+        const auto code = m_root == XCB_NONE ? std::nullopt : m_keyboard.codeOf(grab.key);
         if (!code)
             return;
         // A lock that is on is a modifier to the server, but not to people.
@@ -115,8 +106,7 @@ private:
             XCB_MOD_MASK_LOCK | unsigned(numLock) };
         for (const auto lock : locks) {
             const auto cookie = xcb_grab_key_checked(m_connection.get(), 1, m_root,
-                static_cast<uint16_t>(registration.mask | lock), *code, XCB_GRAB_MODE_ASYNC,
-                XCB_GRAB_MODE_ASYNC);
+                static_cast<uint16_t>(grab.mask | lock), *code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
             // The error of a combination that another program holds is taken here and nobody is told.
             const auto isTaken = x11::owned(xcb_request_check(m_connection.get(), cookie));
         }
@@ -133,7 +123,7 @@ private:
 
     void readEvents()
     {
-        QList<HotKeyId> pressed;
+        QList<std::weak_ptr<Grab>> pressed;
         auto keyboardChanged = false;
         while (const auto event = x11::owned(xcb_poll_for_event(m_connection.get()))) {
             const auto type = event->response_type & 0x7f;
@@ -152,18 +142,21 @@ private:
             m_notifier->setEnabled(false);
         else if (keyboardChanged)
             readKeyboard();
-        for (const auto id : pressed)
-            deliver(id);
+        // Who is called may end this registration or another one, or the program.
+        for (const auto& weak : std::as_const(pressed)) {
+            if (const auto grab = weak.lock())
+                grab->pressed();
+        }
     }
 
-    void addMatches(const xcb_key_press_event_t& event, QList<HotKeyId>& pressed) const
+    void addMatches(const xcb_key_press_event_t& event, QList<std::weak_ptr<Grab>>& pressed) const
     {
         const auto locks = XCB_MOD_MASK_LOCK | unsigned(m_keyboard.numLockMask());
         const auto mask = event.state & modifierBits & ~locks;
         const auto key = m_keyboard.keyAt(event.detail);
-        for (const auto& registration : m_registrations) {
-            if (registration.key == key && registration.mask == mask)
-                pressed << registration.id;
+        for (const auto& grab : m_grabs) {
+            if (grab->key == key && grab->mask == mask)
+                pressed << grab;
         }
     }
 
@@ -173,22 +166,13 @@ private:
         const auto isSame = keyboard == m_keyboard;
         m_keyboard = std::move(keyboard);
         if (!isSame)
-            grabAll();
-    }
-
-    void deliver(HotKeyId id)
-    {
-        // A handler may remove itself or another one.
-        const auto handlers = m_handlers;
-        for (const auto& handler : handlers)
-            handler(id);
+            takeAll();
     }
 
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> m_connection;
     xcb_window_t m_root;
     X11Keyboard m_keyboard;
-    Registrations m_registrations;
-    Handlers m_handlers;
+    QList<std::shared_ptr<Grab>> m_grabs;
     QSet<xcb_keycode_t> m_down;
     int m_xkbEvent = 0;
     /// Goes before the connection that it watches.
@@ -202,40 +186,24 @@ X11HotKeys::X11HotKeys()
 
 X11HotKeys::~X11HotKeys() = default;
 
-std::unique_ptr<HotKeys::Handle> X11HotKeys::installHandler(Handler handler)
+std::unique_ptr<HotKeys::Registration> X11HotKeys::registerKey(
+    Key key, KeyModifiers modifiers, std::function<void()> pressed)
 {
-    class Installed final : public Handle {
+    class Registered final : public Registration {
     public:
-        Installed(std::shared_ptr<Grabs> grabs, Handler handler)
+        Registered(std::shared_ptr<Grabs> grabs, Grabs::Grab grab)
             : m_grabs(std::move(grabs))
-            , m_place(m_grabs->addHandler(std::move(handler)))
+            , m_grab(std::make_shared<Grabs::Grab>(std::move(grab)))
         {
+            m_grabs->add(m_grab);
         }
-        ~Installed() override { m_grabs->removeHandler(m_place); }
+        ~Registered() override { m_grabs->remove(m_grab); }
 
     private:
         std::shared_ptr<Grabs> m_grabs;
-        Grabs::Handlers::iterator m_place;
+        std::shared_ptr<Grabs::Grab> m_grab;
     };
-    return std::make_unique<Installed>(m_grabs, std::move(handler));
-}
-
-std::unique_ptr<HotKeys::Handle> X11HotKeys::registerKey(Key key, KeyModifiers modifiers, HotKeyId id)
-{
-    class Registered final : public Handle {
-    public:
-        Registered(std::shared_ptr<Grabs> grabs, const Grabs::Registration& registration)
-            : m_grabs(std::move(grabs))
-            , m_place(m_grabs->add(registration))
-        {
-        }
-        ~Registered() override { m_grabs->remove(m_place); }
-
-    private:
-        std::shared_ptr<Grabs> m_grabs;
-        Grabs::Registrations::iterator m_place;
-    };
-    return std::make_unique<Registered>(m_grabs, Grabs::Registration { key, maskOf(modifiers), id });
+    return std::make_unique<Registered>(m_grabs, Grabs::Grab { key, maskOf(modifiers), std::move(pressed) });
 }
 
 } // namespace nimbarrow

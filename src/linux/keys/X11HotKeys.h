@@ -6,20 +6,20 @@
 
 namespace nimbarrow {
 
-/// Keys grabbed on the root window, by their place on the keyboard and whatever the locks are. Runs on an X
-/// connection of its own.
+/// Keys grabbed on the root window, by their place on the keyboard and whatever the locks are: the letters of
+/// shortcuts alone. Runs on an X connection of its own.
 class X11HotKeys final : public HotKeys {
 public:
     X11HotKeys();
     ~X11HotKeys() override;
 
-    [[nodiscard]] std::unique_ptr<Handle> installHandler(Handler handler) override;
-    [[nodiscard]] std::unique_ptr<Handle> registerKey(Key key, KeyModifiers modifiers, HotKeyId id) override;
+    [[nodiscard]] std::unique_ptr<Registration> registerKey(
+        Key key, KeyModifiers modifiers, std::function<void()> pressed) override;
 
 private:
     class Grabs;
 
-    /// Shared with the handles, which may live longer.
+    /// Shared with the registrations, which may live longer.
     std::shared_ptr<Grabs> m_grabs;
 };
 

@@ -1,8 +1,8 @@
 #include "linux/applications/DesktopEntries.h"
 #include "linux/applications/X11Applications.h"
+#include "linux/display/X11Pointer.h"
 #include "linux/keys/X11HotKeys.h"
 #include "linux/keys/X11Keystrokes.h"
-#include "linux/display/X11Pointer.h"
 #include "linux/keys/X11Trust.h"
 #include "support/TestPanel.h"
 #include "support/X11Desktop.h"
@@ -84,43 +84,45 @@ private Q_SLOTS:
     void hotKeyFiresUnderEveryLayoutAndLock()
     {
         X11HotKeys hotKeys;
-        QList<HotKeyId> fired;
-        const auto handler = hotKeys.installHandler([&fired](HotKeyId id) { fired << id; });
-        const HotKeyId id { 7, 1 };
-        auto registered = hotKeys.registerKey(Key::V, KeyModifier::Command | KeyModifier::Shift, id);
+        auto fired = 0;
+        const auto registerKey = [&hotKeys, &fired] {
+            return hotKeys.registerKey(
+                Key::V, KeyModifier::Command | KeyModifier::Shift, [&fired] { ++fired; });
+        };
+        auto registered = registerKey();
         // The layout changes after the grab.
         setLayouts();
         QTest::qWait(100);
 
         m_user->type({ Super, Shift, V });
-        QTRY_COMPARE(fired, QList<HotKeyId>({ id }));
+        QTRY_COMPARE(fired, 1);
         m_user->type({ CapsLock });
         m_user->type({ Super, Shift, V });
-        QTRY_COMPARE(fired.size(), 2);
+        QTRY_COMPARE(fired, 2);
         m_user->type({ CapsLock });
         m_user->type({ Super, V });
         m_user->type({ Shift, V });
         m_user->press(Super);
         m_user->press(Shift);
         m_user->press(V);
-        QTRY_COMPARE(fired.size(), 3);
+        QTRY_COMPARE(fired, 3);
         // Longer than the server waits before it repeats.
         QTest::qWait(900);
-        QCOMPARE(fired.size(), 3);
+        QCOMPARE(fired, 3);
         m_user->release(V);
         m_user->type({ V });
         m_user->release(Shift);
         m_user->release(Super);
-        QTRY_COMPARE(fired.size(), 4);
+        QTRY_COMPARE(fired, 4);
 
         QVERIFY(!m_user->grab(V, SuperMask | ShiftMask));
         registered.reset();
         QTRY_VERIFY(m_user->grab(V, SuperMask | ShiftMask));
         // Taken: nobody is told, nothing fires, and giving it up harms nobody.
-        registered = hotKeys.registerKey(Key::V, KeyModifier::Command | KeyModifier::Shift, id);
+        registered = registerKey();
         m_user->type({ Super, Shift, V });
         QTest::qWait(50);
-        QCOMPARE(fired.size(), 4);
+        QCOMPARE(fired, 4);
     }
 
     void pasteReachesTheProgramInFront_data()
