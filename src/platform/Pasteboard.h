@@ -46,13 +46,14 @@ public:
     /// All URLs in the owner's order, those of files among them.
     [[nodiscard]] virtual QList<QUrl> urls() const = 0;
 
+    /// The address of a file that other programs on this machine can open; one of another machine is only an
+    /// address.
+    [[nodiscard]] static bool isFile(const QUrl& url) { return url.isLocalFile() && url.host().isEmpty(); }
+
     [[nodiscard]] QList<QUrl> fileUrls() const
     {
-        QList<QUrl> files;
-        for (const auto& url : urls()) {
-            if (url.isLocalFile())
-                files << url;
-        }
+        auto files = urls();
+        files.removeIf([](const QUrl& url) { return !isFile(url); });
         return files;
     }
 

@@ -270,6 +270,19 @@ private Q_SLOTS:
         QCOMPARE(at.pasteboard.data(pasteboardtype::jpeg).size(), 1000);
     }
 
+    void refusesAListThatIsTooLong()
+    {
+        X11PasteboardLimits limits;
+        limits.textBytes = 1000;
+        Fixture at(limits);
+        ForeignOwner owner(at.server.displayName());
+        owner.copy(
+            { { "text/uri-list", QByteArray("file:///a\r\n").repeated(100) }, { "UTF8_STRING", "/a" } });
+        QTRY_COMPARE(at.seen, QStringList { QString() });
+        QCOMPARE(at.pasteboard.urls(), QList<QUrl>());
+        QCOMPARE(owner.dataRequests(), 1);
+    }
+
     void announcesACopyThatItsOwnWriteOvertook()
     {
         Fixture at;
