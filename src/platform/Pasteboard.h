@@ -85,6 +85,11 @@ public:
     /// Replaces the content. `changeCount` has moved when this returns.
     virtual void write(const QList<PasteboardObject>& objects) = 0;
 
+    /// For the end of the program, with which what it has written would go: whoever keeps the content of
+    /// programs that end gets all of it. Returns when that is done, at once where nothing of ours is on the
+    /// pasteboard or nobody keeps it, and after a second in any case. Main thread.
+    virtual void handOver() = 0;
+
 Q_SIGNALS:
     /// The content is another program's now, and what the program can use of it has been read already.
     void changed();
