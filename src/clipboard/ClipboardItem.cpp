@@ -87,7 +87,7 @@ QList<QUrl> ClipboardItem::fileUrls() const
 {
     QList<QUrl> urls;
     for (const auto& path : filePaths.value_or(QStringList()))
-        urls << QUrl::fromLocalFile(path);
+        urls << (path.startsWith("file:"_L1) ? QUrl(path) : QUrl::fromLocalFile(path));
     return urls;
 }
 
@@ -129,6 +129,14 @@ QList<ShareItem> ClipboardItem::shareItems() const
         break;
     }
     return items;
+}
+
+QString storedFile(const QUrl& file)
+{
+    auto path = file.toLocalFile();
+    if (path.contains(QChar::ReplacementCharacter))
+        path = file.toString(QUrl::FullyEncoded);
+    return path.size() > 1 && path.endsWith(u'/') ? path.chopped(1) : path;
 }
 
 QString rawValue(ClipboardItem::Kind kind)

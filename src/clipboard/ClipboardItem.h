@@ -28,7 +28,7 @@ struct ClipboardItem {
     /// Absolute path of an image entry's file: in the history's own folder, or where it lay when it was
     /// copied.
     std::optional<QString> imagePath;
-    /// Absolute paths of a files entry, in the order of the pasteboard.
+    /// The files of a files entry as `storedFile()` has them, in the order of the pasteboard.
     std::optional<QStringList> filePaths;
     bool isScreenshot = false;
     /// Whom it was copied from, in words for the user.
@@ -53,6 +53,10 @@ struct ClipboardItem {
 
     friend bool operator==(const ClipboardItem&, const ClipboardItem&) = default;
 };
+
+/// How an entry keeps a file: its absolute path without a slash behind it, or its address where the bytes of
+/// its name are no text.
+[[nodiscard]] QString storedFile(const QUrl& file);
 
 /// "text", "link", "image" or "files", as the index keeps it.
 [[nodiscard]] QString rawValue(ClipboardItem::Kind kind);

@@ -75,13 +75,6 @@ void removeImagesWithoutEntry(const QString& folder, const QSet<QString>& entrie
     }
 }
 
-// The same folder may be written with a slash behind it.
-QString pathOf(const QUrl& url)
-{
-    const auto path = url.toLocalFile();
-    return path.size() > 1 && path.endsWith(u'/') ? path.chopped(1) : path;
-}
-
 } // namespace
 
 ClipboardStore::ClipboardStore(const Settings& settings, const Locations& locations, const Clock& clock,
@@ -181,8 +174,8 @@ void ClipboardStore::addFiles(const QList<QUrl>& urls, const std::optional<QStri
         return;
     QStringList paths;
     for (const auto& url : urls)
-        paths << pathOf(url);
-    const auto isImage = paths.size() == 1 && isImageFile(paths.first());
+        paths << storedFile(url);
+    const auto isImage = paths.size() == 1 && isImageFile(paths.first()) && paths.first().startsWith(u'/');
     auto item = makeItem(isImage ? Kind::Image : Kind::Files, hash(paths.join(u'\n').toUtf8()), sourceApp);
     if (isImage)
         item.imagePath = paths.first();
@@ -221,7 +214,7 @@ void ClipboardStore::storeImage(
 
 void ClipboardStore::addScreenshot(const QUrl& url)
 {
-    const auto path = pathOf(url);
+    const auto path = storedFile(url);
     // Kept as it is called now: it names the source of the entry like a program's name.
     auto item = makeItem(Kind::Image, "file:"_L1 + path, L10n::text(L10n::Key::KindScreenshot));
     item.imagePath = path;

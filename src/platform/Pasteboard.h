@@ -46,13 +46,14 @@ public:
     /// All URLs in the owner's order, those of files among them.
     [[nodiscard]] virtual QList<QUrl> urls() const = 0;
 
+    /// The address of a file that other programs on this machine can open; one of another machine is only an
+    /// address.
+    [[nodiscard]] static bool isFile(const QUrl& url) { return url.isLocalFile() && url.host().isEmpty(); }
+
     [[nodiscard]] QList<QUrl> fileUrls() const
     {
-        QList<QUrl> files;
-        for (const auto& url : urls()) {
-            if (url.isLocalFile())
-                files << url;
-        }
+        auto files = urls();
+        files.removeIf([](const QUrl& url) { return !isFile(url); });
         return files;
     }
 
@@ -83,6 +84,11 @@ public:
 
     /// Replaces the content. `changeCount` has moved when this returns.
     virtual void write(const QList<PasteboardObject>& objects) = 0;
+
+    /// For the end of the program, with which what it has written would go: whoever keeps the content of
+    /// programs that end gets all of it. Returns when that is done, at once where nothing of ours is on the
+    /// pasteboard or nobody keeps it, and after a second in any case. Main thread.
+    virtual void handOver() = 0;
 
 Q_SIGNALS:
     /// The content is another program's now, and what the program can use of it has been read already.

@@ -77,6 +77,18 @@ private Q_SLOTS:
             (Shared { QUrl::fromLocalFile(u"/a/one.txt"_s), QUrl::fromLocalFile(u"/a/b#c"_s) }));
     }
 
+    void aFileKeepsTheBytesOfItsName()
+    {
+        ClipboardItem item;
+        item.kind = Kind::Files;
+        for (const auto& name : { "/a b/%D0%9F", "/caf%E9%20%231.txt" }) {
+            const auto url = QUrl::fromEncoded("file://"_ba + name);
+            item.filePaths = QStringList { storedFile(url) };
+            QCOMPARE(item.fileUrls().first().toEncoded(), url.toEncoded());
+        }
+        QCOMPARE(storedFile(QUrl(u"file:///a%20b/"_s)), u"/a b"_s);
+    }
+
     void textsAndImagesAreShared()
     {
         // A text is one, also when it looks like a link.

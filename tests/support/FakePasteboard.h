@@ -20,6 +20,7 @@ public:
     bool announces = true;
     Content content;
     QList<PasteboardObject> written;
+    int handOvers = 0;
 
     /// Another program copies.
     void copy(const Content& copied)
@@ -61,6 +62,8 @@ public:
         }
         ++m_changeCount;
     }
+
+    void handOver() override { ++handOvers; }
 
 private:
     int m_changeCount = 7;

@@ -3,6 +3,7 @@
 #include "platform/Pasteboard.h"
 
 #include <QStringDecoder>
+#include <QSysInfo>
 
 #include <algorithm>
 #include <array>
@@ -72,6 +73,32 @@ void dropPartialCharacter(QByteArray& bytes)
     }
 }
 
+/// Old names of files need not be UTF-8; as escapes their bytes survive in an address.
+QByteArray withoutForeignBytes(const QByteArray& line)
+{
+    if (line.isValidUtf8())
+        return line;
+    QByteArray escaped;
+    for (const char byte : line) {
+        if ((byte & '\x80') != 0)
+            escaped += '%' + QByteArray(1, byte).toHex();
+        else
+            escaped += byte;
+    }
+    return escaped;
+}
+
+/// An address with the name of this machine in it is one of a file here.
+QUrl urlFrom(const QByteArray& line)
+{
+    auto url = QUrl::fromEncoded(withoutForeignBytes(line), QUrl::TolerantMode);
+    if (url.isLocalFile()
+        && (url.host() == "localhost"_L1
+            || url.host().compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0))
+        url.setHost({});
+    return url;
+}
+
 } // namespace
 
 Form formOf(QStringView target)
@@ -84,6 +111,12 @@ QString pasteboardTypeOf(QStringView target)
 {
     const auto* entry = find(target);
     return (entry ? entry->type : target).toString();
+}
+
+bool isImageType(QStringView type)
+{
+    return std::any_of(known.begin(), known.end(),
+        [type](const Entry& entry) { return entry.form == Form::Image && entry.type == type; });
 }
 
 QStringList pasteboardTypesOf(const QStringList& targets)
@@ -113,24 +146,20 @@ QStringList bestFirst(const QStringList& targets, Form form)
 
 QList<QUrl> urlsFrom(QStringView target, const QByteArray& bytes)
 {
-    QString text;
+    auto list = bytes;
     if (target.compare(mozillaUrl, Qt::CaseInsensitive) == 0) {
         // An address and a title, in the byte order of the machine.
         QStringDecoder utf16(QStringDecoder::Utf16);
-        text = utf16(bytes);
-        text.truncate(text.indexOf(u'\n') < 0 ? text.size() : text.indexOf(u'\n'));
-    } else {
-        text = QString::fromUtf8(bytes);
+        list = QString(utf16(bytes)).section(u'\n', 0, 0).toUtf8();
     }
     QList<QUrl> urls;
-    for (auto line : QStringView(text).split(u'\n', Qt::SkipEmptyParts)) {
-        while (line.endsWith(u'\0'))
-            line.chop(1);
+    for (auto line : list.split('\n')) {
+        line.replace('\0', "");
         line = line.trimmed();
         // File managers' own lists begin with the verb; a list's comments begin with a number sign.
-        if (line.isEmpty() || line.startsWith(u'#') || line == u"copy" || line == u"cut")
+        if (line.isEmpty() || line.startsWith('#') || line == "copy" || line == "cut")
             continue;
-        QUrl url(line.toString(), QUrl::TolerantMode);
+        const auto url = urlFrom(line);
         if (url.isValid() && !url.isRelative())
             urls << url;
     }

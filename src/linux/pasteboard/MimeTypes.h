@@ -27,13 +27,17 @@ inline constexpr QStringView png = u"image/png";
 /// The program's identifier, or the target itself where the program has none.
 [[nodiscard]] QString pasteboardTypeOf(QStringView target);
 
+/// Whether the program's identifier is one of an image.
+[[nodiscard]] bool isImageType(QStringView type);
+
 /// The identifiers of everything that is offered, each once, in the owner's order.
 [[nodiscard]] QStringList pasteboardTypesOf(const QStringList& targets);
 
 /// Those of the known targets of one form that are offered, the best first.
 [[nodiscard]] QStringList bestFirst(const QStringList& targets, Form form);
 
-/// The URLs in the bytes of a target of the form FileList or Link.
+/// The URLs in the bytes of a target of the form FileList or Link. Those of files on this machine name no
+/// machine, and keep the bytes of names that are not UTF-8.
 [[nodiscard]] QList<QUrl> urlsFrom(QStringView target, const QByteArray& bytes);
 
 /// The text in the bytes of a target of the form Text. The bytes may have been cut inside a character.

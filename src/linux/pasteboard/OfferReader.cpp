@@ -4,9 +4,31 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbarrow {
 
 using mimetypes::Form;
+
+namespace {
+
+// A picture that stands in its own address has a longer one, and begins like this.
+constexpr qsizetype longestAddress = 65'536;
+
+/// Nothing, or one address: what comes with a picture to say where it is from.
+bool isAddressAtMost(QStringView text)
+{
+    const auto line = text.trimmed();
+    if (line.isEmpty() || line.startsWith("data:"_L1))
+        return true;
+    const auto isSpace = [](QChar character) { return character.isSpace(); };
+    if (line.size() > longestAddress || std::any_of(line.begin(), line.end(), isSpace))
+        return false;
+    const QUrl url(line.toString());
+    return url.isValid() && line.contains("://"_L1) && !url.scheme().isEmpty();
+}
+
+} // namespace
 
 OfferReader::OfferReader(const QStringList& targets)
 {
@@ -15,7 +37,8 @@ OfferReader::OfferReader(const QStringList& targets)
         [](const QString& target) { return mimetypes::formOf(target) == Form::Mark; });
     if (marked)
         return;
-    for (const auto form : { Form::FileList, Form::Image, Form::Text, Form::Link })
+    // Whether a picture is the content or only how a text looks is known once the text has been read.
+    for (const auto form : { Form::FileList, Form::Text, Form::Image, Form::Link })
         m_wanted << mimetypes::bestFirst(targets, form);
 }
 
@@ -31,13 +54,31 @@ void OfferReader::take(const QByteArray& bytes)
         m_snapshot.bytes.insert(mimetypes::pasteboardTypeOf(target), bytes);
         m_wanted.clear();
         break;
-    case Form::Text:
-        m_snapshot.string = mimetypes::textFrom(target, bytes);
-        m_wanted.clear();
-        break;
+    case Form::Text: takeText(mimetypes::textFrom(target, bytes)); break;
     case Form::Mark:
     case Form::Other: break;
     }
+}
+
+void OfferReader::refuse()
+{
+    const auto target = m_wanted.takeFirst();
+    // Its other forms would be that list as a text.
+    if (mimetypes::formOf(target) == Form::FileList)
+        m_wanted.clear();
+}
+
+void OfferReader::takeText(const QString& text)
+{
+    const bool address = isAddressAtMost(text);
+    if (!address) {
+        m_snapshot.types.removeIf([](const QString& type) { return mimetypes::isImageType(type); });
+        m_wanted.clear();
+    }
+    if (address && text.trimmed().isEmpty())
+        return;
+    m_snapshot.string = text;
+    m_wanted.removeIf([](const QString& left) { return mimetypes::formOf(left) != Form::Image; });
 }
 
 void OfferReader::takeUrls(const QString& target, const QByteArray& bytes)
@@ -46,8 +87,7 @@ void OfferReader::takeUrls(const QString& target, const QByteArray& bytes)
     if (urls.isEmpty())
         return;
     m_snapshot.urls = urls;
-    const bool files
-        = std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+    const bool files = std::any_of(urls.begin(), urls.end(), PasteboardContent::isFile);
     const auto type = (files ? pasteboardtype::fileUrl : pasteboardtype::url).toString();
     // Only the content tells whether a list of addresses is one of files.
     if (!files)

@@ -4,7 +4,8 @@
 
 namespace nimbarrow {
 
-/// Decides which forms of an offer are read: the files; else the best image; else the text; else a link.
+/// Decides what an offer is and reads no more of it than that: the files; else the text, unless it is no more
+/// than the address of an image that is offered with it; else the best image; else a link.
 /// Nothing is read of an offer that its owner marked as not to be recorded.
 class OfferReader {
 public:
@@ -16,9 +17,13 @@ public:
     /// The bytes of `next()`, empty when the owner did not give them. Moves on to the next target.
     void take(const QByteArray& bytes);
 
+    /// The bytes of `next()` are more than anybody wants to hold. Half a list would not be what was copied.
+    void refuse();
+
     [[nodiscard]] const PasteboardSnapshot& snapshot() const { return m_snapshot; }
 
 private:
+    void takeText(const QString& text);
     void takeUrls(const QString& target, const QByteArray& bytes);
 
     QStringList m_wanted;

@@ -20,6 +20,7 @@ public:
     [[nodiscard]] int changeCount() const override { return m_changeCount; }
     [[nodiscard]] bool announcesChanges() const override { return true; }
     void write(const QList<PasteboardObject>& objects) override;
+    void handOver() override { m_thread->handOver(); }
 
     [[nodiscard]] QStringList types() const override { return m_content->types; }
     [[nodiscard]] QByteArray data(QStringView type) const override { return m_content->data(type); }

@@ -21,9 +21,10 @@ X11PasteboardOwner::X11PasteboardOwner(X11PasteboardConnection& connection, xcb_
     , m_window(connection.makeWindow())
 {
     // A paste may follow a write at once, so the claim must not wait for the server to make up atoms.
-    for (const auto* name : { "TARGETS", "TIMESTAMP", "MULTIPLE", "INCR", "TEXT", "UTF8_STRING", "STRING",
-             "text/plain", "text/plain;charset=utf-8", "text/uri-list", "image/png",
-             "x-special/gnome-copied-files", "x-special/mate-copied-files", "application/x-kde4-urilist" })
+    for (const auto* name :
+        { "TARGETS", "TIMESTAMP", "MULTIPLE", "INCR", "TEXT", "UTF8_STRING", "STRING", "CLIPBOARD_MANAGER",
+            "SAVE_TARGETS", "text/plain", "text/plain;charset=utf-8", "text/uri-list", "image/png",
+            "x-special/gnome-copied-files", "x-special/mate-copied-files", "application/x-kde4-urilist" })
         (void)connection.atom(name);
 }
 
@@ -41,6 +42,29 @@ void X11PasteboardOwner::add(const QByteArray& target, const QByteArray& bytes)
     m_content.insert(m_connection.atom(target), bytes);
 }
 
+void X11PasteboardOwner::release()
+{
+    m_content.clear();
+    m_saving = false;
+}
+
+void X11PasteboardOwner::save()
+{
+    auto* const xcb = m_connection.get();
+    const auto manager = m_connection.atom("CLIPBOARD_MANAGER");
+    const X11PasteboardConnection::Reply<xcb_get_selection_owner_reply_t> answer(
+        xcb_get_selection_owner_reply(xcb, xcb_get_selection_owner(xcb, manager), nullptr));
+    if (m_content.isEmpty() || !answer || answer->owner == XCB_WINDOW_NONE)
+        return;
+    const std::vector<xcb_atom_t> targets(m_content.keyBegin(), m_content.keyEnd());
+    const auto property = m_connection.atom("NIMBARROW_TARGETS");
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, m_window, property, XCB_ATOM_ATOM, 32,
+        static_cast<uint32_t>(targets.size()), targets.data());
+    xcb_convert_selection(xcb, m_window, manager, m_connection.atom("SAVE_TARGETS"), property, m_time);
+    xcb_flush(xcb);
+    m_saving = true;
+}
+
 void X11PasteboardOwner::handle(const xcb_generic_event_t& event)
 {
     switch (event.response_type & 0x7f) {
@@ -50,6 +74,11 @@ void X11PasteboardOwner::handle(const xcb_generic_event_t& event)
             answer(request);
         break;
     }
+    case XCB_SELECTION_NOTIFY:
+        // Whatever it says: it has done what it could.
+        if (reinterpret_cast<const xcb_selection_notify_event_t&>(event).requestor == m_window)
+            m_saving = false;
+        break;
     case XCB_PROPERTY_NOTIFY: {
         const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (change.state != XCB_PROPERTY_DELETE)

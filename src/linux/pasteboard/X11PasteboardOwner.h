@@ -23,7 +23,13 @@ public:
     void setTime(xcb_timestamp_t time) { m_time = time; }
 
     /// Somebody else owns the selection. What is on its way out still arrives.
-    void release() { m_content.clear(); }
+    void release();
+
+    /// Asks the clipboard manager to take over all of the content. Nothing happens where there is no content
+    /// of ours or no manager.
+    void save();
+    /// Until the manager has said that it has everything.
+    [[nodiscard]] bool isSaving() const { return m_saving; }
 
     void handle(const xcb_generic_event_t& event);
     void expire(Instant now);
@@ -52,6 +58,7 @@ private:
     xcb_window_t m_window;
     xcb_timestamp_t m_time = XCB_CURRENT_TIME;
     QHash<xcb_atom_t, QByteArray> m_content;
+    bool m_saving = false;
     Deliveries m_deliveries;
 };
 

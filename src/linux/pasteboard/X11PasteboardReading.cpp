@@ -93,8 +93,10 @@ void X11PasteboardReading::advance()
             m_reader.emplace(current.cut() ? QStringList() : m_connection.names(current.bytes()));
         } else {
             // The beginning of a long text is worth keeping; the beginning of an image or a list is not.
-            const bool text = mimetypes::formOf(m_reader->next()) == mimetypes::Form::Text;
-            m_reader->take(current.cut() && !text ? QByteArray() : current.bytes());
+            if (current.cut() && mimetypes::formOf(m_reader->next()) != mimetypes::Form::Text)
+                m_reader->refuse();
+            else
+                m_reader->take(current.bytes());
         }
         if (m_reader->next().isEmpty() || m_superseded || Instant::clock::now() >= m_end) {
             finish();

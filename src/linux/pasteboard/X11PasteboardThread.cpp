@@ -15,6 +15,8 @@ namespace {
 // Owners that freeze one after the other hold no more than this many unfinished readings.
 constexpr std::size_t mostReadings = 4;
 
+constexpr auto handOverPatience = std::chrono::seconds(1);
+
 constexpr auto claimPatience = std::chrono::milliseconds(250);
 
 } // namespace
@@ -70,12 +72,37 @@ void X11PasteboardThread::write(Write write)
         lock, claimPatience, [this, turn] { return m_writesClaimed >= turn || m_drawing || !m_works; });
 }
 
+void X11PasteboardThread::handOver()
+{
+    std::unique_lock lock(m_mutex);
+    if (!m_works)
+        return;
+    m_handOver = HandOver::Wanted;
+    wake();
+    m_handedOver.wait_for(
+        lock, handOverPatience, [this] { return m_handOver == HandOver::None || !m_works; });
+}
+
+void X11PasteboardThread::serveHandOver()
+{
+    const std::scoped_lock lock(m_mutex);
+    if (m_handOver == HandOver::Wanted) {
+        m_owner->save();
+        m_handOver = HandOver::Begun;
+    }
+    if (m_handOver == HandOver::Begun && !m_owner->isSaving()) {
+        m_handOver = HandOver::None;
+        m_handedOver.notify_all();
+    }
+}
+
 void X11PasteboardThread::run()
 {
     pthread_setname_np(pthread_self(), "pasteboard");
     using Event = X11PasteboardConnection::Reply<xcb_generic_event_t>;
     while (!m_stop && m_connection.works()) {
         runWrites();
+        serveHandOver();
         expire();
         if (const Event event { xcb_poll_for_event(m_connection.get()) }) {
             handle(*event);
@@ -94,6 +121,7 @@ void X11PasteboardThread::run()
         m_works = false;
     }
     m_claimed.notify_all();
+    m_handedOver.notify_all();
 }
 
 void X11PasteboardThread::runWrites()

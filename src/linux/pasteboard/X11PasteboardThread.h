@@ -43,6 +43,10 @@ public:
     /// is too busy for that, after a quarter of a second.
     void write(Write write);
 
+    /// Called on any thread but its own. Returns when the clipboard manager has what was written, when there
+    /// is none, and after a second.
+    void handOver();
+
 private:
     struct Entry {
         int writesBefore;
@@ -53,6 +57,7 @@ private:
     void run();
     void runWrites();
     void claim(const std::deque<Write>& writes);
+    void serveHandOver();
     void addImage(const Write& write);
     void handle(const xcb_generic_event_t& event);
     void ownerChanged(xcb_window_t owner, xcb_timestamp_t time, uint32_t sequence);
@@ -71,10 +76,13 @@ private:
 
     std::mutex m_mutex;
     std::condition_variable m_claimed;
+    std::condition_variable m_handedOver;
     std::deque<Write> m_writes;
     int m_writesGiven = 0;
     int m_writesClaimed = 0;
     bool m_drawing = false;
+    enum class HandOver { None, Wanted, Begun };
+    HandOver m_handOver = HandOver::None;
 
     std::unique_ptr<X11PasteboardOwner> m_owner;
     std::list<Entry> m_readings;

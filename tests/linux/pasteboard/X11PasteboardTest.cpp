@@ -7,6 +7,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+#include <QtEndian>
 
 #include <array>
 #include <future>
@@ -14,6 +15,88 @@
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
 using Manner = ForeignOwner::Manner;
+
+namespace {
+
+/// A clipboard manager, as X11's conventions have it. A frozen one says nothing.
+class Manager {
+public:
+    explicit Manager(const QByteArray& display, bool frozen = false)
+        : m_connection(display)
+    {
+        const auto window = m_connection.makeWindow();
+        xcb_set_selection_owner(
+            m_connection.get(), window, m_connection.atom("CLIPBOARD_MANAGER"), XCB_CURRENT_TIME);
+        m_connection.sync();
+        if (!frozen)
+            m_thread = std::thread([this] { serve(); });
+    }
+
+    ~Manager()
+    {
+        m_stop = true;
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+    Q_DISABLE_COPY_MOVE(Manager)
+
+    /// What it keeps for programs that end; to be read when they have been told that it has it.
+    QHash<QString, QByteArray> saved;
+
+private:
+    using Event = X11PasteboardConnection::Reply<xcb_generic_event_t>;
+
+    Event next()
+    {
+        while (!m_stop) {
+            if (Event event { xcb_poll_for_event(m_connection.get()) })
+                return event;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return {};
+    }
+
+    void serve()
+    {
+        while (const auto event = next()) {
+            if ((event->response_type & 0x7f) == XCB_SELECTION_REQUEST)
+                save(reinterpret_cast<const xcb_selection_request_event_t&>(*event));
+        }
+    }
+
+    void save(const xcb_selection_request_event_t& request)
+    {
+        const auto atoms = m_connection.takeProperty(request.requestor, request.property, 4096).bytes;
+        for (qsizetype place = 0; place < atoms.size(); place += 4) {
+            const auto one = atoms.sliced(place, 4);
+            X11PasteboardTransfer transfer(m_connection, m_connection.atom("CLIPBOARD"),
+                qFromUnaligned<xcb_atom_t>(one.constData()), XCB_CURRENT_TIME, 64 << 20, {});
+            xcb_flush(m_connection.get());
+            while (!transfer.complete()) {
+                const auto event = next();
+                if (!event)
+                    return;
+                (void)transfer.handle(*event);
+                xcb_flush(m_connection.get());
+            }
+            saved.insert(m_connection.names(one).first(), transfer.bytes());
+        }
+        xcb_selection_notify_event_t reply {};
+        reply.response_type = XCB_SELECTION_NOTIFY;
+        reply.requestor = request.requestor;
+        reply.selection = request.selection;
+        reply.target = request.target;
+        reply.property = request.property;
+        xcb_send_event(m_connection.get(), 0, request.requestor, 0, reinterpret_cast<const char*>(&reply));
+        xcb_flush(m_connection.get());
+    }
+
+    X11PasteboardConnection m_connection;
+    std::atomic_bool m_stop = false;
+    std::thread m_thread;
+};
+
+} // namespace
 
 class X11PasteboardTest : public QObject {
     Q_OBJECT
@@ -203,6 +286,37 @@ private Q_SLOTS:
         QCOMPARE(at.seen, QStringList());
     }
 
+    void handsWhatItHasToTheClipboardManager()
+    {
+        Fixture at;
+        Manager manager(at.server.displayName());
+        at.pasteboard.handOver();
+        QVERIFY(manager.saved.isEmpty());
+        const QByteArray image(3 << 20, 'P');
+        at.pasteboard.write({ { u"Ґ"_s, QUrl(u"file:///a"_s), [image] { return image; } } });
+        at.pasteboard.handOver();
+        QCOMPARE(manager.saved.value(u"UTF8_STRING"_s), "Ґ"_ba);
+        QCOMPARE(manager.saved.value(u"text/uri-list"_s), "file:///a\r\n"_ba);
+        QVERIFY(manager.saved.value(u"image/png"_s) == image);
+
+        // What is another program's is that program's to hand over.
+        manager.saved.clear();
+        (void)at.server.run(u"xclip"_s, { u"-selection"_s, u"clipboard"_s }, "theirs");
+        QTRY_COMPARE(at.pasteboard.string(), u"theirs"_s);
+        at.pasteboard.handOver();
+        QVERIFY(manager.saved.isEmpty());
+    }
+
+    void waitsForNoClipboardManagerForLong()
+    {
+        Fixture at;
+        at.pasteboard.write({ { u"a"_s, {}, {} } });
+        at.pasteboard.handOver();
+        const Manager frozen(at.server.displayName(), true);
+        at.pasteboard.handOver();
+        QCOMPARE(paste(at.server, "UTF8_STRING"), "a"_ba);
+    }
+
     void doesNotWaitForAnImageThatASecondWriteReplaces()
     {
         Fixture at;
@@ -268,6 +382,19 @@ private Q_SLOTS:
         QTRY_COMPARE(at.seen.size(), 1);
         QCOMPARE(at.pasteboard.data(pasteboardtype::png), QByteArray());
         QCOMPARE(at.pasteboard.data(pasteboardtype::jpeg).size(), 1000);
+    }
+
+    void refusesAListThatIsTooLong()
+    {
+        X11PasteboardLimits limits;
+        limits.textBytes = 1000;
+        Fixture at(limits);
+        ForeignOwner owner(at.server.displayName());
+        owner.copy(
+            { { "text/uri-list", QByteArray("file:///a\r\n").repeated(100) }, { "UTF8_STRING", "/a" } });
+        QTRY_COMPARE(at.seen, QStringList { QString() });
+        QCOMPARE(at.pasteboard.urls(), QList<QUrl>());
+        QCOMPARE(owner.dataRequests(), 1);
     }
 
     void announcesACopyThatItsOwnWriteOvertook()
