@@ -1,5 +1,7 @@
 #include "support/DataServer.h"
 
+#include "linux/calendar/server/GObjects.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -19,73 +21,93 @@ bool write(const QString& path, const QByteArray& text)
     return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) && file.write(text) >= 0;
 }
 
+/// The other program may not leave anything behind either: where leaks are looked for, they fail it.
+struct FreeComponents {
+    void operator()(GSList* list) const { e_util_free_nullable_object_slist(list); }
+};
+
 /// Not by the call that takes an invitation: that one leaves out what the user has declined.
-bool put(ECalClient* client, ICalComponent* component)
+bool put(ECalClient* client, ICalComponent* component, Failure& failure)
 {
     const auto kind = i_cal_component_isa(component);
     if (kind == I_CAL_VTIMEZONE_COMPONENT) {
-        auto* const zone = i_cal_timezone_new();
-        i_cal_timezone_set_component(zone, i_cal_component_clone(component));
-        return e_cal_client_add_timezone_sync(client, zone, nullptr, nullptr);
+        const Reference<ICalTimezone> zone(i_cal_timezone_new());
+        const Reference<ICalComponent> description(i_cal_component_clone(component));
+        i_cal_timezone_set_component(zone.get(), description.get());
+        return e_cal_client_add_timezone_sync(client, zone.get(), nullptr, failure.out());
     }
-    if (i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY)) {
+    const Reference<ICalProperty> recurrence(
+        i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY));
+    if (recurrence) {
         return e_cal_client_modify_object_sync(
-            client, component, E_CAL_OBJ_MOD_THIS, E_CAL_OPERATION_FLAG_NONE, nullptr, nullptr);
+            client, component, E_CAL_OBJ_MOD_THIS, E_CAL_OPERATION_FLAG_NONE, nullptr, failure.out());
     }
     return e_cal_client_create_object_sync(
                client, component, E_CAL_OPERATION_FLAG_NONE, nullptr, nullptr, nullptr)
         || e_cal_client_modify_object_sync(
-            client, component, E_CAL_OBJ_MOD_ALL, E_CAL_OPERATION_FLAG_NONE, nullptr, nullptr);
+            client, component, E_CAL_OBJ_MOD_ALL, E_CAL_OPERATION_FLAG_NONE, nullptr, failure.out());
 }
 
-int put(ECalClient* client, const QByteArray& text)
+bool put(ECalClient* client, const QByteArray& text, Failure& failure)
 {
-    auto* const calendar = i_cal_component_new_from_string(text.constData());
-    for (auto* component = i_cal_component_get_first_component(calendar, I_CAL_ANY_COMPONENT); component;
-         component = i_cal_component_get_next_component(calendar, I_CAL_ANY_COMPONENT)) {
-        if (!put(client, component))
-            return 1;
+    const Reference<ICalComponent> calendar(i_cal_component_new_from_string(text.constData()));
+    Reference<ICalComponent> component(
+        i_cal_component_get_first_component(calendar.get(), I_CAL_ANY_COMPONENT));
+    while (component) {
+        if (!put(client, component.get(), failure))
+            return false;
+        component.reset(i_cal_component_get_next_component(calendar.get(), I_CAL_ANY_COMPONENT));
     }
-    return 0;
+    return true;
 }
 
-/// The other program. It ends after this, so it frees nothing.
-int use(const QByteArray& what, const QByteArray& calendar)
+QString text(ICalTime* time)
 {
-    GError* error = nullptr;
-    auto* const registry = e_source_registry_new_sync(nullptr, &error);
-    auto* const source = registry ? e_source_registry_ref_source(registry, calendar.constData()) : nullptr;
-    auto* const opened = source ? e_cal_client_connect_sync(source, E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
-                             static_cast<guint32>(-1), nullptr, &error)
-                                : nullptr;
-    if (!opened) {
-        std::fprintf(stderr, "%s\n", error ? error->message : "no such calendar");
-        return 1;
-    }
-    auto* const client = E_CAL_CLIENT(opened);
+    const Reference<ICalTime> owned(time);
+    return taken(i_cal_time_as_ical_string(time));
+}
+
+bool use(ECalClient* client, const QByteArray& what, Failure& failure)
+{
     if (what == "put") {
         QFile input;
-        if (!input.open(stdin, QIODevice::ReadOnly))
-            return 1;
-        return put(client, input.readAll());
+        return input.open(stdin, QIODevice::ReadOnly) && put(client, input.readAll(), failure);
     }
-    GSList* found = nullptr;
-    e_cal_client_get_object_list_sync(client, "#t", &found, nullptr, &error);
-    for (auto* item = found; item; item = item->next) {
+    GSList* list = nullptr;
+    if (!e_cal_client_get_object_list_sync(client, "#t", &list, nullptr, failure.out()))
+        return false;
+    const std::unique_ptr<GSList, FreeComponents> found(list);
+    for (auto* item = list; item; item = item->next) {
         auto* const component = static_cast<ICalComponent*>(item->data);
         const auto* const uid = i_cal_component_get_uid(component);
         if (what == "clear") {
+            // One that stands twice, as a series and its occurrence, is gone with the first.
             e_cal_client_remove_object_sync(
                 client, uid, nullptr, E_CAL_OBJ_MOD_ALL, E_CAL_OPERATION_FLAG_NONE, nullptr, nullptr);
             continue;
         }
-        auto* const start = i_cal_time_as_ical_string(i_cal_component_get_dtstart(component));
-        auto* const end = i_cal_time_as_ical_string(i_cal_component_get_dtend(component));
-        std::printf("%s %s %s %s\n", uid, start, end, i_cal_component_get_summary(component));
-        g_free(start);
-        g_free(end);
+        std::printf("%s %s %s %s\n", uid, qPrintable(text(i_cal_component_get_dtstart(component))),
+            qPrintable(text(i_cal_component_get_dtend(component))), i_cal_component_get_summary(component));
     }
-    return 0;
+    return true;
+}
+
+/// The other program.
+int runOther(const QByteArray& what, const QByteArray& calendar)
+{
+    Failure failure;
+    const Reference<ESourceRegistry> registry(e_source_registry_new_sync(nullptr, failure.out()));
+    const Reference<ESource> source(
+        registry ? e_source_registry_ref_source(registry.get(), calendar.constData()) : nullptr);
+    const Reference<EClient> client(source
+            ? e_cal_client_connect_sync(source.get(), E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
+                static_cast<guint32>(-1), nullptr, failure.out())
+            : nullptr);
+    if (client && use(E_CAL_CLIENT(client.get()), what, failure))
+        return 0;
+    std::fprintf(stderr, "%s %s: %s\n", what.constData(), calendar.constData(),
+        failure.isSet() ? qPrintable(failure.text()) : "no such calendar");
+    return 1;
 }
 
 } // namespace
@@ -151,7 +173,7 @@ int DataServer::runAsOther(const QStringList& arguments)
 {
     if (arguments.size() != 4 || arguments[1] != "--other"_L1)
         return -1;
-    return use(arguments[2].toUtf8(), arguments[3].toUtf8());
+    return runOther(arguments[2].toUtf8(), arguments[3].toUtf8());
 }
 
 bool DataServer::other(const QStringList& arguments, const QByteArray& input)

@@ -1,14 +1,16 @@
-#include "linux/calendar/server/EdsCalendarStore.h"
 #include "linux/calendar/folder/IcsFolderCalendarStore.h"
+#include "linux/calendar/server/EdsCalendarStore.h"
 #include "support/DataServer.h"
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
+#include <ctime>
 #include <future>
 
 using namespace nimbarrow;
@@ -234,6 +236,52 @@ private Q_SLOTS:
         QFETCH(QDate, day);
         QVERIFY(put(components));
         QTEST(described(read(*m_store, day)), "expected");
+    }
+
+    void everyHourOfTheDayIsTheDays_data()
+    {
+        QTest::addColumn<QByteArray>("zone");
+        for (const auto* const zone :
+            { "Europe/Kyiv", "Pacific/Auckland", "America/Los_Angeles", "Asia/Kolkata" })
+            QTest::newRow(zone) << QByteArray(zone);
+    }
+
+    void everyHourOfTheDayIsTheDays()
+    {
+        QFETCH(QByteArray, zone);
+        const auto home = qgetenv("TZ");
+        const auto liveIn = [](const QByteArray& place) {
+            qputenv("TZ", place);
+            ::tzset();
+        };
+        liveIn(zone);
+        const auto backHome = qScopeGuard([&] { liveIn(home); });
+        const QDate day(2026, 11, 21);
+        QByteArray components;
+        QStringList expected;
+        // The hours before and after the day are not its.
+        for (int hour = -6; hour < 30; ++hour) {
+            const auto start = day.startOfDay().addSecs(hour * 3600 + 900);
+            const auto wall = start.toString(u"yyyyMMdd'T'HHmmss"_s).toLatin1();
+            const auto utc = start.toUTC().toString(u"yyyyMMdd'T'HHmmss'Z'"_s).toLatin1();
+            const auto before = start.addDays(-28).toString(u"yyyyMMdd'T'HHmmss"_s).toLatin1();
+            const std::pair<QByteArray, QByteArray> kinds[] { { "floating", "DTSTART:" + wall },
+                { "recurring", "DTSTART;TZID=" + zone + ':' + before + "\r\nRRULE:FREQ=WEEKLY" },
+                { "utc", "DTSTART:" + utc }, { "zoned", "DTSTART;TZID=" + zone + ':' + wall } };
+            for (const auto& [kind, lines] : kinds) {
+                const auto name = kind + QByteArray::number(hour);
+                components += "BEGIN:VEVENT\r\nUID:" + name + "\r\nDTSTAMP:20260101T000000Z\r\nSUMMARY:"
+                    + kind + "\r\n" + lines + "\r\nDURATION:PT30M\r\nEND:VEVENT\r\n";
+                if (start.date() == day)
+                    expected += QString::fromLatin1(kind) + start.toString(u" dd'T'HH:mm-"_s)
+                        + start.addSecs(1800).toString(u"dd'T'HH:mm"_s)
+                        + (kind == "recurring" ? u" recurs"_s : QString());
+            }
+        }
+        expected.sort();
+        QCOMPARE(expected.size(), 4 * 24);
+        QVERIFY(put(components));
+        QCOMPARE(described(read(*m_store, day)), expected);
     }
 
     void whatAnotherProgramPutsInIsTold()

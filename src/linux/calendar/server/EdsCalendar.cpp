@@ -1,7 +1,7 @@
 #include "linux/calendar/server/EdsCalendar.h"
 
-#include "linux/calendar/folder/EventDetails.h"
 #include "linux/calendar/EventIdentifier.h"
+#include "linux/calendar/folder/EventDetails.h"
 
 #include <QHash>
 #include <QLoggingCategory>
@@ -64,7 +64,6 @@ gboolean collect(
     event.isAllDay = i_cal_time_is_date(start);
     if (!event.start.isValid() || !event.end.isValid())
         return TRUE;
-    // Whole days may have been cut out in another zone than the user's.
     const bool overlaps = event.start < collected.end
         && (event.end > collected.start || (event.end == event.start && event.start >= collected.start));
     if (!overlaps)
@@ -164,14 +163,18 @@ bool EdsCalendar::addEvents(const QDateTime& start, const QDateTime& end, QSet<Q
         color.isValid() ? std::optional(color) : std::nullopt, {}, {} };
 
     e_cal_client_set_default_timezone(m_client.get(), localZone());
-    e_cal_client_generate_instances_sync(m_client.get(), start.toSecsSinceEpoch(), end.toSecsSinceEpoch(),
+    // Some editions of the library take the clock on the wall for UTC where they cut the time out, so they
+    // are asked for a day more on either side. No clock is further away.
+    const auto from = start.addDays(-1);
+    const auto to = end.addDays(1);
+    e_cal_client_generate_instances_sync(m_client.get(), from.toSecsSinceEpoch(), to.toSecsSinceEpoch(),
         patience.nextCall(), collect, &collected);
     if (collected.any)
         return addUnchanged(collected.events, collected.series, patience, events);
     // Nothing and no answer look alike until the server is asked for what it does tell errors of.
     Failure failure;
     GSList* found = nullptr;
-    const auto query = "(occur-in-time-range? " + timeInQuery(start) + ' ' + timeInQuery(end) + ')';
+    const auto query = "(occur-in-time-range? " + timeInQuery(from) + ' ' + timeInQuery(to) + ')';
     const bool answers = e_cal_client_get_object_list_sync(
         m_client.get(), query.constData(), &found, patience.nextCall(), failure.out());
     e_util_free_nullable_object_slist(found);
