@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -20,6 +21,11 @@ public:
     /// Any thread runs `work`; then the main loop runs `done`, unless `receiver` is gone by then.
     /// Called on the main thread.
     virtual void run(Work work, QObject* receiver, Work done) = 0;
+
+    /// Waits until all that was handed in has run and is answered, with what the answers hand in: for the end
+    /// of the program alone. False when there was no end to it in time. Main thread; the answers leave the
+    /// queue alone.
+    [[nodiscard]] virtual bool finish(std::chrono::milliseconds patience) = 0;
 
     void run(Work work) { run(std::move(work), nullptr, {}); }
 };

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <chrono>
 #include <pthread.h>
+#include <system_error>
 #include <utility>
 
 namespace nimbarrow {
@@ -13,6 +14,8 @@ namespace nimbarrow {
 namespace {
 
 constexpr auto idleTime = std::chrono::seconds(2);
+/// After which a thread is asked for again.
+constexpr auto retryTime = std::chrono::milliseconds(500);
 
 void nameThisThread(const QByteArray& name)
 {
@@ -54,7 +57,11 @@ private:
 
 class ThreadedQueue::Mailbox final : public QObject {
 public:
-    using QObject::QObject;
+    Mailbox(ThreadedQueue& queue, QObject* parent)
+        : QObject(parent)
+        , m_queue(&queue)
+    {
+    }
 
     bool event(QEvent* event) override
     {
@@ -64,12 +71,38 @@ public:
         }
         return QObject::event(event);
     }
+
+    void retryLater()
+    {
+        if (m_timer == 0)
+            m_timer = startTimer(retryTime);
+    }
+
+    void close()
+    {
+        m_queue = nullptr;
+        deleteLater();
+    }
+
+protected:
+    void timerEvent(QTimerEvent* /*event*/) override
+    {
+        killTimer(std::exchange(m_timer, 0));
+        if (!m_queue)
+            return;
+        const Lock lock(m_queue->m_mutex);
+        m_queue->startThread(lock);
+    }
+
+private:
+    ThreadedQueue* m_queue;
+    int m_timer = 0;
 };
 
 ThreadedQueue::ThreadedQueue(const QString& label, unsigned mostThreads)
     : m_name(label.section(u'.', -1).toUtf8())
     , m_mostThreads(mostThreads)
-    , m_mailbox(new Mailbox(QCoreApplication::instance()))
+    , m_mailbox(new Mailbox(*this, QCoreApplication::instance()))
 {
 }
 
@@ -77,8 +110,10 @@ ThreadedQueue::~ThreadedQueue()
 {
     std::list<std::thread> threads;
     {
-        const std::lock_guard lock(m_mutex);
+        Lock lock(m_mutex);
         m_closing = true;
+        if (m_threads.empty())
+            runAllHere(lock);
         threads.splice(threads.end(), m_threads);
         threads.splice(threads.end(), m_ended);
     }
@@ -87,7 +122,7 @@ ThreadedQueue::~ThreadedQueue()
         thread.join();
     // Behind the answers that wait in the event queue.
     if (m_mailbox)
-        m_mailbox->deleteLater();
+        m_mailbox->close();
 }
 
 void ThreadedQueue::run(Work work, QObject* receiver, Work done)
@@ -95,50 +130,95 @@ void ThreadedQueue::run(Work work, QObject* receiver, Work done)
     auto answer = done ? std::make_unique<Answer>(receiver, std::move(done)) : nullptr;
     std::list<std::thread> ended;
     {
-        const std::lock_guard lock(m_mutex);
+        const Lock lock(m_mutex);
         m_jobs.push_back({ std::move(work), std::move(answer) });
         ended.splice(ended.end(), m_ended);
-        if (m_jobs.size() > m_idle && m_threads.size() < m_mostThreads) {
-            const auto self = m_threads.emplace(m_threads.end());
-            *self = std::thread(&ThreadedQueue::runThread, this, self);
-        }
+        startThread(lock);
     }
     m_wake.notify_one();
     for (auto& thread : ended)
         thread.join();
 }
 
+bool ThreadedQueue::finish(std::chrono::milliseconds patience)
+{
+    const auto end = std::chrono::steady_clock::now() + patience;
+    const auto isDone = [this] { return m_jobs.empty() && m_working == 0; };
+    for (;;) {
+        {
+            Lock lock(m_mutex);
+            startThread(lock);
+            if (m_threads.empty())
+                runAllHere(lock);
+            if (!m_done.wait_until(lock, end, isDone))
+                return false;
+        }
+        QCoreApplication::sendPostedEvents(m_mailbox, QEvent::User);
+        const Lock lock(m_mutex);
+        if (isDone())
+            return true;
+    }
+}
+
+void ThreadedQueue::startThread(const Lock& /*lock*/)
+{
+    if (m_jobs.size() <= m_idle || m_threads.size() >= m_mostThreads)
+        return;
+    const auto self = m_threads.emplace(m_threads.end());
+    try {
+        *self = std::thread(&ThreadedQueue::runThread, this, self);
+    } catch (const std::system_error&) {
+        m_threads.erase(self);
+        // Those that there are take the work as they come to it.
+        if (m_threads.empty() && m_mailbox)
+            m_mailbox->retryLater();
+    }
+}
+
 void ThreadedQueue::runThread(std::list<std::thread>::iterator self)
 {
     nameThisThread(m_name);
-    std::unique_lock lock(m_mutex);
+    Lock lock(m_mutex);
     for (;;) {
-        if (m_jobs.empty()) {
-            if (m_closing)
-                return;
-            ++m_idle;
-            const bool woken
-                = m_wake.wait_for(lock, idleTime, [this] { return m_closing || !m_jobs.empty(); });
-            --m_idle;
-            if (!woken) {
-                m_ended.splice(m_ended.end(), m_threads, self);
-                return;
-            }
+        if (!m_jobs.empty()) {
+            runFirst(lock);
             continue;
         }
-        auto job = std::move(m_jobs.front());
-        m_jobs.pop_front();
-        lock.unlock();
-
-        job.work();
-        // What the work held goes on this thread, and before the answer tells that it is over.
-        job.work = {};
-        if (job.answer) {
-            job.answer->workIsOver();
-            QCoreApplication::postEvent(m_mailbox, job.answer.release());
+        if (m_closing)
+            return;
+        ++m_idle;
+        const bool woken = m_wake.wait_for(lock, idleTime, [this] { return m_closing || !m_jobs.empty(); });
+        --m_idle;
+        if (!woken) {
+            m_ended.splice(m_ended.end(), m_threads, self);
+            return;
         }
-        lock.lock();
     }
+}
+
+void ThreadedQueue::runFirst(Lock& lock)
+{
+    auto job = std::move(m_jobs.front());
+    m_jobs.pop_front();
+    ++m_working;
+    lock.unlock();
+
+    job.work();
+    // What the work held goes on this thread, and before the answer tells that it is over.
+    job.work = {};
+    if (job.answer) {
+        job.answer->workIsOver();
+        QCoreApplication::postEvent(m_mailbox, job.answer.release());
+    }
+    lock.lock();
+    --m_working;
+    m_done.notify_all();
+}
+
+void ThreadedQueue::runAllHere(Lock& lock)
+{
+    while (!m_jobs.empty())
+        runFirst(lock);
 }
 
 } // namespace nimbarrow

@@ -8,10 +8,12 @@
 #include <algorithm>
 #include <atomic>
 #include <latch>
+#include <pthread.h>
 #include <thread>
 
 using namespace nimbarrow;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -27,6 +29,27 @@ QStringList threadNames()
     }
     return names;
 }
+
+/// While this stands no new thread finds room for its stack.
+class NoThreads {
+public:
+    NoThreads()
+    {
+        ::pthread_getattr_default_np(&m_usual);
+        auto vast = m_usual;
+        ::pthread_attr_setstacksize(&vast, std::size_t { 1 } << 46U);
+        ::pthread_setattr_default_np(&vast);
+    }
+    ~NoThreads()
+    {
+        ::pthread_setattr_default_np(&m_usual);
+        ::pthread_attr_destroy(&m_usual);
+    }
+    Q_DISABLE_COPY_MOVE(NoThreads)
+
+private:
+    pthread_attr_t m_usual {};
+};
 
 } // namespace
 
@@ -91,6 +114,44 @@ private Q_SLOTS:
         }
         QCOMPARE(worked.load(), 20);
         QTRY_COMPARE(answered, 20);
+    }
+
+    void finishesWhatAnswersHandIn()
+    {
+        const auto queue = QtWorkQueues().serial(u"store"_s);
+        bool over = false;
+        queue->run([] { QThread::msleep(20); }, this,
+            [&] { queue->run([] { QThread::msleep(20); }, this, [&] { over = true; }); });
+        QVERIFY(queue->finish(1min));
+        QVERIFY(over);
+        std::latch held(1);
+        queue->run([&] { held.wait(); });
+        QVERIFY(!queue->finish(10ms));
+        held.count_down();
+        QVERIFY(queue->finish(1min));
+    }
+
+    void worksOnceThereAreThreadsAgain()
+    {
+        auto queue = QtWorkQueues().serial(u"store"_s);
+        QList<int> worked;
+        bool answered = false;
+        {
+            const NoThreads none;
+            queue->run([&] { worked << 1; }, this, [&] { answered = true; });
+            QVERIFY(worked.isEmpty());
+        }
+        QTRY_VERIFY(answered);
+        // Whoever waits for the end has a thread to spare.
+        for (const auto goes : { false, true }) {
+            QTRY_VERIFY(!threadNames().contains(u"store"_s));
+            const NoThreads none;
+            queue->run([&] { worked << 2; });
+            QVERIFY(goes || queue->finish(1min));
+            if (goes)
+                queue.reset();
+        }
+        QCOMPARE(worked, (QList { 1, 2, 2 }));
     }
 
     void aReceiverThatIsGoneHearsNothing()

@@ -68,8 +68,9 @@ private:
 
     class Queue final : public WorkQueue {
     public:
-        explicit Queue(std::shared_ptr<Jobs> jobs)
-            : m_jobs(std::move(jobs))
+        explicit Queue(ManualQueues& queues)
+            : m_queues(queues)
+            , m_jobs(queues.m_jobs)
         {
         }
         ~Queue() override
@@ -89,14 +90,21 @@ private:
             *m_jobs << Job { this, std::move(work), receiver, std::move(done) };
         }
 
+        bool finish(std::chrono::milliseconds /*patience*/) override
+        {
+            m_queues.runAll();
+            return true;
+        }
+
     private:
+        ManualQueues& m_queues;
         std::shared_ptr<Jobs> m_jobs;
     };
 
     std::unique_ptr<WorkQueue> make(const QString& label)
     {
         m_labels << label;
-        return std::make_unique<Queue>(m_jobs);
+        return std::make_unique<Queue>(*this);
     }
 
     std::shared_ptr<Jobs> m_jobs = std::make_shared<Jobs>();
