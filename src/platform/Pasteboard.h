@@ -84,6 +84,10 @@ public:
     /// Replaces the content. `changeCount` has moved when this returns.
     virtual void write(const QList<PasteboardObject>& objects) = 0;
 
+    /// Leaves what the program has written to whoever keeps it when programs end, where there is somebody. For the
+    /// end of the program: it waits, for at most 1 s.
+    virtual void handOver() { }
+
 Q_SIGNALS:
     /// The content is another program's now, and what the program can use of it has been read already.
     void changed();
