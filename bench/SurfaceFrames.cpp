@@ -24,7 +24,8 @@ long long microseconds(clockid_t clock)
 
 int main(int argc, char* argv[])
 {
-    nimbarrow::preparePlatform();
+    if (nimbarrow::preparePlatform())
+        return 1;
     const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(u"Nimbarrow"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false);

@@ -6,6 +6,7 @@
 #include "notch/NotchController.h"
 #include "style/Motion.h"
 
+#include <QCoreApplication>
 #include <QLoggingCategory>
 
 #include <cstdio>
@@ -59,7 +60,16 @@ bool AppDelegate::applicationDidFinishLaunching()
     m_surface->load(*m_notch, *m_model);
     m_model->start(*m_notch);
     m_notch->start();
+    const auto& end = *m_platform.programEnd;
+    QObject::connect(&end, &ProgramEnd::requested, m_model.get(), &QCoreApplication::quit);
+    QObject::connect(&end, &ProgramEnd::sessionMayEnd, m_model.get(), &AppModel::save);
+    QObject::connect(&end, &ProgramEnd::displayLost, m_model.get(), &AppModel::save);
     return true;
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    m_model->end();
 }
 
 void AppDelegate::reportMissingNotch() const

@@ -20,6 +20,9 @@ public:
     /// False when the program is to end because another copy runs.
     [[nodiscard]] bool applicationDidFinishLaunching();
 
+    /// After the main loop: nothing that was done last is lost.
+    void applicationWillTerminate();
+
     /// Says so on the terminal when no screen has a notch: whoever starts the program by hand would wonder
     /// where it is.
     void reportMissingNotch() const;

@@ -13,6 +13,7 @@ namespace nimbarrow {
 
 AppModel::AppModel(const Platform& platform, QObject* parent)
     : QObject(parent)
+    , m_pasteboard(*platform.pasteboard)
     , m_about(*platform.opener)
     , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
           *platform.desktopPreferences, *platform.scheduler)
@@ -78,6 +79,19 @@ void AppModel::start(NotchController& notch)
     m_clipboard.start();
     applyWatchScreenshots();
     m_player.start();
+}
+
+void AppModel::save()
+{
+    m_store.flush();
+}
+
+void AppModel::end()
+{
+    // First, for who ends the program may have little patience.
+    save();
+    m_keepAwake.deactivate();
+    m_pasteboard.handOver();
 }
 
 void AppModel::applyShowCalendar()

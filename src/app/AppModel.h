@@ -34,6 +34,12 @@ public:
     /// Links the services to the controller and starts them. The controller may die first.
     void start(NotchController& notch);
 
+    /// Puts everything that is pending on the disk, and waits for it a few seconds at most.
+    void save();
+    /// Saves, leaves the clipboard's content to whoever keeps it, and lets go of what the system holds for
+    /// the program.
+    void end();
+
     [[nodiscard]] About& about() { return m_about; }
     [[nodiscard]] Settings& settings() { return m_settings; }
     [[nodiscard]] NowPlayingModel& player() { return m_player; }
@@ -53,6 +59,7 @@ private:
     void applyShowCalendar();
     void applyWatchScreenshots();
 
+    Pasteboard& m_pasteboard;
     // The members stand in the order they are built.
     About m_about;
     Settings m_settings;

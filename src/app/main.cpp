@@ -2,11 +2,16 @@
 
 #include <QGuiApplication>
 
+#include <cstdio>
+
 using namespace Qt::StringLiterals;
 
 int main(int argc, char* argv[])
 {
-    nimbarrow::preparePlatform();
+    if (const auto obstacle = nimbarrow::preparePlatform()) {
+        std::fprintf(stderr, "Nimbarrow: %s\n", qUtf8Printable(*obstacle));
+        return 1;
+    }
     const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(u"Nimbarrow"_s);
     QGuiApplication::setDesktopFileName(u"ua.tessak.Nimbarrow"_s);
@@ -16,5 +21,7 @@ int main(int argc, char* argv[])
     if (!delegate.applicationDidFinishLaunching())
         return 0;
     delegate.reportMissingNotch();
-    return QGuiApplication::exec();
+    const int status = QGuiApplication::exec();
+    delegate.applicationWillTerminate();
+    return status;
 }

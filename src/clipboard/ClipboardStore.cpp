@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSemaphore>
 #include <QSet>
 
 #include <algorithm>
@@ -28,6 +29,7 @@ namespace {
 using Kind = ClipboardItem::Kind;
 
 constexpr auto saveDelay = 500ms;
+constexpr int longestFlush = 3000; // ms
 constexpr qint64 lowestLimit = 10;
 constexpr qsizetype maxCharacters = 20'000;
 /// In UTF-16 units: hashing a longer text is felt.
@@ -264,6 +266,15 @@ void ClipboardStore::enforceLimit()
     letGo(overflow);
     // What the user no longer wants to keep is not to stay on disk until the next copy.
     scheduleSave();
+}
+
+void ClipboardStore::flush()
+{
+    if (m_saveTimer.isSet())
+        save();
+    const auto done = std::make_shared<QSemaphore>();
+    m_io->run([done] { done->release(); });
+    done->tryAcquire(1, longestFlush);
 }
 
 ClipboardItem ClipboardStore::makeItem(

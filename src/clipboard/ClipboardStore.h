@@ -70,6 +70,9 @@ public:
 
     void enforceLimit();
 
+    /// Puts everything that is pending on the disk and waits for it, for at most 3 s. For the end of the program.
+    void flush();
+
     /// Called for every entry that was not there before, after `items` has it.
     std::function<void(const ClipboardItem&)> onNewItem;
 

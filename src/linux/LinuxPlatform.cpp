@@ -1,42 +1,45 @@
-#include "platform/Platform.h"
-#include "linux/session/AutostartLoginItem.h"
-#include "linux/session/BusInstance.h"
+#include "linux/applications/DesktopOpener.h"
+#include "linux/applications/PortalSharePicker.h"
+#include "linux/applications/X11Applications.h"
 #include "linux/calendar/CalendarStorePlugin.h"
 #include "linux/calendar/DayWatch.h"
-#include "linux/applications/DesktopOpener.h"
-#include "linux/screenshots/DesktopScreenshotFolder.h"
-#include "linux/display/DisplayPanels.h"
-#include "linux/session/InheritedState.h"
-#include "linux/screenshots/InotifyFolderEvents.h"
-#include "linux/media/LinuxAdapterCommand.h"
 #include "linux/calendar/LinuxCalendarStore.h"
-#include "linux/pasteboard/MimeDropReader.h"
-#include "linux/power/LinuxPowerAssertions.h"
-#include "linux/session/LinuxPreferences.h"
+#include "linux/display/DisplayPanels.h"
+#include "linux/display/QtScreens.h"
+#include "linux/display/X11Pointer.h"
+#include "linux/keys/X11HotKeys.h"
+#include "linux/keys/X11Keystrokes.h"
+#include "linux/keys/X11Trust.h"
+#include "linux/media/LinuxAdapterCommand.h"
 #include "linux/media/NoMusicApp.h"
 #include "linux/media/NoScripting.h"
-#include "linux/applications/PortalSharePicker.h"
+#include "linux/panel/X11PanelWindow.h"
+#include "linux/pasteboard/MimeDropReader.h"
+#include "linux/pasteboard/X11Pasteboard.h"
+#include "linux/power/LinuxPowerAssertions.h"
+#include "linux/screenshots/DesktopScreenshotFolder.h"
+#include "linux/screenshots/InotifyFolderEvents.h"
+#include "linux/session/AutostartLoginItem.h"
+#include "linux/session/BusInstance.h"
+#include "linux/session/InheritedState.h"
+#include "linux/session/LinuxPreferences.h"
+#include "linux/session/LinuxProgramEnd.h"
 #include "linux/session/SessionBus.h"
 #include "linux/session/XdgLocations.h"
+#include "platform/Platform.h"
 #include "qt/QSettingsDefaults.h"
 #include "qt/QtAdapterProcesses.h"
 #include "qt/QtScheduler.h"
-#include "linux/display/QtScreens.h"
 #include "qt/QtWorkQueues.h"
 #include "qt/SystemClock.h"
-#include "linux/applications/X11Applications.h"
-#include "linux/keys/X11HotKeys.h"
-#include "linux/keys/X11Keystrokes.h"
-#include "linux/panel/X11PanelWindow.h"
-#include "linux/pasteboard/X11Pasteboard.h"
-#include "linux/display/X11Pointer.h"
-#include "linux/keys/X11Trust.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <malloc.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <xcb/xcb.h>
 
 using namespace Qt::StringLiterals;
 
@@ -69,6 +72,23 @@ const InheritedState& inheritedState()
     return state;
 }
 
+/// Qt would abort where there is no display, and on another windowing system nothing here would work.
+std::optional<QString> displayObstacle()
+{
+    const auto platforms = qEnvironmentVariable("QT_QPA_PLATFORM").split(u';', Qt::SkipEmptyParts);
+    const bool isX11 = std::ranges::all_of(
+        platforms, [](const QString& platform) { return platform.section(u':', 0, 0) == "xcb"_L1; });
+    if (!isX11)
+        return u"It needs an X server and cannot run with QT_QPA_PLATFORM=%1."_s.arg(platforms.join(u';'));
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    if (!xcb_connection_has_error(connection.get()))
+        return {};
+    const auto display = qEnvironmentVariable("DISPLAY");
+    return display.isEmpty() ? u"There is no display: DISPLAY is not set."_s
+                             : u"The display %1 cannot be opened."_s.arg(display);
+}
+
 std::unique_ptr<CalendarStore> makeCalendarStore(UserDefaults& defaults, const Locations& locations)
 {
     const auto folder = locations.applicationSupport() + "/Nimbarrow/calendars"_L1;
@@ -81,7 +101,7 @@ std::unique_ptr<CalendarStore> makeCalendarStore(UserDefaults& defaults, const L
 
 } // namespace
 
-void preparePlatform()
+std::optional<QString> preparePlatform()
 {
     keepHeapsSmall();
     inheritedState();
@@ -92,10 +112,13 @@ void preparePlatform()
     // What the program writes is what the user copied.
     ::umask(S_IRWXG | S_IRWXO);
     // So is what its memory holds, and a crash would put it into a file that outlives the entries.
+    // A byte is too little for a file, and keeps the kernel from handing it all to a crash handler as well;
+    // none would not do that.
     rlimit core {};
     ::getrlimit(RLIMIT_CORE, &core);
-    core.rlim_cur = 0;
+    core.rlim_cur = std::min<rlim_t>(1, core.rlim_max);
     ::setrlimit(RLIMIT_CORE, &core);
+    return displayObstacle();
 }
 
 Platform makePlatform()
@@ -109,6 +132,7 @@ Platform makePlatform()
     platform.userDefaults = std::make_unique<QSettingsDefaults>(configuration + "/Nimbarrow.conf"_L1);
     platform.desktopPreferences = std::make_unique<LinuxPreferences>(liveSessionBus());
     platform.instance = std::make_unique<BusInstance>();
+    platform.programEnd = std::make_unique<LinuxProgramEnd>(liveSystemBus());
     platform.loginItem
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());
     platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());

@@ -20,6 +20,7 @@
 #include "platform/Pasteboard.h"
 #include "platform/Pointer.h"
 #include "platform/PowerAssertions.h"
+#include "platform/ProgramEnd.h"
 #include "platform/Scheduler.h"
 #include "platform/Screens.h"
 #include "platform/ScreenshotFolder.h"
@@ -28,8 +29,11 @@
 #include "platform/UserDefaults.h"
 #include "platform/WorkQueue.h"
 
+#include <QString>
+
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QQuickWindow;
 
@@ -44,6 +48,7 @@ struct Platform {
     std::unique_ptr<UserDefaults> userDefaults;
     std::unique_ptr<DesktopPreferences> desktopPreferences;
     std::unique_ptr<Instance> instance;
+    std::unique_ptr<ProgramEnd> programEnd;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<Screens> screens;
     std::unique_ptr<Pointer> pointer;
@@ -71,8 +76,9 @@ struct Platform {
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;
 };
 
-/// Settles what must be settled before the application object is made, such as the windowing system.
-void preparePlatform();
+/// Prepares what must stand before the application object is made, such as the windowing system. None where
+/// the program can run here, else why not, as a sentence for the terminal.
+[[nodiscard]] std::optional<QString> preparePlatform();
 
 /// Called once, after the application object is made. Each system defines it in one file; the build picks it.
 [[nodiscard]] Platform makePlatform();

@@ -174,6 +174,22 @@ class Desktop:
                 self.nimbarrow.wait()
         self.nimbarrow = None
 
+    def kill_server(self):
+        """Takes the X server away."""
+        self.server.kill()
+
+    @staticmethod
+    def children_of(pid):
+        tasks = pathlib.Path(f"/proc/{pid}/task").glob("*/children")
+        return [int(child) for task in tasks for child in task.read_text().split()]
+
+    @staticmethod
+    def runs(pid):
+        try:
+            return "Z" not in pathlib.Path(f"/proc/{pid}/stat").read_text().rsplit(")", 1)[1].split()[0]
+        except FileNotFoundError:
+            return False
+
     def log(self):
         path = self.home / "nimbarrow.log"
         return path.read_text(errors="replace") if path.exists() else ""
@@ -189,7 +205,7 @@ class Desktop:
 
     def _start_server(self):
         read, write = os.pipe()
-        self.spawn(["Xvfb", "-displayfd", str(write), "-screen", "0",
+        self.server = self.spawn(["Xvfb", "-displayfd", str(write), "-screen", "0",
                     f"{WIDTH * self.scale}x{HEIGHT * self.scale}x24", "-nolisten", "tcp", "-noreset"],
                    pass_fds=[write])
         os.close(write)

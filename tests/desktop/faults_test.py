@@ -90,6 +90,49 @@ def kill(desktop):
             raise StageMissed(f"a private {path.name}")
 
 
+def copy_and_end(desktop, text, end):
+    """What was copied the moment before the program is ended is kept, nothing of the program stays, and it ends well."""
+    desktop.copy(text)
+    Flow(desktop).wait_for_notice(text, pause=0)
+    program = desktop.nimbarrow
+    children = desktop.children_of(program.pid)
+    end()
+    try:
+        status = program.wait(8)
+    except subprocess.TimeoutExpired:
+        raise StageMissed(f"the end after {text}") from None
+    if status != 0:
+        raise StageMissed(f"an end with 0 after {text}, not {status}")
+    if not any(has_text(text)(item) for item in desktop.history()):
+        raise StageMissed(f"what was {text} in the history")
+    wait_until("the end of the program's own processes", lambda: not any(map(desktop.runs, children)), 5)
+
+
+def signals(desktop):
+    for end in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+        copy_and_end(desktop, f"copied before {end.name}", lambda end=end: desktop.nimbarrow.send_signal(end))
+        desktop.start()
+
+
+def lost_display(program):
+    """The X server dies under the program."""
+    with Desktop(program, settings={"language": "en"}) as desktop:
+        desktop.start()
+        copy_and_end(desktop, "copied before the display went", desktop.kill_server)
+        print("survived: lost_display", flush=True)
+
+
+def no_display(program):
+    """Where the program cannot work it says so in one line."""
+    for environment in ({"DISPLAY": ":1999"}, {"DISPLAY": ""}, {"QT_QPA_PLATFORM": "offscreen"},
+                        {"QT_QPA_PLATFORM": "wayland"}):
+        run = subprocess.run([program], env={**os.environ, "DISPLAY": ":1999", **environment}, timeout=30,
+                             capture_output=True, text=True)
+        if run.returncode != 1 or len(run.stderr.splitlines()) != 1:
+            raise StageMissed(f"one line and status 1 with {environment}, not {run.returncode} and:\n{run.stderr}")
+        print("survived: no_display", environment, flush=True)
+
+
 def uncovered_corners(desktop):
     """Beside the outline the desktop shows through, with and without a compositor."""
     flow = Flow(desktop)
@@ -121,6 +164,16 @@ def body_stays_whole(desktop):
     flow.wait_closed()
 
 
+def plays(test, program):
+    """Plays a test that has a desktop of its own, or none."""
+    try:
+        test(program)
+    except StageMissed as missed:
+        print("missed:", missed, file=sys.stderr)
+        return False
+    return True
+
+
 def play(program, stages, **desktop_options):
     with Desktop(program, settings={"language": "en"}, **desktop_options) as desktop:
         try:
@@ -136,9 +189,11 @@ def play(program, stages, **desktop_options):
 
 
 def main(program, _peers):
-    everything = play(program, [second_instance, uncovered_corners, body_stays_whole, secret, burst, frozen_owner, huge_text, kill])
+    everything = play(program, [second_instance, uncovered_corners, body_stays_whole, secret, burst, frozen_owner,
+                                huge_text, kill, signals])
     bare = play(program, [second_instance, uncovered_corners, kill], compositor=False, bus=False)
-    return 0 if everything and bare else 1
+    ends = [plays(test, program) for test in (lost_display, no_display)]
+    return 0 if everything and bare and all(ends) else 1
 
 
 if __name__ == "__main__":

@@ -74,10 +74,10 @@ class Flow:
         self.desktop.move(*BELOW_THE_SURFACE)
         self.wait_closed()
 
-    def wait_for_notice(self, what):
+    def wait_for_notice(self, what, pause=0.35):
         wait_until(f"a notice for {what}", lambda: self.desktop.is_black(NOTCH_LEFT - 40, 4)
                    and self.desktop.is_black(NOTCH_RIGHT + 140, 4), 8)
-        time.sleep(0.35)
+        time.sleep(pause)
 
     def wait_notice_gone(self):
         wait_until("the end of the notice", lambda: not self.desktop.is_black(NOTCH_LEFT - 40, 4), 8)
