@@ -4,6 +4,7 @@
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimeZone>
 
 #include <algorithm>
 
@@ -124,7 +125,7 @@ private Q_SLOTS:
         auto random = QRandomGenerator(20261121);
         ClipboardListModel model;
         const Seen seen(model);
-        const auto start = QDateTime::fromSecsSinceEpoch(1'800'000'000, Qt::UTC);
+        const auto start = QDateTime::fromSecsSinceEpoch(1'800'000'000, QTimeZone::utc());
         QList<ClipboardItem> items;
         for (auto round = 0; round < 500; ++round) {
             auto item = numbered(random.bounded(30));

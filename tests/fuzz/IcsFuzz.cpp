@@ -1,4 +1,6 @@
 #include "Fuzz.h"
+
+#include <QTimeZone>
 #include "linux/calendar/folder/IcsCalendar.h"
 
 using namespace nimbarrow;
@@ -6,7 +8,7 @@ using namespace nimbarrow;
 /// A stranger's calendar, of which one day is laid out as the folder's store does.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const auto start = QDate(2026, 11, 21).startOfDay(Qt::UTC);
+    const auto start = QDate(2026, 11, 21).startOfDay(QTimeZone::utc());
     const auto end = start.addDays(1);
     IcsCalendar calendar(start, end, { QStringLiteral("sam@example.org") });
     calendar.add(QByteArrayView(data, static_cast<qsizetype>(size)), QStringLiteral("/any.ics"));
