@@ -129,12 +129,13 @@ bool X11PanelWindow::eventFilter(QObject* watched, QEvent* event)
 
 bool X11PanelWindow::isTakenByControl(QKeyEvent& event) const
 {
-    auto* const control = m_window.activeFocusItem();
-    if (!control)
-        return false;
-    event.accept();
-    QCoreApplication::sendEvent(control, &event);
-    return event.isAccepted();
+    for (auto* item = m_window.activeFocusItem(); item; item = item->parentItem()) {
+        event.accept();
+        QCoreApplication::sendEvent(item, &event);
+        if (event.isAccepted())
+            return true;
+    }
+    return false;
 }
 
 KeyEvent X11PanelWindow::translated(const QKeyEvent& event) const

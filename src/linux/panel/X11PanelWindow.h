@@ -37,7 +37,7 @@ protected:
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
-    /// The control that the Tab key has reached comes before everybody else.
+    /// The control that the Tab key has reached comes before everybody else, and so does what it stands in.
     [[nodiscard]] bool isTakenByControl(QKeyEvent& event) const;
     [[nodiscard]] KeyEvent translated(const QKeyEvent& event) const;
     void shapeToOutline();
