@@ -63,7 +63,7 @@ void AppModel::start(NotchController& notch)
     };
     m_paster.deliverPaste = [controller, deliverAtOnce = m_paster.deliverPaste] {
         if (controller)
-            controller->deliverPaste();
+            controller->keyboard().deliverPaste();
         else
             deliverAtOnce();
     };
@@ -73,7 +73,7 @@ void AppModel::start(NotchController& notch)
         m_player.refresh();
         m_calendar.refresh();
     };
-    notch.onPlayPause = [this] { m_player.playPause(); };
+    notch.keyboard().onPlayPause = [this] { m_player.playPause(); };
     connect(&m_settings, &Settings::showCalendarChanged, this, &AppModel::applyShowCalendar);
     applyShowCalendar();
     m_clipboard.start();

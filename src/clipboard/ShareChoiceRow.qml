@@ -3,21 +3,22 @@ import Nimbarrow.Preferences
 import Nimbarrow.Style
 
 /// One thing that can be done with what is shared.
-Rectangle {
+Pressable {
     id: root
 
     required property int index
     required property var modelData
 
-    signal chosen
-
-    Accessible.name: label.text
     Accessible.role: Accessible.MenuItem
-    color: hover.hovered ? Theme.hoverFill : "transparent"
     implicitHeight: Theme.rowHeight
-    radius: Theme.rowRadius
+    name: label.text
+    ringRadius: Theme.rowRadius
 
-    Accessible.onPressAction: chosen()
+    Rectangle {
+        anchors.fill: parent
+        color: root.hovered ? Theme.hoverFill : "transparent"
+        radius: Theme.rowRadius
+    }
 
     Symbol {
         anchors.verticalCenter: parent.verticalCenter
@@ -38,15 +39,5 @@ Rectangle {
         font.pixelSize: Theme.rowText
         height: root.height
         text: L10n.texts[root.modelData.titleKey]
-    }
-
-    HoverHandler {
-        id: hover
-    }
-
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-
-        onTapped: root.chosen()
     }
 }

@@ -27,11 +27,15 @@ FocusScope {
 
     Accessible.name: L10n.texts[L10n.Share]
     Accessible.role: Accessible.PopupMenu
-    focus: true
 
-    // Once, so that the rows stay while they fade.
-    Component.onCompleted: rows.model = presenter.choices
+    Component.onCompleted: {
+        // Once, so that the rows stay while they fade.
+        rows.model = presenter.choices;
+        forceActiveFocus();
+    }
+    Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onEscapePressed: _cancel()
+    Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     Rectangle {
         anchors.fill: parent
@@ -84,7 +88,7 @@ FocusScope {
                 delegate: ShareChoiceRow {
                     width: list.width
 
-                    onChosen: root._choose(index)
+                    onClicked: root._choose(index)
                 }
             }
 

@@ -23,6 +23,20 @@ FadingContent {
         anchors.fill: parent
         enabled: root.shown
 
+        // Whoever has asked for it from the keyboard goes on there.
+        Component.onCompleted: {
+            if (root.owner.activeFocus)
+                nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+        }
+        // Escape goes back to the owl, and an arrow on to the history.
+        Keys.onPressed: event => {
+            event.accepted = event.key === Qt.Key_Escape;
+            if (event.accepted)
+                root.owner.forceActiveFocus(Qt.TabFocusReason);
+            if (event.accepted || event.key >= Qt.Key_Left && event.key <= Qt.Key_Down)
+                root.dismissed();
+        }
+
         TapHandler {
             gesturePolicy: TapHandler.ReleaseWithinBounds
 
@@ -79,7 +93,11 @@ FadingContent {
                         label: modelData > 0 ? modelData + " " + L10n.texts[L10n.HoursSuffix] : "∞"
                         width: panel.width - 8
 
-                        onClicked: root.chosen(modelData)
+                        onClicked: {
+                            if (activeFocus)
+                                root.owner.forceActiveFocus(Qt.TabFocusReason);
+                            root.chosen(modelData);
+                        }
                     }
                 }
             }

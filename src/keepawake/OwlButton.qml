@@ -3,29 +3,19 @@ import Nimbarrow.KeepAwake
 import Nimbarrow.Style
 
 /// The owl as a button.
-Item {
+Pressable {
     id: root
 
     required property OwlMotion motion
     required property bool awake
-    /// Says what the button does, to the eye and to assistive programs.
-    required property string help
     /// Whether somebody can see it.
     required property bool active
     /// In points; the owl's width.
     property real size: 24
-    readonly property bool hovered: hover.hovered
 
-    signal clicked
-
-    Accessible.name: help
-    Accessible.role: Accessible.Button
     implicitHeight: owl.implicitHeight
     implicitWidth: owl.implicitWidth + 4
-
-    Accessible.onPressAction: clicked()
-    Component.onDestruction: HelpText.withdraw(root)
-    onHoveredChanged: hovered ? HelpText.offer(root, help, Theme.helpDelay) : HelpText.withdraw(root)
+    name: help
 
     OwlView {
         id: owl
@@ -43,20 +33,6 @@ Item {
             NumberAnimation {
                 duration: Theme.fadeDuration
             }
-        }
-    }
-
-    HoverHandler {
-        id: hover
-    }
-
-    // Takes the press for itself, so that what lies below is not clicked too.
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-
-        onTapped: {
-            HelpText.withdraw(root);
-            root.clicked();
         }
     }
 }

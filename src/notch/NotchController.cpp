@@ -1,13 +1,8 @@
 #include "notch/NotchController.h"
 
-#include "clipboard/ClipboardMonitor.h"
-#include "clipboard/ClipboardStore.h"
 #include "clipboard/PasteboardCapture.h"
-#include "clipboard/Paster.h"
 #include "notch/HoverTrackingView.h"
 #include "notch/NotchMotion.h"
-#include "platform/Keystrokes.h"
-#include "platform/PanelWindow.h"
 #include "platform/Pointer.h"
 #include "platform/Screens.h"
 #include "preferences/L10n.h"
@@ -44,7 +39,7 @@ NotchController::NotchController(const NotchServices& services, QObject* parent)
     : QObject(parent)
     , m_services(services)
     , m_panel(services.panelWindow)
-    , m_selection(m_state, services.store)
+    , m_keyboard(services, m_state, m_actions)
 {
     m_actions.onHold = [this] { hold(); };
     m_actions.onRelease = [this] { release(); };
@@ -69,16 +64,13 @@ void NotchController::attach(HoverTrackingView& view)
         if (self)
             self->dropped(content);
     };
+    if (view.window())
+        m_keyboard.attach(*view.window());
 }
 
 void NotchController::start()
 {
-    auto& window = m_services.panelWindow;
     connect(&m_services.screens, &Screens::changed, this, &NotchController::relayout);
-    connect(&window, &PanelWindow::resignedKey, this, [this] { closeKeyboard(true); });
-    connect(&window, &PanelWindow::keyPressed, this, &NotchController::handleKey);
-    connect(&window, &PanelWindow::keyReleased, this, &NotchController::handleKeyUp);
-    connect(&m_services.store, &ClipboardStore::itemsChanged, this, [this] { m_selection.reconcile(); });
     connect(&m_services.settings, &Settings::showCalendarChanged, this, &NotchController::relayout);
     // Queued: a surface that folds its calendar because it collapses must not shrink its panel first.
     connect(&m_state, &NotchState::calendarExpandedChanged, this, &NotchController::resizeForCalendar,
@@ -236,9 +228,30 @@ void NotchController::release()
 
 void NotchController::collapse()
 {
-    if (m_state.keyboardMode())
+    if (m_keyboard.isOn())
         closeKeyboard(true);
     else
+        setMode(NotchState::Collapsed);
+}
+
+void NotchController::toggleKeyboard()
+{
+    if (m_keyboard.isOn()) {
+        closeKeyboard(true);
+    } else if (m_state.geometry()) {
+        setMode(NotchState::Expanded);
+        hold();
+        m_keyboard.open();
+    }
+}
+
+void NotchController::closeKeyboard(bool collapsing)
+{
+    if (!m_keyboard.isOn())
+        return;
+    m_keyboard.close();
+    release();
+    if (collapsing)
         setMode(NotchState::Collapsed);
 }
 

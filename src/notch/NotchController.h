@@ -1,48 +1,22 @@
 #pragma once
 
-#include "notch/KeyboardSelection.h"
+#include "notch/KeyboardMode.h"
 #include "notch/NotchActions.h"
 #include "notch/NotchPanel.h"
+#include "notch/NotchServices.h"
 #include "notch/NotchState.h"
-#include "platform/Applications.h"
-#include "platform/KeyEvent.h"
 #include "platform/Scheduler.h"
 
 #include <QObject>
 
 #include <functional>
-#include <optional>
 
 namespace nimbarrow {
 
-class ClipboardMonitor;
-class ClipboardStore;
 class HoverTrackingView;
-class Keystrokes;
-class PanelWindow;
-class Paster;
-class PasteboardCapture;
 class PasteboardContent;
-class Pointer;
-class Screens;
-class Settings;
 
-/// What the controller works with. All of it outlives the controller.
-struct NotchServices {
-    Screens& screens;
-    Pointer& pointer;
-    PanelWindow& panelWindow;
-    Applications& applications;
-    Keystrokes& keystrokes;
-    Scheduler& scheduler;
-    const Settings& settings;
-    ClipboardStore& store;
-    ClipboardMonitor& monitor;
-    PasteboardCapture& capture;
-    Paster& paster;
-};
-
-/// Drives the surface: when it grows and shrinks, what keeps it open, its notices, and its keyboard mode.
+/// Drives the surface: when it grows and shrinks, what keeps it open, and its notices.
 class NotchController final : public QObject {
     Q_OBJECT
 
@@ -57,6 +31,7 @@ public:
 
     [[nodiscard]] NotchState& state() { return m_state; }
     [[nodiscard]] NotchActions& actions() { return m_actions; }
+    [[nodiscard]] KeyboardMode& keyboard() { return m_keyboard; }
 
     /// Shows a notice for a moment; dropped unless the surface is collapsed over a notch.
     void peek(const PeekContent& content);
@@ -72,16 +47,9 @@ public:
 
     /// The hot key.
     void toggleKeyboard();
-    void handleKey(const KeyEvent& event);
-    void handleKeyUp(const KeyEvent& event);
-
-    /// Types the paste keystroke into the program in front, which gets the keyboard back first.
-    void deliverPaste();
 
     /// Run each time the surface expands.
     std::function<void()> onExpand;
-    /// Space outside the image strip.
-    std::function<void()> onPlayPause;
 
 private:
     [[nodiscard]] QSizeF currentExpandedSize() const;
@@ -97,22 +65,14 @@ private:
     void collapseIfIdle();
     void watchDrag();
 
-    void openKeyboard();
     void closeKeyboard(bool collapsing);
-    void pasteSelected();
-    void copySelected();
-    void removeSelected();
-    void beginSpaceHold();
-    void endSpaceHold();
     void preview(const QUuid& item);
 
     NotchServices m_services;
     NotchState m_state;
     NotchActions m_actions;
     NotchPanel m_panel;
-    KeyboardSelection m_selection;
-    std::optional<RunningApplication> m_previousApp;
-    bool m_spacePreviewing = false;
+    KeyboardMode m_keyboard;
     int m_holdCount = 0;
     bool m_dragHeld = false;
     Timer m_collapseTimer;
@@ -120,8 +80,6 @@ private:
     Timer m_dragWatch;
     Timer m_exitWatch;
     Timer m_settleTimer;
-    Timer m_spaceHold;
-    Timer m_pasteTimer;
 };
 
 } // namespace nimbarrow

@@ -18,24 +18,6 @@ NotchPanel::NotchPanel(PanelWindow& window, QObject* parent)
 {
 }
 
-void NotchPanel::setAllowsKey(bool allows)
-{
-    m_allowsKey = allows;
-    if (!allows)
-        m_window.resignKey();
-}
-
-void NotchPanel::makeKey()
-{
-    if (m_allowsKey)
-        m_window.makeKey();
-}
-
-bool NotchPanel::isKey() const
-{
-    return m_window.isKey();
-}
-
 void NotchPanel::setFrame(const ScreenRect& frame)
 {
     if (frame == m_frame)
@@ -46,13 +28,11 @@ void NotchPanel::setFrame(const ScreenRect& frame)
 
 void NotchPanel::orderFront()
 {
-    m_visible = true;
     m_window.orderFront();
 }
 
 void NotchPanel::orderOut()
 {
-    m_visible = false;
     m_window.orderOut();
 }
 

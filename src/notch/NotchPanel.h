@@ -9,7 +9,7 @@ namespace nimbarrow {
 
 class PanelWindow;
 
-/// The panel over the notch: which frame each mode has, and when it may have the keyboard.
+/// The panel over the notch: which frame each mode has.
 class NotchPanel final : public QObject {
     Q_OBJECT
 
@@ -17,18 +17,10 @@ public:
     /// The window outlives the panel.
     explicit NotchPanel(PanelWindow& window, QObject* parent = nullptr);
 
-    /// True only in keyboard mode. Forbidding it gives the keyboard back.
-    void setAllowsKey(bool allows);
-    [[nodiscard]] bool allowsKey() const { return m_allowsKey; }
-    /// Takes the keyboard where it is allowed.
-    void makeKey();
-    [[nodiscard]] bool isKey() const;
-
     void setFrame(const ScreenRect& frame);
     [[nodiscard]] const ScreenRect& frame() const { return m_frame; }
     void orderFront();
     void orderOut();
-    [[nodiscard]] bool isVisible() const { return m_visible; }
 
     /// The frame of a mode; `expandedSize` in points.
     [[nodiscard]] static ScreenRect frameFor(
@@ -39,8 +31,6 @@ public:
 private:
     PanelWindow& m_window;
     ScreenRect m_frame;
-    bool m_allowsKey = false;
-    bool m_visible = false;
 };
 
 } // namespace nimbarrow

@@ -32,9 +32,17 @@ Item {
     Accessible.focusable: _known
     Accessible.name: elapsed.text + " / " + player.timeText(_duration)
     Accessible.role: Accessible.ProgressBar
+    activeFocusOnTab: _known
     implicitHeight: 22
 
     Component.onCompleted: _follow()
+    // The arrows are the history's.
+    Keys.onPressed: event => {
+        const step = (event.key === Qt.Key_PageUp) - (event.key === Qt.Key_PageDown);
+        event.accepted = step !== 0;
+        if (event.accepted)
+            player.seek(Math.max(0, Math.min(_duration, player.position + 10 * step)));
+    }
     onLiveChanged: _follow()
 
     Connections {
@@ -74,6 +82,10 @@ Item {
             height: parent.height
             radius: parent.radius
             width: Math.round(root.width * root._fraction * track._scale) / track._scale
+        }
+
+        FocusRing {
+            shown: root.activeFocus
         }
     }
 

@@ -28,21 +28,6 @@ Item {
         player: root.player
     }
 
-    FadingContent {
-        fadeDuration: Theme.openDuration
-        shown: root.volumeOpen
-        x: root.width - 11
-        y: (artwork.height - height) / 2
-
-        content: VolumeSlider {
-            player: root.player
-
-            onDraftChanged: root.volumeDraft = draft
-            onDragEnded: root.dragEnded()
-            onDragStarted: root.dragStarted()
-        }
-    }
-
     MarqueeText {
         id: title
 
@@ -88,5 +73,21 @@ Item {
         width: root.width
 
         onVolumeToggled: root.volumeOpen = !root.volumeOpen
+    }
+
+    // Comes after the button that opens it, for the Tab key too.
+    FadingContent {
+        fadeDuration: Theme.openDuration
+        shown: root.volumeOpen
+        x: root.width - 11
+        y: (artwork.height - height) / 2
+
+        content: VolumeSlider {
+            player: root.player
+
+            onDraftChanged: root.volumeDraft = draft
+            onDragEnded: root.dragEnded()
+            onDragStarted: root.dragStarted()
+        }
     }
 }

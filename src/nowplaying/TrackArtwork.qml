@@ -4,21 +4,19 @@ import Nimbarrow.Preferences
 import Nimbarrow.Style
 
 /// The track's picture, or a note where it has none. It is the way to the program that plays.
-Item {
+Pressable {
     id: root
 
     required property NowPlayingModel player
 
     // Made anew when the language changes.
-    readonly property string _help: L10n.texts.length > 0 ? L10n.open(player.appName) : ""
-
-    Accessible.name: _help
-    Accessible.role: Accessible.Button
+    help: L10n.texts.length > 0 ? L10n.open(player.appName) : ""
     implicitHeight: Theme.artworkSize
     implicitWidth: Theme.artworkSize
+    name: help
+    ringRadius: Theme.artworkRadius + 2
 
-    Accessible.onPressAction: player.showApp()
-    Component.onDestruction: HelpText.withdraw(root)
+    onClicked: player.showApp()
 
     Rectangle {
         anchors.fill: parent
@@ -40,18 +38,5 @@ Item {
         anchors.fill: parent
         image: root.player.artwork
         radius: Theme.artworkRadius
-    }
-
-    HoverHandler {
-        onHoveredChanged: hovered ? HelpText.offer(root, root._help, Theme.helpDelay) : HelpText.withdraw(root)
-    }
-
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-
-        onTapped: {
-            HelpText.withdraw(root);
-            root.player.showApp();
-        }
     }
 }

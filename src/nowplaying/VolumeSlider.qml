@@ -20,13 +20,25 @@ Item {
         draft = Math.max(0, Math.min(100, (1 - y / height) * 100));
     }
 
+    function _change(by: real) {
+        player.setVolume(Math.max(0, Math.min(100, player.volume + by)));
+    }
+
     Accessible.name: L10n.texts[L10n.Volume] + " " + Math.round(_shown) + " %"
     Accessible.role: Accessible.Slider
+    activeFocusOnTab: player.hasVolume
     implicitHeight: 66
     implicitWidth: 7
 
-    Accessible.onDecreaseAction: player.setVolume(player.volume - 5)
-    Accessible.onIncreaseAction: player.setVolume(player.volume + 5)
+    Accessible.onDecreaseAction: _change(-5)
+    Accessible.onIncreaseAction: _change(5)
+    // The arrows are the history's.
+    Keys.onPressed: event => {
+        const step = (event.key === Qt.Key_PageUp) - (event.key === Qt.Key_PageDown);
+        event.accepted = step !== 0;
+        if (event.accepted)
+            _change(5 * step);
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -48,6 +60,11 @@ Item {
             radius: width / 2
             width: root.width
         }
+    }
+
+    FocusRing {
+        radius: width / 2
+        shown: root.activeFocus
     }
 
     MouseArea {

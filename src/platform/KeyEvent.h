@@ -4,8 +4,9 @@
 
 namespace nimbarrow {
 
-/// A key by its place on the keyboard, named for what it types on a US layout: the program's shortcuts stay
-/// where they are under every layout.
+/// A key. The letters of shortcuts go by their place on the keyboard, named for what it types on a US layout,
+/// so that they stay where they are under every layout; all others by what they do, wherever the user has put
+/// them.
 enum class Key {
     Other,
     C,

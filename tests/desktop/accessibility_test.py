@@ -51,6 +51,56 @@ class AccessibilityFlow(Flow):
         self.press("list item", "First of two")
         wait_until("the pressed entry on the clipboard", lambda: desktop.pasted() == b"First of two")
 
+    def focused(self):
+        return [node["name"] for node in self.reader.nodes() if node["focused"] and node["role"] != "frame"]
+
+    def focus(self, name):
+        """Presses Tab until it has reached the control of this name."""
+        reached = []
+        while name not in reached:
+            if len(reached) > 24:
+                raise StageMissed(f"{name!r} under the Tab key, which reached {reached}")
+            self.desktop.key("Tab")
+            time.sleep(0.1)
+            reached += self.focused()
+
+    def keeps_history_from_return(self):
+        """The keys stay with a control only until an arrow takes them back, and never from one opening to the next."""
+        self.desktop.key("Escape")
+        for after, pasted in ((["Down", "Return"], b"First of two"),
+                              (["Escape", "super+shift+v", "Return"], b"Second of two")):
+            self.wait_closed()
+            self.desktop.key("super+shift+v")
+            self.wait_open()
+            self.desktop.key("Down")
+            self.focus("Clear")
+            for key in after:
+                self.desktop.key(key)
+                time.sleep(0.5)
+            wait_until(f"the marked entry pasted after Clear, {after}", lambda: self.desktop.pasted() == pasted, 5)
+            if len(self.desktop.history()) != 2:
+                raise StageMissed(f"the whole history after Clear, {after}")
+        self.wait_closed()
+        self.desktop.key("super+shift+v")
+        self.wait_open()
+
+    def reaches_the_surface_with_tab(self):
+        """The owl's durations open under the key that asks for them, and give it back."""
+        self.focus("Keep the Mac awake")
+        self.desktop.key("Return")
+        wait_until("the first duration under the key", lambda: self.focused() == ["1 h"], 5)
+        self.desktop.key("Escape")
+        wait_until("the owl under the key again", lambda: self.focused() == ["Keep the Mac awake"], 5)
+        self.desktop.key("space")
+        self.focus("∞")
+        self.desktop.key("Down")
+        wait_until("no duration to be pressed", lambda: "∞" not in self.reader.texts(), 5)
+        self.focus("Keep the Mac awake")
+        self.desktop.key("space")
+        self.focus("∞")
+        self.desktop.key("Return")
+        wait_until("the owl under the key after the choice", lambda: self.focused() == ["Keep the Mac awake"], 5)
+
     def tells_settings(self, language):
         self.has_names()
         for role, expected in (("check box", SWITCHES[language]), ("radio button", CHOICES[language])):
@@ -85,7 +135,7 @@ class AccessibilityFlow(Flow):
         for _ in range(24):
             self.desktop.key("Tab")
             time.sleep(0.1)
-            reached += [node["name"] for node in self.reader.nodes() if node["focused"] and node["role"] != "frame"]
+            reached += self.focused()
         missing = set(SWITCHES["uk"] + BUTTONS["uk"] + ["Історія, елементів", "Мова", "Налаштування"]) - set(reached)
         if missing:
             raise StageMissed(f"{missing} under the Tab key, which reached {reached}")
@@ -107,6 +157,8 @@ def play(desktop):
     flow = AccessibilityFlow(desktop)
     desktop.start()
     flow.tells_history()
+    flow.keeps_history_from_return()
+    flow.reaches_the_surface_with_tab()
     flow.uses_settings()
     flow.reaches_all_with_tab()
     flow.toggles_with_space()

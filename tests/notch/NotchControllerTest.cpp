@@ -40,7 +40,7 @@ struct Surface : HistoryFixture {
 
     Surface()
     {
-        paster.deliverPaste = [this] { controller.deliverPaste(); };
+        paster.deliverPaste = [this] { controller.keyboard().deliverPaste(); };
         screens.plugIn({ FakeScreens::notched() });
         applications.front = editor;
         controller.start();
@@ -405,7 +405,7 @@ private Q_SLOTS:
     void pastesAtOnceOutsideKeyboardMode()
     {
         Surface s;
-        s.controller.deliverPaste();
+        s.controller.keyboard().deliverPaste();
         QCOMPARE(s.keystrokes.pastes, 1);
     }
 
@@ -413,7 +413,7 @@ private Q_SLOTS:
     {
         Surface s;
         int plays = 0;
-        s.controller.onPlayPause = [&plays] { ++plays; };
+        s.controller.keyboard().onPlayPause = [&plays] { ++plays; };
         s.remember({ u"a"_s });
         s.rememberImage(u"x"_s);
         s.controller.toggleKeyboard();

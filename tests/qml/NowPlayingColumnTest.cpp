@@ -117,6 +117,30 @@ private Q_SLOTS:
         QTRY_VERIFY(!m_column->find("VolumeSlider"));
     }
 
+    void keysReachAndUseAllOfIt()
+    {
+        m_column->play({ { u"volume"_s, 50 }, { u"elapsed"_s, 65 } });
+        const QList<std::pair<int, QByteArray>> steps {
+            { Qt::Key_Return, {} }, // shows the player
+            { Qt::Key_PageUp, "seek 75.0\n" },
+            { Qt::Key_Return, "previous\n" },
+            { Qt::Key_Space, "toggle\n" },
+            { Qt::Key_Enter, "next\n" },
+            { Qt::Key_Return, {} }, // opens the volume
+            { Qt::Key_PageDown, "volume 45\n" },
+        };
+        QByteArrayList expected;
+        for (const auto& [key, command] : steps) {
+            QTest::keyClick(&m_column->view, Qt::Key_Tab);
+            QTest::keyClick(&m_column->view, Qt::Key(key));
+            if (!command.isEmpty())
+                expected << command;
+            QCOMPARE(commands(), expected);
+            QTest::qWait(20);
+        }
+        QCOMPARE(m_column->player.applications.activated.size(), 1);
+    }
+
     void unknownVolumeIsSilentAndStaysSo()
     {
         m_column->play();

@@ -1,3 +1,4 @@
+#include "notch/ControlFocus.h"
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
 #include "style/Motion.h"
@@ -276,6 +277,23 @@ private Q_SLOTS:
         }
         m_surface->state.setKeyboardMode(false);
         QVERIFY(!selected());
+    }
+
+    void keysLeaveAControlThatIsGone()
+    {
+        ControlFocus focus(m_surface->view);
+        showTexts({ u"one"_s });
+        QTRY_VERIFY(m_surface->view.isActive());
+        for (auto i = 0; i < 5 && !m_surface->find("TextButton")->hasActiveFocus(); ++i)
+            QTest::keyClick(&m_surface->view, Qt::Key_Tab);
+        QVERIFY(focus.isOnControl());
+        QTest::keyClick(&m_surface->view, Qt::Key_Return);
+        QVERIFY(m_surface->store().isEmpty());
+        QVERIFY(!focus.isOnControl());
+        // Clear is there again, but nobody has gone to it.
+        showTexts({ u"two"_s });
+        QTest::keyClick(&m_surface->view, Qt::Key_Return);
+        QVERIFY(!m_surface->store().isEmpty());
     }
 
     void showsImagesBesideTheRest()

@@ -71,12 +71,7 @@ private:
         if (extension == nullptr || extension->present == 0)
             return;
         m_xkbEvent = extension->first_event;
-        // While a key is held the server then repeats the press without a release, so that "held" can be
-        // told.
-        const uint32_t flags = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
-        xcb_discard_reply(m_connection.get(),
-            xcb_xkb_per_client_flags(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, flags, flags, 0, 0, 0)
-                .sequence);
+        repeatWithoutReleases(m_connection.get());
         const uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
         const uint16_t parts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
         xcb_xkb_select_events(
@@ -153,7 +148,7 @@ private:
     {
         const auto locks = XCB_MOD_MASK_LOCK | unsigned(m_keyboard.numLockMask());
         const auto mask = event.state & modifierBits & ~locks;
-        const auto key = m_keyboard.keyAt(event.detail);
+        const auto key = m_keyboard.letterAt(event.detail);
         for (const auto& grab : m_grabs) {
             if (grab->key == key && grab->mask == mask)
                 pressed << grab;

@@ -8,6 +8,11 @@
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
 
+// One of its fields is named like a C++ keyword.
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
 namespace nimbarrow {
 namespace {
 
@@ -19,16 +24,6 @@ struct Place {
 constexpr std::array places {
     Place { "AB03", Key::C },
     Place { "AB04", Key::V },
-    Place { "RTRN", Key::Return },
-    Place { "KPEN", Key::KeypadEnter },
-    Place { "SPCE", Key::Space },
-    Place { "BKSP", Key::Backspace },
-    Place { "DELE", Key::ForwardDelete },
-    Place { "ESC", Key::Escape },
-    Place { "LEFT", Key::Left },
-    Place { "RGHT", Key::Right },
-    Place { "DOWN", Key::Down },
-    Place { "UP", Key::Up },
 };
 
 constexpr std::array<xkb_keysym_t, 7> locks { XKB_KEY_Caps_Lock, XKB_KEY_Shift_Lock, XKB_KEY_Scroll_Lock,
@@ -57,6 +52,14 @@ std::optional<xcb_keycode_t> codeTyping(xkb_keymap* keymap, xkb_layout_index_t l
 
 } // namespace
 
+void repeatWithoutReleases(xcb_connection_t* connection)
+{
+    const uint32_t flag = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+    const auto cookie = xcb_xkb_per_client_flags(connection, XCB_XKB_ID_USE_CORE_KBD, flag, flag, 0, 0, 0);
+    xcb_discard_reply(connection, cookie.sequence);
+    xcb_flush(connection);
+}
+
 X11Keyboard::X11Keyboard(xcb_connection_t* connection)
 {
     if (xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
@@ -68,10 +71,10 @@ X11Keyboard::X11Keyboard(xcb_connection_t* connection)
     readModifiers(connection);
 }
 
-std::optional<xcb_keycode_t> X11Keyboard::codeOf(Key key) const
+std::optional<xcb_keycode_t> X11Keyboard::codeOf(Key letter) const
 {
-    const auto found = std::find(m_keys.cbegin(), m_keys.cend(), key);
-    if (found == m_keys.cend())
+    const auto found = std::find(m_letters.cbegin(), m_letters.cend(), letter);
+    if (found == m_letters.cend())
         return {};
     return static_cast<xcb_keycode_t>(found.key());
 }
@@ -101,7 +104,7 @@ void X11Keyboard::readKeys(xcb_connection_t* connection)
         const auto code = xkb_keymap_key_by_name(keymap.get(), place.name);
         // The core protocol knows no larger codes.
         if (code != XKB_KEYCODE_INVALID && code <= 255)
-            m_keys.insert(code, place.key);
+            m_letters.insert(code, place.key);
     }
 
     const auto current

@@ -12,7 +12,13 @@
 
 namespace nimbarrow {
 
-/// The core keyboard as the server has it at one moment: which key code lies where, and what it types.
+/// Asks the server to repeat the press of a key that is held without a release before it, as it usually does;
+/// the two may arrive apart, and nobody could tell them from a key that is let go. For this connection alone,
+/// which has begun to use the keyboard extension.
+void repeatWithoutReleases(xcb_connection_t* connection);
+
+/// The core keyboard as the server has it at one moment: where the letters of shortcuts lie, and what is
+/// typed where.
 class X11Keyboard {
 public:
     /// Knows no keys: what is there before the first reading, and without the keyboard extension.
@@ -21,8 +27,10 @@ public:
     /// A few round trips to the server.
     explicit X11Keyboard(xcb_connection_t* connection);
 
-    [[nodiscard]] Key keyAt(uint32_t code) const { return m_keys.value(code, Key::Other); }
-    [[nodiscard]] std::optional<xcb_keycode_t> codeOf(Key key) const;
+    /// The letter whose place this is; Key::Other where none is.
+    [[nodiscard]] Key letterAt(uint32_t code) const { return m_letters.value(code, Key::Other); }
+    /// None for what is no letter.
+    [[nodiscard]] std::optional<xcb_keycode_t> codeOf(Key letter) const;
 
     /// The key that types `v` in the layout in use, else in any layout, else the one where V is on a US
     /// layout.
@@ -41,7 +49,7 @@ private:
     void readKeys(xcb_connection_t* connection);
     void readModifiers(xcb_connection_t* connection);
 
-    QHash<uint32_t, Key> m_keys;
+    QHash<uint32_t, Key> m_letters;
     QList<xcb_keycode_t> m_lockCodes;
     std::array<QList<xcb_keycode_t>, 8> m_modifiers;
     QList<xcb_keycode_t> m_heldModifierCodes;

@@ -1,8 +1,8 @@
 #include "linux/keys/X11Keystrokes.h"
 
 #include "linux/applications/X11Applications.h"
-#include "linux/keys/X11Keyboard.h"
 #include "linux/display/X11Properties.h"
+#include "linux/keys/X11Keyboard.h"
 #include "linux/keys/X11Trust.h"
 
 #include <algorithm>

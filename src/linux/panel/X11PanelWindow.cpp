@@ -1,8 +1,8 @@
 #include "linux/panel/X11PanelWindow.h"
 
-#include "qt/FlippedAxis.h"
-#include "linux/panel/CoveredRows.h"
 #include "linux/display/X11Properties.h"
+#include "linux/panel/CoveredRows.h"
+#include "qt/FlippedAxis.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -51,6 +51,7 @@ X11PanelWindow::X11PanelWindow(QQuickWindow& window)
     , m_focus(m_connection, m_id)
 {
     setType(m_connection, m_id);
+    repeatWithoutReleases(m_connection);
     window.installEventFilter(this);
     connect(&window, &QWindow::screenChanged, this, &X11PanelWindow::shapeToOutline);
     qGuiApp->installNativeEventFilter(this);
@@ -89,6 +90,7 @@ void X11PanelWindow::makeKey()
     if (m_isKey)
         return;
     m_keyboard = X11Keyboard(m_connection);
+    m_down.clear();
     m_isKey = m_focus.take();
 }
 
@@ -118,23 +120,47 @@ bool X11PanelWindow::eventFilter(QObject* watched, QEvent* event)
     if (watched != &m_window || !m_isKey || !isKeyEvent)
         return PanelWindow::eventFilter(watched, event);
     auto& key = static_cast<QKeyEvent&>(*event);
-    if (event->type() == QEvent::KeyPress && isTakenByControl(key))
+    const auto isPress = event->type() == QEvent::KeyPress;
+    const auto told = translated(key);
+    if (isPress)
+        m_down.insert(key.nativeScanCode());
+    else
+        m_down.remove(key.nativeScanCode());
+    if (isPress && isTakenByControl(key))
         return true;
-    if (event->type() == QEvent::KeyPress)
-        Q_EMIT keyPressed(translated(key));
-    else if (!key.isAutoRepeat())
-        Q_EMIT keyReleased(translated(key));
+    if (isPress)
+        Q_EMIT keyPressed(told);
+    else
+        Q_EMIT keyReleased(told);
     return true;
 }
 
 bool X11PanelWindow::isTakenByControl(QKeyEvent& event) const
 {
-    auto* const control = m_window.activeFocusItem();
-    if (!control)
-        return false;
-    event.accept();
-    QCoreApplication::sendEvent(control, &event);
-    return event.isAccepted();
+    for (auto* item = m_window.activeFocusItem(); item; item = item->parentItem()) {
+        event.accept();
+        QCoreApplication::sendEvent(item, &event);
+        if (event.isAccepted())
+            return true;
+    }
+    return false;
+}
+
+Key X11PanelWindow::keyOf(const QKeyEvent& event) const
+{
+    switch (event.key()) {
+    case Qt::Key_Return: return Key::Return;
+    case Qt::Key_Enter: return Key::KeypadEnter;
+    case Qt::Key_Space: return Key::Space;
+    case Qt::Key_Backspace: return Key::Backspace;
+    case Qt::Key_Delete: return Key::ForwardDelete;
+    case Qt::Key_Escape: return Key::Escape;
+    case Qt::Key_Left: return Key::Left;
+    case Qt::Key_Right: return Key::Right;
+    case Qt::Key_Down: return Key::Down;
+    case Qt::Key_Up: return Key::Up;
+    default: return m_keyboard.letterAt(event.nativeScanCode());
+    }
 }
 
 KeyEvent X11PanelWindow::translated(const QKeyEvent& event) const
@@ -145,7 +171,7 @@ KeyEvent X11PanelWindow::translated(const QKeyEvent& event) const
         KeyModifier::Command, (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0);
     modifiers.setFlag(KeyModifier::Shift, event.modifiers().testFlag(Qt::ShiftModifier));
     modifiers.setFlag(KeyModifier::Option, event.modifiers().testFlag(Qt::AltModifier));
-    return { m_keyboard.keyAt(event.nativeScanCode()), modifiers, event.isAutoRepeat() };
+    return { keyOf(event), modifiers, m_down.contains(event.nativeScanCode()) };
 }
 
 bool X11PanelWindow::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/)

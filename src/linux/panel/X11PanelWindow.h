@@ -1,12 +1,13 @@
 #pragma once
 
-#include "platform/PanelWindow.h"
-#include "linux/panel/X11KeyFocus.h"
 #include "linux/keys/X11Keyboard.h"
+#include "linux/panel/X11KeyFocus.h"
 #include "linux/panel/X11Raiser.h"
 #include "linux/panel/X11WindowShape.h"
+#include "platform/PanelWindow.h"
 
 #include <QAbstractNativeEventFilter>
+#include <QSet>
 
 #include <optional>
 
@@ -37,8 +38,9 @@ protected:
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
-    /// The control that the Tab key has reached comes before everybody else.
+    /// The control that the Tab key has reached comes before everybody else, and so does what it stands in.
     [[nodiscard]] bool isTakenByControl(QKeyEvent& event) const;
+    [[nodiscard]] Key keyOf(const QKeyEvent& event) const;
     [[nodiscard]] KeyEvent translated(const QKeyEvent& event) const;
     void shapeToOutline();
 
@@ -49,6 +51,8 @@ private:
     X11Raiser m_raiser;
     X11KeyFocus m_focus;
     X11Keyboard m_keyboard;
+    /// The codes of the keys that have gone down and not up again.
+    QSet<quint32> m_down;
     std::optional<QPainterPath> m_outline;
     bool m_isKey = false;
 };

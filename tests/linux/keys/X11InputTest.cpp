@@ -19,17 +19,7 @@ using namespace nimbarrow;
 namespace {
 
 // Key codes of the evdev keyboard, which the server has under every layout.
-enum Code {
-    Escape = 9,
-
-    Control = 37,
-
-    Shift = 50,
-    C = 54,
-    V = 55,
-    CapsLock = 66,
-    Super = 133
-};
+enum Code { Control = 37, Shift = 50, C = 54, V = 55, Space = 65, CapsLock = 66, Super = 133 };
 enum Mask { ShiftMask = 1, ControlMask = 4, SuperMask = 64 };
 
 } // namespace
@@ -69,15 +59,70 @@ private Q_SLOTS:
         QCOMPARE(keys[2].modifiers, KeyModifiers(KeyModifier::Command));
         QCOMPARE(keys[5].key, Key::V);
         QCOMPARE(keys[5].modifiers, KeyModifier::Command | KeyModifier::Shift);
+    }
 
-        keys.clear();
-        released.clear();
-        m_user->press(Escape);
-        QTRY_VERIFY(keys.size() > 3);
-        m_user->release(Escape);
-        QTRY_COMPARE(released.size(), 1);
-        QVERIFY(!keys[0].isRepeat && keys[1].isRepeat);
-        QCOMPARE(keys[1].key, Key::Escape);
+    void otherKeysGoByWhatTheyDo_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QList<int>>("codes");
+        QTest::addColumn<QList<Key>>("keys");
+
+        using enum Key;
+        QTest::newRow("usual") << QString() << QList<int> { 9, 22, 36, 65, 104, 111, 113, 114, 116, 119 }
+                               << QList { Escape, Backspace, Return, Space, KeypadEnter, Up, Left, Right,
+                                      Down, ForwardDelete };
+        // Num Lock is off.
+        QTest::newRow("keypad") << QString() << QList<int> { 80, 83, 85, 88, 91, 84 }
+                                << QList { Up, Left, Right, Down, ForwardDelete, Other };
+        QTest::newRow("digits") << u"numpad:mac"_s << QList<int> { 80, 83, 91 }
+                                << QList { Other, Other, Other };
+        QTest::newRow("caps lock as escape") << u"caps:escape"_s << QList<int> { 66 } << QList { Escape };
+        QTest::newRow("swapped") << u"caps:swapescape"_s << QList<int> { 66, 9, 9 }
+                                 << QList { Escape, Other, Other };
+        QTest::newRow("caps lock as backspace")
+            << u"caps:backspace"_s << QList<int> { 66 } << QList { Backspace };
+    }
+    void otherKeysGoByWhatTheyDo()
+    {
+        QFETCH(const QString, option);
+        QFETCH(const QList<int>, codes);
+        QCOMPARE(QProcess::execute(
+                     u"setxkbmap"_s, { u"-layout"_s, u"us"_s, u"-option"_s, {}, u"-option"_s, option }),
+            0);
+        TestPanel panel;
+        panel->orderFront();
+        QList<Key> keys;
+        connect(&panel.port(), &PanelWindow::keyPressed, this,
+            [&keys](const KeyEvent& event) { keys << event.key; });
+        panel->makeKey();
+        for (const auto code : codes)
+            m_user->type({ code });
+        QTRY_COMPARE(keys.size(), codes.size());
+        QTEST(keys, "keys");
+    }
+
+    void keyThatIsHeldIsReleasedOnce()
+    {
+        // Fast enough that a release and the press after it are not always read together.
+        QCOMPARE(QProcess::execute(u"xset"_s, { u"r"_s, u"rate"_s, u"150"_s, u"200"_s }), 0);
+        TestPanel panel;
+        panel->orderFront();
+        QList<KeyEvent> keys;
+        QList<KeyEvent> released;
+        connect(&panel.port(), &PanelWindow::keyPressed, this, [&keys](const KeyEvent& key) { keys << key; });
+        connect(&panel.port(), &PanelWindow::keyReleased, this,
+            [&released](const KeyEvent& key) { released << key; });
+        panel->makeKey();
+        for (auto times = 1; times <= 2; ++times) {
+            keys.clear();
+            m_user->press(Space);
+            QTRY_VERIFY(keys.size() > 200);
+            QCOMPARE(released.size(), times - 1);
+            m_user->release(Space);
+            QTRY_COMPARE(released.size(), times);
+            QCOMPARE(std::ranges::count(keys, false, &KeyEvent::isRepeat), 1);
+            QVERIFY(!keys.first().isRepeat);
+        }
     }
 
     void hotKeyFiresUnderEveryLayoutAndLock_data() { keysGoByTheirPlace_data(); }
