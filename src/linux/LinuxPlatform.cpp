@@ -10,7 +10,6 @@
 #include "linux/screenshots/InotifyFolderEvents.h"
 #include "linux/media/LinuxAdapterCommand.h"
 #include "linux/calendar/LinuxCalendarStore.h"
-#include "linux/pasteboard/MimeDropReader.h"
 #include "linux/power/LinuxPowerAssertions.h"
 #include "linux/session/LinuxPreferences.h"
 #include "linux/media/NoMusicApp.h"
@@ -28,6 +27,7 @@
 #include "linux/keys/X11HotKeys.h"
 #include "linux/keys/X11Keystrokes.h"
 #include "linux/panel/X11PanelWindow.h"
+#include "linux/pasteboard/X11DropReader.h"
 #include "linux/pasteboard/X11Pasteboard.h"
 #include "linux/display/X11Pointer.h"
 #include "linux/keys/X11Trust.h"
@@ -113,8 +113,9 @@ Platform makePlatform()
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());
     platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
     platform.pointer = std::make_unique<X11Pointer>();
-    platform.pasteboard = std::make_unique<X11Pasteboard>();
-    platform.dropReader = std::make_unique<MimeDropReader>();
+    auto pasteboard = std::make_unique<X11Pasteboard>();
+    platform.dropReader = std::make_unique<X11DropReader>(*pasteboard);
+    platform.pasteboard = std::move(pasteboard);
     auto applications = std::make_unique<X11Applications>();
     platform.keystrokes = std::make_unique<X11Keystrokes>(*applications);
     platform.applications = std::move(applications);
