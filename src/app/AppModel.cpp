@@ -32,8 +32,8 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
     , m_clipboard(m_capture, *platform.pasteboard, *platform.applications, *platform.scheduler)
     , m_paster(m_clipboard, m_settings, *platform.accessibilityTrust, *platform.keystrokes)
     , m_handoff(m_store, m_paster, *platform.opener, *platform.sharePicker)
-    , m_screenshots(m_store, *platform.folderEvents, *platform.screenshotFolder, *platform.scheduler,
-          *platform.workQueues)
+    , m_screenshots(m_store, *platform.folderEvents, *platform.screenshotFolder, *platform.clock,
+          *platform.scheduler, *platform.workQueues)
 {
 }
 

@@ -1,5 +1,7 @@
 #include "clipboard/ClipboardListModel.h"
 
+#include "text/DisplayLine.h"
+
 #include <QFileInfo>
 #include <QSet>
 
@@ -18,10 +20,7 @@ constexpr qsizetype maxNames = 12;
 
 QString line(const ClipboardItem& item)
 {
-    auto line = item.summary().value_or(QString());
-    if (line.size() > maxLine)
-        line.truncate(line.at(maxLine - 1).isHighSurrogate() ? maxLine - 1 : maxLine);
-    return line;
+    return displayLine(item.summary().value_or(QString()), maxLine);
 }
 
 QString help(const ClipboardItem& item)
@@ -30,7 +29,7 @@ QString help(const ClipboardItem& item)
     const auto paths = item.filePaths.value_or(QStringList());
     if (paths.size() > 1) {
         for (const auto& path : paths.first(std::min(paths.size(), maxNames)))
-            lines << QFileInfo(path).fileName();
+            lines << displayLine(QFileInfo(path).fileName(), maxLine);
         if (paths.size() > maxNames)
             lines << u"…"_s;
     }

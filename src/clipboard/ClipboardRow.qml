@@ -46,6 +46,8 @@ ClipboardEntry {
         anchors.left: parent.left
         anchors.right: meta.left
         anchors.top: parent.top
+        // However high a font builds its letters, they stay in their row.
+        clip: true
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter

@@ -14,7 +14,7 @@
 #include "linux/media/NoMusicApp.h"
 #include "linux/media/NoScripting.h"
 #include "linux/panel/X11PanelWindow.h"
-#include "linux/pasteboard/MimeDropReader.h"
+#include "linux/pasteboard/X11DropReader.h"
 #include "linux/pasteboard/X11Pasteboard.h"
 #include "linux/power/LinuxPowerAssertions.h"
 #include "linux/screenshots/DesktopScreenshotFolder.h"
@@ -137,8 +137,9 @@ Platform makePlatform()
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());
     platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
     platform.pointer = std::make_unique<X11Pointer>();
-    platform.pasteboard = std::make_unique<X11Pasteboard>();
-    platform.dropReader = std::make_unique<MimeDropReader>();
+    auto pasteboard = std::make_unique<X11Pasteboard>();
+    platform.dropReader = std::make_unique<X11DropReader>(*pasteboard);
+    platform.pasteboard = std::move(pasteboard);
     auto applications = std::make_unique<X11Applications>();
     platform.keystrokes = std::make_unique<X11Keystrokes>(*applications);
     platform.applications = std::move(applications);

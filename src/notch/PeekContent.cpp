@@ -2,6 +2,7 @@
 
 #include "clipboard/ClipboardItem.h"
 #include "nowplaying/NowPlayingTrack.h"
+#include "text/DisplayLine.h"
 
 using namespace Qt::StringLiterals;
 
@@ -9,17 +10,8 @@ namespace nimbarrow {
 
 namespace {
 
-QString withoutBlanksAround(const QString& text)
-{
-    const auto isBlank = [](QChar c) { return c == u'\t' || c.category() == QChar::Separator_Space; };
-    qsizetype begin = 0;
-    auto end = text.size();
-    while (begin < end && isBlank(text[begin]))
-        ++begin;
-    while (end > begin && isBlank(text[end - 1]))
-        --end;
-    return text.sliced(begin, end - begin);
-}
+// In UTF-16 units; a notice has room for fewer.
+constexpr qsizetype longestLine = 400;
 
 } // namespace
 
@@ -36,7 +28,7 @@ PeekContent PeekContent::forItem(const ClipboardItem& item)
 {
     // A notice shows any number of files as documents; only the history tells one from several.
     const auto symbol = item.kind == ClipboardItem::Kind::Files ? u"doc.on.doc"_s : item.symbol();
-    const auto summary = withoutBlanksAround(item.summary().value_or(QString()));
+    const auto summary = displayLine(item.summary().value_or(QString()), longestLine);
     auto content = make(symbol, summary.isEmpty() ? item.kindLabel() : summary);
     if (item.imagePath)
         content.imageUrl = QUrl::fromLocalFile(*item.imagePath);

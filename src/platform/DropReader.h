@@ -16,7 +16,8 @@ public:
     /// The identifiers of what is offered, without asking for any of the content.
     [[nodiscard]] virtual QStringList types(const QMimeData& drag) const = 0;
 
-    /// What was dropped, read whole; it outlives the drop's event.
+    /// What was dropped; for the drop's own event, which comes once it has been read, so nobody waits here.
+    /// What the other program had not given in time is absent. It outlives the event.
     [[nodiscard]] virtual std::unique_ptr<PasteboardContent> read(const QMimeData& drop) const = 0;
 };
 

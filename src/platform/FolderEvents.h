@@ -18,6 +18,9 @@ public:
     public:
         /// The names of new files that are being written now, as far as the watch has seen it.
         [[nodiscard]] virtual QStringList unfinished() const = 0;
+
+        /// False when what has the folder's name now is another one, or nothing.
+        [[nodiscard]] virtual bool isCurrent() const { return true; }
     };
 
     /// `changed` runs on the main loop after an entry was written to its end, came, went or got another name,

@@ -10,11 +10,11 @@ namespace nimbarrow {
 /// Port: where the system's screenshot tool saves, and which files it says it has made. Any thread.
 class ScreenshotFolder : public Port {
 public:
-    /// The folders that the user has set in the screenshot tools, the most likely one first. As they are set:
-    /// they may begin with "~" and need not exist. May take seconds.
+    /// The folders that screenshot tools save to, set by the user or of their own accord. They may begin with
+    /// "~" and need not exist yet. May take seconds.
     [[nodiscard]] virtual QStringList settings() const = 0;
 
-    /// Where screenshots go when nobody has set anything.
+    /// Where screenshots go when none of these exists.
     [[nodiscard]] virtual QString defaultFolder() const = 0;
 
     /// Whether the system has marked the file as a picture of the screen. Reads little of the file.

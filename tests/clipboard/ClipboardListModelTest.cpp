@@ -1,5 +1,7 @@
 #include "clipboard/ClipboardListModel.h"
 
+#include "preferences/L10n.h"
+
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
 #include <QSignalSpy>
@@ -62,6 +64,22 @@ class ClipboardListModelTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aRowShowsNothingThatLies()
+    {
+        auto item = numbered(1);
+        ClipboardListModel model;
+        model.setItems({ item });
+        item.text = u"\u200b\u202e"_s;
+        model.setItems({ item });
+        const auto row = model.index(0);
+        QCOMPARE(row.data(ClipboardListModel::SummaryRole), QString());
+        QCOMPARE(row.data(ClipboardListModel::KindLabelRole), L10n::text(L10n::Key::KindText));
+        item.kind = ClipboardItem::Kind::Files;
+        item.filePaths = QStringList { u"/a/\u202egnp.exe"_s, u"/a/b\nc"_s };
+        model.setItems({ item });
+        QCOMPARE(row.data(ClipboardListModel::HelpRole), L10n::files(2) + u"\ngnp.exe\nb c"_s);
+    }
+
     void touchesNoMoreRowsThanChanged_data()
     {
         QTest::addColumn<QList<ClipboardItem>>("after");

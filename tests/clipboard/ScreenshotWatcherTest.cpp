@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QTest>
+#include <QTimeZone>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -21,7 +22,9 @@ struct Fixture : HistoryFixture {
     Fixture()
     {
         folder.folder = pictures.path();
-        watcher = std::make_unique<ScreenshotWatcher>(*store, events, folder, time, queues);
+        // Before any file of the test was written.
+        time.setWallTime(QDateTime({ 2020, 1, 1 }, {}, QTimeZone::utc()));
+        watcher = std::make_unique<ScreenshotWatcher>(*store, events, folder, time, time, queues);
     }
 
     void save(const QString& name) const
@@ -121,6 +124,59 @@ private Q_SLOTS:
         QCOMPARE(f.names(), QStringList { u"Screenshot 1.png"_s });
     }
 
+    void aFolderThatNeverRestsIsLookedAt()
+    {
+        Fixture f;
+        f.start();
+        f.save(u"Screenshot 1.png"_s);
+        for (auto number = 0; number < 10; ++number) {
+            QCOMPARE(f.queues.waiting(), 0);
+            f.events.changed();
+            f.time.advance(500ms);
+        }
+        QCOMPARE(f.queues.waiting(), 1);
+        f.queues.runAll();
+        QCOMPARE(f.names(), QStringList { u"Screenshot 1.png"_s });
+    }
+
+    void watchesAFolderFromTheMomentItIsMade()
+    {
+        Fixture f;
+        const auto shots = f.pictures.filePath(u"a/Screenshots"_s);
+        f.folder.set = QStringList { shots, f.pictures.path() };
+        f.start();
+        QCOMPARE(f.events.folders(), QStringList { f.pictures.path() });
+        const auto make = [&f] {
+            QVERIFY(QDir(f.pictures.path()).mkpath(u"a/Screenshots"_s));
+            f.save(u"a/Screenshots/Screenshot 1.png"_s);
+            f.save(u"a/Screenshots/Screenshot 0.png"_s);
+            QFile moved(f.pictures.filePath(u"a/Screenshots/Screenshot 0.png"_s));
+            QVERIFY(moved.open(QFile::ReadWrite));
+            QVERIFY(moved.setFileTime(
+                QDateTime({ 2019, 1, 1 }, {}, QTimeZone::utc()), QFile::FileModificationTime));
+        };
+        make();
+        f.settle();
+        QCOMPARE(f.names(), QStringList { u"Screenshot 1.png"_s });
+        QCOMPARE(f.events.folders(), (QStringList { f.pictures.path(), shots }));
+
+        // It goes, and comes again before anybody has looked.
+        f.store->clear();
+        QVERIFY(QDir(f.pictures.filePath(u"a"_s)).removeRecursively());
+        f.settle();
+        QCOMPARE(f.events.folders(), QStringList { f.pictures.path() });
+        make();
+        f.settle();
+        QCOMPARE(f.names(), QStringList { u"Screenshot 1.png"_s });
+        f.events.replaced = true;
+        f.events.changed();
+        f.time.advance(800ms);
+        f.events.replaced = false;
+        QCOMPARE(f.events.folders(), QStringList());
+        f.queues.runAll();
+        QCOMPARE(f.events.folders(), (QStringList { f.pictures.path(), shots }));
+    }
+
     void leavesWhatWasThereBefore()
     {
         Fixture f;
@@ -164,7 +220,7 @@ private Q_SLOTS:
         f.save(u"Screenshot 1.png"_s);
         f.events.changed();
         f.watcher->stop();
-        QVERIFY(f.events.watched.isEmpty());
+        QVERIFY(f.events.watched.empty());
         // What was on its way arrives.
         f.time.advance(800ms);
         f.queues.runAll();
@@ -174,10 +230,10 @@ private Q_SLOTS:
         const QTemporaryDir other;
         f.folder.set = QStringList { other.path() };
         f.start();
-        QCOMPARE(f.events.watched, other.path());
+        QCOMPARE(f.events.folders(), QStringList { other.path() });
         f.folder.set.clear();
         f.start();
-        QCOMPARE(f.events.watched, other.path());
+        QCOMPARE(f.events.folders(), QStringList { other.path() });
         f.settle();
         QCOMPARE(f.names(), QStringList { u"Screenshot 1.png"_s });
     }
@@ -198,15 +254,17 @@ private Q_SLOTS:
         QVERIFY(f.store->isEmpty());
     }
 
-    void findsTheFolder()
+    void findsTheFolders()
     {
         Fixture f;
-        f.folder.set = QStringList { u"."_s, u"~/no such"_s, u"/etc/passwd"_s };
-        QCOMPARE(ScreenshotWatcher::screenshotDirectory(f.folder), f.pictures.path());
-        f.folder.set << u"/usr/"_s << u"/etc"_s;
-        QCOMPARE(ScreenshotWatcher::screenshotDirectory(f.folder), u"/usr"_s);
-        f.folder.set.prepend(u"~"_s);
-        QCOMPARE(ScreenshotWatcher::screenshotDirectory(f.folder), QDir::homePath());
+        const auto directories = [&f](const QStringList& set) {
+            f.folder.set = set;
+            return ScreenshotWatcher::directories(f.folder);
+        };
+        QCOMPARE(directories({ u"."_s, u"/no/such/"_s, u"/etc/passwd"_s }),
+            (QStringList { u"/no/such"_s, f.pictures.path() }));
+        QCOMPARE(
+            directories({ u"~"_s, u"/usr/"_s, u"/usr"_s }), (QStringList { QDir::homePath(), u"/usr"_s }));
     }
 };
 

@@ -1,7 +1,7 @@
 #include "Fuzz.h"
+#include "linux/calendar/folder/IcsCalendar.h"
 
 #include <QTimeZone>
-#include "linux/calendar/folder/IcsCalendar.h"
 
 using namespace nimbarrow;
 

@@ -3,43 +3,59 @@
 #include "platform/FolderEvents.h"
 #include "platform/ScreenshotFolder.h"
 
+#include <QFileInfo>
+
+#include <map>
+#include <utility>
+
 namespace nimbarrow {
 
-/// A folder of which the test says that it has changed.
+/// Folders of which the test says that they have changed.
 class FakeFolderEvents final : public FolderEvents {
 public:
     bool canWatch = true;
-    /// What is being watched; empty when nothing is.
-    QString watched;
-    std::function<void()> changed;
+    /// Somebody has put another folder in the place of every one.
+    bool replaced = false;
+    std::map<QString, std::function<void()>> watched;
     QStringList unfinished;
 
-    [[nodiscard]] std::unique_ptr<Watch> watch(
-        const QString& folder, std::function<void()> whenChanged) override
+    [[nodiscard]] QStringList folders() const
     {
-        if (!canWatch)
+        QStringList folders;
+        for (const auto& [folder, changed] : watched)
+            folders << folder;
+        return folders;
+    }
+
+    void changed() const
+    {
+        for (const auto& [folder, changed] : std::map(watched))
+            changed();
+    }
+
+    [[nodiscard]] std::unique_ptr<Watch> watch(const QString& folder, std::function<void()> changed) override
+    {
+        if (!canWatch || !QFileInfo(folder).isDir())
             return {};
-        watched = folder;
-        changed = std::move(whenChanged);
-        return std::make_unique<Watched>(*this);
+        watched[folder] = std::move(changed);
+        return std::make_unique<Watched>(*this, folder);
     }
 
 private:
     class Watched final : public Watch {
     public:
-        explicit Watched(FakeFolderEvents& events)
+        Watched(FakeFolderEvents& events, QString folder)
             : m_events(events)
+            , m_folder(std::move(folder))
         {
         }
+        ~Watched() override { m_events.watched.erase(m_folder); }
         [[nodiscard]] QStringList unfinished() const override { return m_events.unfinished; }
-        ~Watched() override
-        {
-            m_events.watched.clear();
-            m_events.changed = {};
-        }
+        [[nodiscard]] bool isCurrent() const override { return !m_events.replaced; }
 
     private:
         FakeFolderEvents& m_events;
+        QString m_folder;
     };
 };
 

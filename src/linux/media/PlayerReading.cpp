@@ -1,5 +1,7 @@
 #include "linux/media/PlayerReading.h"
 
+#include "text/DisplayLine.h"
+
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -40,21 +42,9 @@ QVariant unwrapped(const QVariant& value)
     return {};
 }
 
-/// One line without what could fake another one or change the direction of what stands beside it.
 QString oneLine(const QString& text)
 {
-    auto line = text.left(longestText);
-    for (auto& character : line) {
-        const auto category = character.category();
-        const bool turns = (character >= u'\u202a' && character <= u'\u202e')
-            || (character >= u'\u2066' && character <= u'\u2069');
-        if (turns || category == QChar::Other_Control || category == QChar::Separator_Line
-            || category == QChar::Separator_Paragraph)
-            character = u' ';
-    }
-    if (!line.isEmpty() && line.back().isHighSurrogate())
-        line.chop(1);
-    return line.simplified();
+    return displayLine(text, longestText).simplified();
 }
 
 /// A text, or a list of texts with commas between them.

@@ -4,6 +4,8 @@
 
 #include <QHash>
 
+#include <utility>
+
 namespace nimbarrow {
 
 /// What somebody offered at one moment, already read; it no longer depends on who offered it.
@@ -23,6 +25,23 @@ struct PasteboardSnapshot {
             return string.value_or(QString()).toUtf8();
         return bytes.value(type.toString());
     }
+};
+
+/// A snapshot as whoever captures contents wants it.
+class SnapshotContent final : public PasteboardContent {
+public:
+    explicit SnapshotContent(PasteboardSnapshot snapshot)
+        : m_snapshot(std::move(snapshot))
+    {
+    }
+
+    [[nodiscard]] QStringList types() const override { return m_snapshot.types; }
+    [[nodiscard]] QByteArray data(QStringView type) const override { return m_snapshot.data(type); }
+    [[nodiscard]] std::optional<QString> string() const override { return m_snapshot.string; }
+    [[nodiscard]] QList<QUrl> urls() const override { return m_snapshot.urls; }
+
+private:
+    PasteboardSnapshot m_snapshot;
 };
 
 } // namespace nimbarrow

@@ -27,6 +27,15 @@ void X11Pasteboard::write(const QList<PasteboardObject>& objects)
     m_thread->write({ offer.content(), offer.png() });
 }
 
+void X11Pasteboard::readDrop(
+    const X11PasteboardThread::Drag& drag, std::function<void(const PasteboardSnapshot&)> done)
+{
+    m_thread->readDrop(drag, [this, done = std::move(done)](const PasteboardSnapshot& content) {
+        QMetaObject::invokeMethod(
+            this, [done, content] { done(content); }, Qt::QueuedConnection);
+    });
+}
+
 void X11Pasteboard::take(const X11PasteboardThread::Change& change)
 {
     const Age age { change.writesBefore, change.sequence };

@@ -27,6 +27,10 @@ public:
     [[nodiscard]] std::optional<QString> string() const override { return m_content->string; }
     [[nodiscard]] QList<QUrl> urls() const override { return m_content->urls; }
 
+    /// Reads what was dropped, without waiting for it; `done` runs on the main loop, unless the pasteboard is
+    /// gone by then. What does not come is absent.
+    void readDrop(const X11PasteboardThread::Drag& drag, std::function<void(const PasteboardSnapshot&)> done);
+
     /// False when there is no X server to talk to; the pasteboard then stays silent.
     [[nodiscard]] bool works() const { return m_thread->works(); }
 

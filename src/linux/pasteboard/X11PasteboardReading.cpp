@@ -28,6 +28,22 @@ X11PasteboardReading::X11PasteboardReading(X11PasteboardConnection& connection, 
     ask(u"TARGETS"_s);
 }
 
+X11PasteboardReading::X11PasteboardReading(X11PasteboardConnection& connection, xcb_atom_t selection,
+    const QStringList& targets, xcb_timestamp_t time, const X11PasteboardLimits& limits)
+    : m_connection(connection)
+    , m_selection(selection)
+    , m_owner(XCB_WINDOW_NONE)
+    , m_time(time)
+    , m_limits(limits)
+    , m_end(Instant::clock::now() + limits.whole)
+{
+    m_reader.emplace(targets);
+    if (m_reader->next().isEmpty())
+        finish();
+    else
+        ask(m_reader->next());
+}
+
 void X11PasteboardReading::ask(const QString& target)
 {
     auto limits = m_limits;

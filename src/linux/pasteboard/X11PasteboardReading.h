@@ -16,6 +16,10 @@ public:
     X11PasteboardReading(X11PasteboardConnection& connection, xcb_atom_t selection, xcb_window_t owner,
         xcb_timestamp_t time, const X11PasteboardLimits& limits);
 
+    /// Reads of an owner who has listed already what it has.
+    X11PasteboardReading(X11PasteboardConnection& connection, xcb_atom_t selection,
+        const QStringList& targets, xcb_timestamp_t time, const X11PasteboardLimits& limits);
+
     /// True when the event was for this reading.
     [[nodiscard]] bool handle(const xcb_generic_event_t& event);
     void expire(Instant now);

@@ -1,5 +1,7 @@
 #include "linux/pasteboard/X11PasteboardThread.h"
 
+#include "linux/display/X11Properties.h"
+
 #include <algorithm>
 #include <array>
 #include <poll.h>
@@ -14,6 +16,9 @@ namespace {
 
 // Owners that freeze one after the other hold no more than this many unfinished readings.
 constexpr std::size_t mostReadings = 4;
+
+// In bytes of atoms: no program drags more forms than this.
+constexpr qsizetype mostTargets = qsizetype(4) * 2048;
 
 constexpr auto handOverPatience = std::chrono::seconds(1);
 
@@ -72,6 +77,41 @@ void X11PasteboardThread::write(Write write)
         lock, claimPatience, [this, turn] { return m_writesClaimed >= turn || m_drawing || !m_works; });
 }
 
+void X11PasteboardThread::readDrop(const Drag& drag, DropDone done)
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (m_works) {
+            m_newDrops.emplace_back(drag, std::move(done));
+            wake();
+            return;
+        }
+    }
+    done({});
+}
+
+void X11PasteboardThread::beginDrops()
+{
+    std::list<std::pair<Drag, DropDone>> drops;
+    {
+        const std::scoped_lock lock(m_mutex);
+        drops.swap(m_newDrops);
+    }
+    for (auto& [drag, done] : drops) {
+        auto list = QByteArray(reinterpret_cast<const char*>(drag.targets.data()),
+            static_cast<qsizetype>(drag.targets.size() * sizeof(xcb_atom_t)));
+        if (list.isEmpty())
+            list = x11::property(m_connection.get(), drag.source, m_connection.atom("XdndTypeList"));
+        m_drops.push_back({ std::move(done),
+            { m_connection, m_connection.atom("XdndSelection"), m_connection.names(list.left(mostTargets)),
+                drag.time, m_limits } });
+    }
+    // Sources that freeze hold no more than whoever copies and freezes.
+    while (m_drops.size() > mostReadings)
+        m_drops.pop_front();
+    reportResults();
+}
+
 void X11PasteboardThread::handOver()
 {
     std::unique_lock lock(m_mutex);
@@ -103,6 +143,7 @@ void X11PasteboardThread::run()
     while (!m_stop && m_connection.works()) {
         runWrites();
         serveHandOver();
+        beginDrops();
         expire();
         if (const Event event { xcb_poll_for_event(m_connection.get()) }) {
             handle(*event);
@@ -169,9 +210,9 @@ void X11PasteboardThread::handle(const xcb_generic_event_t& event)
             vanished ? xcb_window_t(XCB_WINDOW_NONE) : change.owner, change.timestamp, event.full_sequence);
         return;
     }
-    const bool taken = std::any_of(
-        m_readings.begin(), m_readings.end(), [&event](Entry& entry) { return entry.reading.handle(event); });
-    if (!taken)
+    const auto handles = [&event](auto& entry) { return entry.reading.handle(event); };
+    if (std::none_of(m_readings.begin(), m_readings.end(), handles)
+        && std::none_of(m_drops.begin(), m_drops.end(), handles))
         m_owner->handle(event);
     reportResults();
 }
@@ -208,19 +249,27 @@ void X11PasteboardThread::reportResults()
         if (auto content = entry.reading.takeResult())
             m_report({ entry.writesBefore, entry.sequence, true, std::move(*content) });
     }
-    std::erase_if(m_readings, [](const Entry& entry) { return entry.reading.over(); });
+    for (auto& drop : m_drops) {
+        if (const auto content = drop.reading.takeResult())
+            drop.done(*content);
+    }
+    const auto isOver = [](const auto& entry) { return entry.reading.over(); };
+    std::erase_if(m_readings, isOver);
+    std::erase_if(m_drops, isOver);
 }
 
 void X11PasteboardThread::expire()
 {
     const auto now = X11PasteboardConnection::Instant::clock::now();
     m_owner->expire(now);
-    const bool due = std::any_of(m_readings.begin(), m_readings.end(),
-        [now](const Entry& entry) { return now >= entry.reading.deadline(); });
-    if (!due)
+    const auto isDue = [now](const auto& entry) { return now >= entry.reading.deadline(); };
+    if (std::none_of(m_readings.begin(), m_readings.end(), isDue)
+        && std::none_of(m_drops.begin(), m_drops.end(), isDue))
         return;
     for (auto& entry : m_readings)
         entry.reading.expire(now);
+    for (auto& drop : m_drops)
+        drop.reading.expire(now);
     reportResults();
 }
 
@@ -229,6 +278,8 @@ void X11PasteboardThread::sleep()
     auto deadline = m_owner->deadline();
     for (const auto& entry : m_readings)
         deadline = std::min(deadline, entry.reading.deadline());
+    for (const auto& drop : m_drops)
+        deadline = std::min(deadline, drop.reading.deadline());
     int wait = -1;
     if (deadline != X11PasteboardConnection::Instant::max()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(

@@ -31,6 +31,14 @@ public:
         std::function<QByteArray()> png;
     };
 
+    /// A drag of another program that has ended over a window of ours.
+    struct Drag {
+        xcb_window_t source = XCB_WINDOW_NONE;
+        xcb_timestamp_t time = XCB_CURRENT_TIME;
+        /// What is offered; empty when the source has the whole list.
+        std::vector<xcb_atom_t> targets;
+    };
+
     /// `report` is called on the thread.
     X11PasteboardThread(
         const QByteArray& display, const X11PasteboardLimits& limits, std::function<void(Change)> report);
@@ -43,6 +51,11 @@ public:
     /// is too busy for that, after a quarter of a second.
     void write(Write write);
 
+    /// Called on any thread but its own. `done` is called on this one; at once, and with nothing, where
+    /// nothing can be read.
+    using DropDone = std::function<void(const PasteboardSnapshot&)>;
+    void readDrop(const Drag& drag, DropDone done);
+
     /// Called on any thread but its own. Returns when the clipboard manager has what was written, when there
     /// is none, and after a second.
     void handOver();
@@ -54,7 +67,13 @@ private:
         X11PasteboardReading reading;
     };
 
+    struct Drop {
+        DropDone done;
+        X11PasteboardReading reading;
+    };
+
     void run();
+    void beginDrops();
     void runWrites();
     void claim(const std::deque<Write>& writes);
     void serveHandOver();
@@ -83,9 +102,11 @@ private:
     bool m_drawing = false;
     enum class HandOver { None, Wanted, Begun };
     HandOver m_handOver = HandOver::None;
+    std::list<std::pair<Drag, DropDone>> m_newDrops;
 
     std::unique_ptr<X11PasteboardOwner> m_owner;
     std::list<Entry> m_readings;
+    std::list<Drop> m_drops;
     int m_claims = 0;
     int m_claimsSeen = 0;
     quint64 m_sequence = 0;

@@ -4,9 +4,10 @@
 #include "linux/screenshots/ScreenshotSettings.h"
 #include "linux/session/XdgLocations.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QSettings>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -43,35 +44,41 @@ QString spectacleFolder()
     return screenshotsettings::spectacle(file.read(mostSettings));
 }
 
+QString flameshotFolder()
+{
+    const auto path = XdgLocations::configuration() + "/flameshot/flameshot.ini"_L1;
+    return QFileInfo(path).isFile() ? QSettings(path, QSettings::IniFormat).value(u"savePath"_s).toString()
+                                    : QString();
+}
+
 } // namespace
 
 QStringList DesktopScreenshotFolder::settings() const
 {
-    QStringList settings { screenshotsettings::gnome(), spectacleFolder() };
-    if (qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains("KDE"_L1))
-        std::ranges::reverse(settings);
+    QStringList settings { screenshotsettings::gnome(), spectacleFolder(), flameshotFolder() };
     settings.removeAll(QString());
+    // Where GNOME, KDE and all the others save unless they are told otherwise.
+    const auto pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    for (const auto& name : folderNames())
+        settings << pictures + u'/' + name;
+    settings << pictures;
+    // Elsewhere people save to the desktop, where there is one.
+    if (const auto desktop = defaultFolder(); QFileInfo(desktop).isDir())
+        settings << desktop;
     return settings;
 }
 
 QString DesktopScreenshotFolder::defaultFolder() const
 {
-    const auto pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-    // Of several, left behind by a change of language, the one that is in use.
-    QFileInfo newest;
-    for (const auto& name : folderNames()) {
-        const QFileInfo folder(pictures + u'/' + name);
-        if (folder.isDir() && (!newest.exists() || folder.lastModified() > newest.lastModified()))
-            newest = folder;
-    }
-    return newest.exists() ? newest.absoluteFilePath()
-                           : QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+    return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
 }
 
 bool DesktopScreenshotFolder::isScreenCapture(const QString& path) const
 {
+    // Flameshot writes nothing into its files, either, and names them by the minute.
+    static const QRegularExpression minute(u"^\\d{4}-\\d\\d-\\d\\d_\\d\\d-\\d\\d(_\\d+)?\\.png$"_s);
     const auto isEnding = [&path](QLatin1StringView ending) { return path.endsWith(ending); };
-    if (std::ranges::any_of(nameEndings, isEnding))
+    if (std::ranges::any_of(nameEndings, isEnding) || minute.match(QFileInfo(path).fileName()).hasMatch())
         return true;
     if (!path.endsWith(".png"_L1, Qt::CaseInsensitive))
         return false;

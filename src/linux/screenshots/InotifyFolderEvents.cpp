@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <cstring>
 #include <sys/inotify.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -17,15 +16,13 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr std::uint32_t told
-    = IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF;
-constexpr std::uint32_t changes = told | IN_Q_OVERFLOW;
+constexpr std::uint32_t changes = IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
+constexpr std::uint32_t gone = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT;
 
 class InotifyWatch final : public FolderEvents::Watch {
 public:
-    InotifyWatch(int events, QByteArray folder, std::function<void()> changed)
+    InotifyWatch(int events, std::function<void()> changed)
         : m_events(events)
-        , m_folder(std::move(folder))
         , m_changed(std::move(changed))
         , m_notifier(new QSocketNotifier(events, QSocketNotifier::Read))
     {
@@ -40,11 +37,13 @@ public:
     }
 
     [[nodiscard]] QStringList unfinished() const override { return m_unfinished.values(); }
+    [[nodiscard]] bool isCurrent() const override { return m_current; }
 
 private:
     void readEvents()
     {
         bool isChange = false;
+        QSet<QString> made;
         alignas(inotify_event) std::array<char, 4096> buffer {};
         for (;;) {
             const auto size = ::read(m_events, buffer.data(), buffer.size());
@@ -53,43 +52,42 @@ private:
             for (std::size_t place = 0; place < static_cast<std::size_t>(size);) {
                 inotify_event event {};
                 std::memcpy(&event, buffer.data() + place, sizeof event);
-                isChange |= take(event.mask, event.len > 0 ? buffer.data() + place + sizeof event : "");
+                const auto name
+                    = QFile::decodeName(event.len > 0 ? buffer.data() + place + sizeof event : "");
+                isChange |= take(event.mask, name, made);
                 place += sizeof event + event.len;
             }
         }
-        if (!isChange)
+        if (!isChange && made.isEmpty())
             return;
         // What is called may drop this object.
         const auto changed = m_changed;
         changed();
     }
 
-    /// False when more of it will follow.
-    bool take(std::uint32_t what, const char* name)
+    /// True for a change that is complete. `made` are the entries that have come and may be.
+    bool take(std::uint32_t what, const QString& name, QSet<QString>& made)
     {
-        const auto text = QFile::decodeName(name);
-        if ((what & IN_CREATE) != 0 && !isComplete(name)) {
-            m_unfinished.insert(text);
+        // Who makes a file opens it in the same breath, and closing it will be told too. A file that gets its
+        // first name when it is written, a link and a folder are complete as they come, and nothing else is
+        // told of them.
+        if ((what & IN_OPEN) != 0 && made.remove(name))
+            m_unfinished.insert(name);
+        if ((what & IN_CREATE) != 0) {
+            made.insert(name);
             return false;
         }
-        m_unfinished.remove(text);
+        if ((what & changes) != 0)
+            m_unfinished.remove(name);
         // What the kernel has left out may have been the end of any of them.
         if ((what & IN_Q_OVERFLOW) != 0)
             m_unfinished.clear();
-        return (what & changes) != 0;
-    }
-
-    /// A new file is being written, and closing it will be told too. A link is there at once, and nothing
-    /// else is told of it.
-    [[nodiscard]] bool isComplete(const char* name) const
-    {
-        struct stat entry { };
-        return ::lstat((m_folder + '/' + name).constData(), &entry) == 0
-            && (!S_ISREG(entry.st_mode) || entry.st_nlink > 1);
+        m_current = m_current && (what & gone) == 0;
+        return (what & (changes | gone | IN_Q_OVERFLOW)) != 0;
     }
 
     int m_events;
-    QByteArray m_folder;
+    bool m_current = true;
     std::function<void()> m_changed;
     QSet<QString> m_unfinished;
     /// Later, because the watch may be dropped while its notifier speaks.
@@ -104,12 +102,13 @@ std::unique_ptr<FolderEvents::Watch> InotifyFolderEvents::watch(
     const int events = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     if (events < 0)
         return {};
-    auto path = QFile::encodeName(folder);
-    if (::inotify_add_watch(events, path.constData(), told | IN_ONLYDIR) < 0) {
+    if (::inotify_add_watch(
+            events, QFile::encodeName(folder).constData(), changes | gone | IN_OPEN | IN_ONLYDIR)
+        < 0) {
         ::close(events);
         return {};
     }
-    return std::make_unique<InotifyWatch>(events, std::move(path), std::move(changed));
+    return std::make_unique<InotifyWatch>(events, std::move(changed));
 }
 
 } // namespace nimbarrow

@@ -12,8 +12,9 @@ constexpr int endless = std::numeric_limits<int>::max();
 
 } // namespace
 
-ForeignOwner::ForeignOwner(const QByteArray& display)
+ForeignOwner::ForeignOwner(const QByteArray& display, const QByteArray& selection)
     : m_connection(display)
+    , m_selection(selection)
     , m_window(m_connection.makeWindow())
 {
 }
@@ -55,7 +56,7 @@ void ForeignOwner::copyEach(const QList<QByteArray>& texts)
 
 void ForeignOwner::claim()
 {
-    xcb_set_selection_owner(m_connection.get(), m_window, m_connection.atom("CLIPBOARD"), XCB_CURRENT_TIME);
+    xcb_set_selection_owner(m_connection.get(), m_window, m_connection.atom(m_selection), XCB_CURRENT_TIME);
     xcb_flush(m_connection.get());
 }
 

@@ -18,7 +18,7 @@ public:
     enum class Manner { Polite, SilentOnTargets, SilentOnData, SilentAfterIncr, DiesInIncr, HurriesOn };
     using Offer = QList<std::pair<QByteArray, QByteArray>>;
 
-    explicit ForeignOwner(const QByteArray& display);
+    explicit ForeignOwner(const QByteArray& display, const QByteArray& selection = "CLIPBOARD");
     ~ForeignOwner();
     Q_DISABLE_COPY_MOVE(ForeignOwner)
 
@@ -28,6 +28,8 @@ public:
 
     /// Copies one text after the other on the same window, each as soon as the last one was asked for.
     void copyEach(const QList<QByteArray>& texts);
+
+    [[nodiscard]] xcb_window_t window() const { return m_window; }
 
     /// What was asked for, without the lists of targets.
     [[nodiscard]] int dataRequests() const { return m_dataRequests; }
@@ -44,6 +46,7 @@ private:
     void start(std::function<void()> work);
 
     X11PasteboardConnection m_connection;
+    QByteArray m_selection;
     xcb_window_t m_window;
     Offer m_offer;
     Manner m_manner = Manner::Polite;

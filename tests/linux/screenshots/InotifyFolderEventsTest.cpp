@@ -2,10 +2,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSaveFile>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QTest>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -60,9 +62,35 @@ private Q_SLOTS:
         expectMore([&] { QVERIFY(QFile::remove(inside(u"in.png"_s))); });
     }
 
+    void tellsOfAFileThatHasNoNameUntilItIsWritten()
+    {
+        {
+            QSaveFile file(inside(u"Screenshot.png"_s));
+            QVERIFY(file.open(QSaveFile::WriteOnly));
+            QCOMPARE(file.write("all of it"), 9);
+            expectNothing();
+            QVERIFY(file.commit());
+        }
+        QTRY_VERIFY(m_changes > 0);
+        QCOMPARE(m_watch->unfinished(), QStringList());
+        // By hand, as the descriptor that it was written on may stay open.
+        const auto handle = ::open(qPrintable(inside()), O_TMPFILE | O_WRONLY, 0600);
+        QVERIFY(handle >= 0);
+        expectMore([&] {
+            const auto self = "/proc/self/fd/"_ba + QByteArray::number(handle);
+            QCOMPARE(::linkat(AT_FDCWD, self.constData(), AT_FDCWD, qPrintable(inside(u"b.png"_s)),
+                         AT_SYMLINK_FOLLOW),
+                0);
+        });
+        QCOMPARE(m_watch->unfinished(), QStringList());
+        ::close(handle);
+    }
+
     void staysWithAFolderThatMoves()
     {
+        QVERIFY(m_watch->isCurrent());
         expectMore([&] { QVERIFY(QDir().rename(inside(), m_disk->filePath(u"moved"_s))); });
+        QVERIFY(!m_watch->isCurrent());
         // Another folder in its place is another folder.
         QVERIFY(QDir(m_disk->path()).mkdir(u"watched"_s));
         write(inside(u"a.png"_s));
