@@ -33,6 +33,8 @@ struct CalendarEvent {
     std::optional<QColor> color;
     QString location;
     QUrl url;
+    /// Where the event says by itself that people meet.
+    QList<QUrl> conferences;
     QString notes;
     Status status = Status::None;
     QList<Attendee> attendees;

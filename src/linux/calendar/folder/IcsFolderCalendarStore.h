@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/CalendarStore.h"
 #include "linux/calendar/folder/FolderTreeWatch.h"
 #include "linux/calendar/folder/IcsFolder.h"
+#include "platform/CalendarStore.h"
 #include "qt/ThreadedQueue.h"
 
 #include <atomic>
