@@ -360,6 +360,27 @@ private Q_SLOTS:
         QVERIFY(events->at(0).identifier.contains("20261121T"_L1));
     }
 
+    void aFolderThatCannotBeReadIsNoAccessUntilItCan()
+    {
+        if (isServer())
+            return;
+        const QDate day(2026, 11, 21);
+        const QSignalSpy changed(m_store.get(), &CalendarStore::changed);
+        QTRY_COMPARE(changed.size(), 1);
+        const auto full = CalendarStore::Authorization::FullAccess;
+        QCOMPARE(m_store->authorization(), full);
+        // Something else has the folder's name.
+        QVERIFY(QDir(calendars()).removeRecursively());
+        QVERIFY(writeFile(calendars(), "x"));
+        QCOMPARE(described(read(*m_store, day)), QStringList { u"no answer"_s });
+        QTRY_VERIFY(changed.size() >= 2);
+        QCOMPARE(m_store->authorization(), CalendarStore::Authorization::Denied);
+        QVERIFY(QFile::remove(calendars()));
+        QTRY_COMPARE(m_store->authorization(), full);
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
+        QCOMPARE(described(read(*m_store, day)), QStringList { u"A 21T10:00-21T11:00"_s });
+    }
+
     void aServerThatHangsDoesNotAnswer()
     {
         if (!isServer())
