@@ -58,15 +58,18 @@ DayEvent DayEvent::make(const CalendarEvent& event)
     day.color = event.color && event.color->isValid() ? *event.color : QColor(calendarBlue);
     if (const auto location = event.location.trimmed(); !location.isEmpty())
         day.location = location;
-    day.meetingUrl = meetingUrlIn(event.url, { event.location, event.notes });
+    day.meetingUrl = meetingUrlIn(QList { event.url } + event.conferences, { event.location, event.notes });
     day.isRecurring = event.hasRecurrenceRules || event.isDetached;
     return day;
 }
 
-std::optional<QUrl> DayEvent::meetingUrlIn(const QUrl& url, const QList<std::optional<QString>>& texts)
+std::optional<QUrl> DayEvent::meetingUrlIn(
+    const QList<QUrl>& links, const QList<std::optional<QString>>& texts)
 {
-    if (const auto target = linkdetector::unwrapped(url); isMeeting(target))
-        return target;
+    for (const auto& link : links) {
+        if (const auto target = linkdetector::unwrapped(link); isMeeting(target))
+            return target;
+    }
     std::optional<QUrl> meeting;
     for (const auto& text : texts) {
         if (!text)

@@ -39,9 +39,9 @@ public:
     /// The event must have a start and an end.
     [[nodiscard]] static DayEvent make(const CalendarEvent& event);
 
-    /// `url` when it leads to a meeting, else the first meeting in the texts, in their order.
+    /// The first of the links that leads to a meeting, else the first meeting in the texts, in their order.
     [[nodiscard]] static std::optional<QUrl> meetingUrlIn(
-        const QUrl& url, const QList<std::optional<QString>>& texts);
+        const QList<QUrl>& links, const QList<std::optional<QString>>& texts);
     /// By its host alone.
     [[nodiscard]] static bool isMeeting(const QUrl& url);
     /// The link that shows an event in the calendar application; none for an identifier that no link can

@@ -33,6 +33,8 @@ struct CalendarEvent {
     std::optional<QColor> color;
     QString location;
     QUrl url;
+    /// Where the event says by itself that people meet.
+    QList<QUrl> conferences;
     QString notes;
     Status status = Status::None;
     QList<Attendee> attendees;
@@ -62,8 +64,9 @@ public:
 
     using QObject::QObject;
 
-    /// Answers at once and asks nobody.
-    [[nodiscard]] virtual Authorization authorization() const = 0;
+    /// Answers at once, with what is known. What was refused is found out anew in the background then, and
+    /// `changed` is told when it no longer is.
+    [[nodiscard]] virtual Authorization authorization() = 0;
 
     /// Asks the user, where the system does. `answered` runs on the main thread, later, also after the store
     /// is gone.

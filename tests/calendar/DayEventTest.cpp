@@ -108,7 +108,7 @@ private Q_SLOTS:
         QFETCH(QString, location);
         QFETCH(QString, notes);
         QFETCH(QString, meeting);
-        const auto found = DayEvent::meetingUrlIn(QUrl(url), { location, std::nullopt, notes });
+        const auto found = DayEvent::meetingUrlIn({ QUrl(url) }, { location, std::nullopt, notes });
         QCOMPARE(found.value_or(QUrl()).toString(), meeting);
     }
 
@@ -136,6 +136,10 @@ private Q_SLOTS:
         QVERIFY(!one.location);
         QVERIFY(!one.isRecurring);
         QVERIFY(one != DayEvent::make(event));
+        event.url = QUrl(u"https://example.org"_s);
+        event.notes = u"https://zoom.us/j/2"_s;
+        event.conferences = { QUrl(u"https://conference.example/1"_s), QUrl(u"https://zoom.us/j/1"_s) };
+        QCOMPARE(DayEvent::make(event).meetingUrl, QUrl(u"https://zoom.us/j/1"_s));
         event.identifier = u"a"_s;
         event.isDetached = true;
         QVERIFY(DayEvent::make(event).isRecurring);

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
 #include <cstdio>
 #include <libecal/libecal.h>
 
@@ -92,22 +93,33 @@ bool use(ECalClient* client, const QByteArray& what, Failure& failure)
     return true;
 }
 
-/// The other program.
-int runOther(const QByteArray& what, const QByteArray& calendar)
+bool useCalendar(
+    ESourceRegistry* registry, const QByteArray& what, const QByteArray& calendar, Failure& failure)
 {
-    Failure failure;
-    const Reference<ESourceRegistry> registry(e_source_registry_new_sync(nullptr, failure.out()));
     const Reference<ESource> source(
-        registry ? e_source_registry_ref_source(registry.get(), calendar.constData()) : nullptr);
+        registry ? e_source_registry_ref_source(registry, calendar.constData()) : nullptr);
     const Reference<EClient> client(source
             ? e_cal_client_connect_sync(source.get(), E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
                 static_cast<guint32>(-1), nullptr, failure.out())
             : nullptr);
     if (client && use(E_CAL_CLIENT(client.get()), what, failure))
-        return 0;
+        return true;
     std::fprintf(stderr, "%s %s: %s\n", what.constData(), calendar.constData(),
         failure.isSet() ? qPrintable(failure.text()) : "no such calendar");
-    return 1;
+    return false;
+}
+
+/// The other program.
+int runOther(const QByteArray& what, const QStringList& calendars)
+{
+    Failure failure;
+    const Reference<ESourceRegistry> registry(e_source_registry_new_sync(nullptr, failure.out()));
+    return std::all_of(calendars.begin(), calendars.end(),
+               [&](const QString& calendar) {
+                   return useCalendar(registry.get(), what, calendar.toUtf8(), failure);
+               })
+        ? 0
+        : 1;
 }
 
 } // namespace
@@ -142,7 +154,7 @@ bool DataServer::put(const QByteArray& components, const QString& calendar)
 
 bool DataServer::clear()
 {
-    return other({ u"clear"_s, u"system-calendar"_s }) && other({ u"clear"_s, u"second"_s });
+    return other({ u"clear"_s, u"system-calendar"_s, u"second"_s });
 }
 
 QStringList DataServer::list()
@@ -171,9 +183,9 @@ QList<qint64> DataServer::processes() const
 
 int DataServer::runAsOther(const QStringList& arguments)
 {
-    if (arguments.size() != 4 || arguments[1] != "--other"_L1)
+    if (arguments.size() < 4 || arguments[1] != "--other"_L1)
         return -1;
-    return runOther(arguments[2].toUtf8(), arguments[3].toUtf8());
+    return runOther(arguments[2].toUtf8(), arguments.sliced(3));
 }
 
 bool DataServer::other(const QStringList& arguments, const QByteArray& input)

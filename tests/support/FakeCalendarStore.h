@@ -17,7 +17,7 @@ public:
     Created answer { {}, {}, QStringLiteral("new") };
     QList<CalendarEvent> made;
 
-    [[nodiscard]] Authorization authorization() const override { return status; }
+    [[nodiscard]] Authorization authorization() override { return status; }
     void requestFullAccess(std::function<void(bool granted)> answered) override
     {
         question = std::move(answered);

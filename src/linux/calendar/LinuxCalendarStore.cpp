@@ -1,7 +1,7 @@
 #include "linux/calendar/LinuxCalendarStore.h"
 
-#include "platform/UserDefaults.h"
 #include "linux/calendar/DayWatch.h"
+#include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
 #include <QDBusError>
@@ -63,24 +63,21 @@ void LinuxCalendarStore::close()
     m_settled.notify_all();
 }
 
-CalendarStore::Authorization LinuxCalendarStore::authorization() const
+CalendarStore::Authorization LinuxCalendarStore::authorization()
 {
     if (!m_defaults.boolean(askedKey))
         return Authorization::NotDetermined;
     const std::lock_guard lock(m_mutex);
-    if (m_isRefused)
+    if (m_isRefused) {
+        QMetaObject::invokeMethod(this, &LinuxCalendarStore::choose, Qt::QueuedConnection);
         return Authorization::Denied;
+    }
     return m_store ? m_store->authorization() : Authorization::FullAccess;
 }
 
 void LinuxCalendarStore::requestFullAccess(std::function<void(bool)> answered)
 {
     m_defaults.set(askedKey, true);
-    // Asked again, the answer may be another.
-    {
-        const std::lock_guard lock(m_mutex);
-        m_isRefused = false;
-    }
     m_whenSettled.emplace_back([this, answered = std::move(answered)] {
         if (m_store)
             m_store->requestFullAccess(answered);
@@ -124,13 +121,13 @@ void LinuxCalendarStore::choose()
     if (m_isChoosing)
         return;
     m_isChoosing = true;
-    if (m_store || m_isRefused) {
+    if (m_store) {
         // Later, as every answer.
-        QMetaObject::invokeMethod(this, &LinuxCalendarStore::settle, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &LinuxCalendarStore::runWaiting, Qt::QueuedConnection);
         return;
     }
     if (!m_session) {
-        take(m_stores.folder());
+        useStore(m_stores.folder());
         return;
     }
     auto* const names
@@ -140,7 +137,7 @@ void LinuxCalendarStore::choose()
         if (reply.isValid() && reply.value().contains(sourcesService))
             askTheServer();
         else
-            take(m_stores.folder());
+            useStore(m_stores.folder());
         names->deleteLater();
     });
 }
@@ -154,20 +151,20 @@ void LinuxCalendarStore::askTheServer()
         if (const auto error = answer->error(); error.type() == QDBusError::AccessDenied) {
             refuse();
         } else if (meansAbsent(error)) {
-            take(m_stores.folder());
+            useStore(m_stores.folder());
         } else {
             // Also without an answer: what is down now may come.
             m_serverWatch = std::make_unique<QDBusServiceWatcher>(
                 sourcesService, *m_session, QDBusServiceWatcher::WatchForRegistration);
             connect(
                 m_serverWatch.get(), &QDBusServiceWatcher::serviceRegistered, this, &CalendarStore::changed);
-            take(m_stores.server());
+            useStore(m_stores.server());
         }
         answer->deleteLater();
     });
 }
 
-void LinuxCalendarStore::take(std::unique_ptr<CalendarStore> store)
+void LinuxCalendarStore::useStore(std::unique_ptr<CalendarStore> store)
 {
     if (!store) {
         refuse();
@@ -178,8 +175,10 @@ void LinuxCalendarStore::take(std::unique_ptr<CalendarStore> store)
         const std::lock_guard lock(m_mutex);
         m_store = std::move(store);
         m_settled.notify_all();
+        if (std::exchange(m_isRefused, false))
+            QMetaObject::invokeMethod(this, &CalendarStore::changed, Qt::QueuedConnection);
     }
-    QMetaObject::invokeMethod(this, &LinuxCalendarStore::settle, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &LinuxCalendarStore::runWaiting, Qt::QueuedConnection);
 }
 
 void LinuxCalendarStore::refuse()
@@ -187,10 +186,10 @@ void LinuxCalendarStore::refuse()
     const std::lock_guard lock(m_mutex);
     m_isRefused = true;
     m_settled.notify_all();
-    QMetaObject::invokeMethod(this, &LinuxCalendarStore::settle, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &LinuxCalendarStore::runWaiting, Qt::QueuedConnection);
 }
 
-void LinuxCalendarStore::settle()
+void LinuxCalendarStore::runWaiting()
 {
     m_isChoosing = false;
     const auto waiting = std::exchange(m_whenSettled, {});

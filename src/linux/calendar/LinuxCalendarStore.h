@@ -34,7 +34,7 @@ public:
         std::unique_ptr<DayWatch> dayWatch);
     ~LinuxCalendarStore() override;
 
-    [[nodiscard]] Authorization authorization() const override;
+    [[nodiscard]] Authorization authorization() override;
     void requestFullAccess(std::function<void(bool granted)> answered) override;
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end) override;
@@ -42,12 +42,13 @@ public:
         std::function<void(const Created&)> done) override;
 
 private:
-    /// Finds out which store it is, unless that is known or under way. On the main thread.
+    /// Finds out which store it is, unless that is known or under way; anew after a refusal. On the main
+    /// thread.
     void choose();
     void askTheServer();
-    void take(std::unique_ptr<CalendarStore> store);
+    void useStore(std::unique_ptr<CalendarStore> store);
     void refuse();
-    void settle();
+    void runWaiting();
     [[nodiscard]] std::shared_ptr<CalendarStore> store();
     void close();
 

@@ -206,6 +206,10 @@ private Q_SLOTS:
         row("weekly, as usual", weekly, day.addDays(-7), { u"A 14T09:00-14T10:00 recurs"_s });
         row("weekly, moved away", weekly, day, {});
         row("weekly, moved there", weekly, day.addDays(1), { u"Moved 22T14:00-22T15:00 detached"_s });
+        row("added with its own length",
+            event("DTSTART:20261101T090000Z\r\nDURATION:PT1H\r\n"
+                  "RDATE;VALUE=PERIOD:20261121T120000Z/PT2H,20261121T150000Z/20261121T153000Z"),
+            day, { u"A 21T13:00-21T15:00 recurs"_s, u"A 21T16:00-21T16:30 recurs"_s });
         row("cancelled", event("DTSTART:20261121T090000Z\r\nDURATION:PT1H\r\nSTATUS:CANCELLED"), day,
             { u"A 21T10:00-21T11:00 cancelled"_s });
         const QByteArray others = "\r\nATTENDEE;PARTSTAT=ACCEPTED:mailto:ada@example.org\r\n";
@@ -354,6 +358,27 @@ private Q_SLOTS:
             (QStringList { u"A 21T10:00-21T11:00 recurs"_s, u"A 21T22:00-21T23:00 recurs"_s }));
         QVERIFY(events->at(0).identifier != events->at(1).identifier);
         QVERIFY(events->at(0).identifier.contains("20261121T"_L1));
+    }
+
+    void aFolderThatCannotBeReadIsNoAccessUntilItCan()
+    {
+        if (isServer())
+            return;
+        const QDate day(2026, 11, 21);
+        const QSignalSpy changed(m_store.get(), &CalendarStore::changed);
+        QTRY_COMPARE(changed.size(), 1);
+        const auto full = CalendarStore::Authorization::FullAccess;
+        QCOMPARE(m_store->authorization(), full);
+        // Something else has the folder's name.
+        QVERIFY(QDir(calendars()).removeRecursively());
+        QVERIFY(writeFile(calendars(), "x"));
+        QCOMPARE(described(read(*m_store, day)), QStringList { u"no answer"_s });
+        QTRY_VERIFY(changed.size() >= 2);
+        QCOMPARE(m_store->authorization(), CalendarStore::Authorization::Denied);
+        QVERIFY(QFile::remove(calendars()));
+        QTRY_COMPARE(m_store->authorization(), full);
+        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
+        QCOMPARE(described(read(*m_store, day)), QStringList { u"A 21T10:00-21T11:00"_s });
     }
 
     void aServerThatHangsDoesNotAnswer()

@@ -5,6 +5,7 @@
 #include "support/PrivateBus.h"
 #include "support/TestFolder.h"
 
+#include <QDBusMessage>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
@@ -26,7 +27,7 @@ public:
     {
     }
 
-    [[nodiscard]] Authorization authorization() const override { return Authorization::FullAccess; }
+    [[nodiscard]] Authorization authorization() override { return Authorization::FullAccess; }
     void requestFullAccess(std::function<void(bool)> answered) override { answered(true); }
 
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
@@ -75,6 +76,18 @@ class LinuxCalendarStoreTest : public QObject {
             LinuxCalendarStore::Stores {
                 [make] { return make(u"server"_s); }, [make] { return make(u"folder"_s); } },
             std::make_unique<DayWatch>(std::nullopt));
+    }
+
+    /// A bus that starts what stands in the folder, and may keep the server from everybody.
+    void configureBus(bool refuses) const
+    {
+        m_folder.write(u"bus.conf"_s,
+            "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><servicedir>"
+                + m_folder.path().toUtf8()
+                + "</servicedir><policy context=\"default\"><allow send_destination=\"*\"/>"
+                  "<allow eavesdrop=\"false\"/><allow own=\"*\"/>"
+                + (refuses ? "<deny send_destination=\"" + service.toUtf8() + "\"/>" : QByteArray())
+                + "</policy></busconfig>");
     }
 
     static QString askedOnAnotherThread(CalendarStore& store)
@@ -127,13 +140,7 @@ private Q_SLOTS:
         if (installed)
             m_folder.write(
                 u"x.service"_s, "[D-BUS Service]\nName=" + service.toUtf8() + "\nExec=/bin/false\n");
-        m_folder.write(u"bus.conf"_s,
-            "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><servicedir>"
-                + m_folder.path().toUtf8()
-                + "</servicedir><policy context=\"default\"><allow send_destination=\"*\"/>"
-                  "<allow eavesdrop=\"false\"/><allow own=\"*\"/>"
-                + (refused ? "<deny send_destination=\"" + service.toUtf8() + "\"/>" : QByteArray())
-                + "</policy></busconfig>");
+        configureBus(refused);
         const PrivateBus bus(m_folder.filePath(u"bus.conf"_s));
         auto server = QDBusConnection::connectToBus(bus.address(), u"server"_s);
         QVERIFY(server.isConnected());
@@ -167,11 +174,7 @@ private Q_SLOTS:
     void aServerThatComesBackIsNews()
     {
         m_folder.write(u"x.service"_s, "[D-BUS Service]\nName=" + service.toUtf8() + "\nExec=/bin/false\n");
-        m_folder.write(u"bus.conf"_s,
-            "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><servicedir>"
-                + m_folder.path().toUtf8()
-                + "</servicedir><policy context=\"default\"><allow send_destination=\"*\"/>"
-                  "<allow eavesdrop=\"false\"/><allow own=\"*\"/></policy></busconfig>");
+        configureBus(false);
         const PrivateBus bus(m_folder.filePath(u"bus.conf"_s));
         auto server = QDBusConnection::connectToBus(bus.address(), u"server"_s);
         QVERIFY(server.registerService(service));
@@ -183,6 +186,28 @@ private Q_SLOTS:
         QTRY_COMPARE(changed.size(), 1);
         Q_EMIT m_made->changed();
         QCOMPARE(changed.size(), 2);
+    }
+
+    void aRefusalEndsWithItsCause()
+    {
+        m_folder.write(u"x.service"_s, "[D-BUS Service]\nName=" + service.toUtf8() + "\nExec=/bin/false\n");
+        configureBus(true);
+        const PrivateBus bus(m_folder.filePath(u"bus.conf"_s));
+        auto server = QDBusConnection::connectToBus(bus.address(), u"server"_s);
+        QVERIFY(server.registerService(service));
+        m_defaults.set(u"calendarAccessRequested", true);
+        const auto calendars = store(QDBusConnection::connectToBus(bus.address(), u"program"_s));
+        QCOMPARE(askedOnAnotherThread(*calendars), u"no answer"_s);
+        const QSignalSpy changed(calendars.get(), &CalendarStore::changed);
+        QCOMPARE(calendars->authorization(), CalendarStore::Authorization::Denied);
+        configureBus(false);
+        server.call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+            u"org.freedesktop.DBus"_s, u"ReloadConfig"_s));
+        // As at every refresh.
+        QCOMPARE(calendars->authorization(), CalendarStore::Authorization::Denied);
+        QTRY_COMPARE(changed.size(), 1);
+        QCOMPARE(calendars->authorization(), CalendarStore::Authorization::FullAccess);
+        QCOMPARE(askedOnAnotherThread(*calendars), u"server"_s);
     }
 
     void withoutABusTheFolderIsRead() { QCOMPARE(askedOnAnotherThread(*store({})), u"folder"_s); }

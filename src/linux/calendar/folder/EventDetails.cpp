@@ -7,6 +7,7 @@ namespace nimbarrow {
 namespace {
 
 constexpr int mostAttendees = 1000;
+constexpr int mostConferences = 20;
 
 using Event = CalendarEvent;
 
@@ -43,6 +44,14 @@ bool isOwn(icalproperty* attendee, const QSet<QString>& ownAddresses)
     return address && ownAddresses.contains(mailAddress(QString::fromUtf8(icalparameter_get_email(address))));
 }
 
+/// Also a number to call or a room to write in may stand there.
+void addConference(const char* address, Event& event)
+{
+    const QUrl url(QString::fromUtf8(address).trimmed());
+    if (url.isValid() && !url.host().isEmpty() && event.conferences.size() < mostConferences)
+        event.conferences += url;
+}
+
 } // namespace
 
 QString mailAddress(const QString& person)
@@ -68,6 +77,13 @@ void readDetails(icalcomponent* component, const QSet<QString>& ownAddresses, Ca
             event.notes = QString::fromUtf8(icalproperty_get_description(property));
             break;
         case ICAL_URL_PROPERTY: event.url = QUrl(QString::fromUtf8(icalproperty_get_url(property))); break;
+        case ICAL_CONFERENCE_PROPERTY: addConference(icalproperty_get_conference(property), event); break;
+        case ICAL_X_PROPERTY: {
+            const QByteArrayView name(icalproperty_get_x_name(property));
+            if (name == "X-GOOGLE-CONFERENCE" || name == "X-MICROSOFT-SKYPETEAMSMEETINGURL")
+                addConference(icalproperty_get_x(property), event);
+            break;
+        }
         case ICAL_STATUS_PROPERTY: event.status = statusOf(icalproperty_get_status(property)); break;
         case ICAL_ATTENDEE_PROPERTY:
             if (event.attendees.size() < mostAttendees)

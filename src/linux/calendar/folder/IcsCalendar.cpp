@@ -1,11 +1,14 @@
 #include "linux/calendar/folder/IcsCalendar.h"
 
+#include "linux/calendar/EventIdentifier.h"
 #include "linux/calendar/folder/EventDetails.h"
 #include "linux/calendar/folder/IcsRecurrence.h"
 #include "linux/calendar/folder/IcsScanner.h"
-#include "linux/calendar/EventIdentifier.h"
+
+#include <QMap>
 
 #include <algorithm>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +22,8 @@ constexpr int mostOfOneEvent = 500;
 constexpr qint64 stepsOfCalendar = 10'000'000;
 constexpr qint64 stepsOfEvent = 400'000;
 constexpr qint64 day = 86'400;
+/// What is moved by more is found only where it was.
+constexpr qint64 farthest = 40 * day;
 
 /// The date in the first property of that name, as a number like 20261121; 0 where there is none.
 int roughDate(const QByteArray& component, const QByteArray& name)
@@ -38,6 +43,55 @@ int asNumber(QDate date)
     return date.year() * 10'000 + date.month() * 100 + date.day();
 }
 
+/// What tells one occurrence of a series that starts with `start` from another.
+qint64 key(const IcsTime& time, const IcsTime& start)
+{
+    if (start.kind == IcsTime::Kind::Date)
+        return midnightOf(dateOf(time.wall));
+    if (time.kind != IcsTime::Kind::Date)
+        return time.moment();
+    // A date stands for the occurrence of that day in a series that has times.
+    auto occurrence = start;
+    occurrence.wall = time.wall + start.wall - midnightOf(dateOf(start.wall));
+    return occurrence.moment();
+}
+
+QDateTime dateTime(const IcsTime& time)
+{
+    // A whole day is the user's day wherever the calendar comes from.
+    if (time.kind == IcsTime::Kind::Date)
+        return dateOf(time.wall).startOfDay();
+    return QDateTime::fromSecsSinceEpoch(time.moment());
+}
+
+/// When an occurrence of that length ends that starts at `start`.
+QDateTime endOf(const IcsEvent::Span& span, const IcsTime& start)
+{
+    if (start.kind == IcsTime::Kind::Date) {
+        qint64 days = 1;
+        if (span.end)
+            days = (span.end->wall - span.start.wall) / day;
+        else if (span.length)
+            days = span.length->days + span.length->seconds / day;
+        return dateOf(start.wall + std::max<qint64>(days, 1) * day).startOfDay();
+    }
+    if (span.end) {
+        const auto lasts = span.end->moment() - span.start.moment();
+        return dateTime(start).addSecs(std::max<qint64>(lasts, 0));
+    }
+    if (span.length) {
+        auto last = start;
+        last.wall += span.length->days * day;
+        return dateTime(last).addSecs(span.length->seconds);
+    }
+    return dateTime(start);
+}
+
+qint64 lengthOf(const IcsEvent::Span& span)
+{
+    return dateTime(span.start).secsTo(endOf(span, span.start));
+}
+
 } // namespace
 
 /// What all that happens in one calendar may cost.
@@ -45,10 +99,21 @@ struct IcsCalendar::Budget {
     qint64 left = stepsOfCalendar;
 };
 
-/// A series and those of its occurrences that were changed.
+/// A series and what was changed of it.
 struct IcsCalendar::Series {
     const IcsEvent* whole = nullptr;
     QHash<QString, const IcsEvent*> changed;
+    /// The keys of those that stand by themselves.
+    QSet<qint64> single;
+    /// By the key of the first of them, those that stand for all that come then.
+    QMap<qint64, const IcsEvent*> onward;
+
+    /// What an occurrence with that key is changed to; null for one that is as the rule has it.
+    [[nodiscard]] const IcsEvent* changeOf(qint64 key) const
+    {
+        const auto next = onward.upperBound(key);
+        return next == onward.begin() ? nullptr : *std::prev(next);
+    }
 };
 
 IcsCalendar::IcsCalendar(const QDateTime& start, const QDateTime& end, QSet<QString> ownAddresses)
@@ -63,20 +128,25 @@ void IcsCalendar::add(QByteArrayView text, const QString& path)
     // Set once for the whole process, and never to anything else.
     icalerror_set_errors_are_fatal(false);
     IcsScanner scanner;
-    scanner.property = [this](const QByteArray& name, const QByteArray& value) { takeProperty(name, value); };
+    scanner.property = [this](const QByteArray& name, const QByteArray& value) { readProperty(name, value); };
+    m_zones.startFile();
     scanner.zone = [this](const QByteArray& component) { m_zones.add(component); };
-    scanner.event = [this, &path](const QByteArray& component) {
-        if (m_events.size() >= mostEvents || !mayMatter(component))
-            return;
-        if (auto event = IcsEvent::parse(component, m_ownAddresses)) {
+    // Zones and owners may stand behind the events that they belong to.
+    QByteArrayList components;
+    scanner.event = [&](const QByteArray& component) {
+        if (m_events.size() + std::size_t(components.size()) < mostEvents && mayMatter(component))
+            components += component;
+    };
+    scanner.scan(text);
+    for (const auto& component : components) {
+        if (auto event = IcsEvent::parse(component, m_ownAddresses, m_zones)) {
             event->path = path;
             m_events.push_back(std::move(*event));
         }
-    };
-    scanner.scan(text);
+    }
 }
 
-void IcsCalendar::takeProperty(const QByteArray& name, const QByteArray& value)
+void IcsCalendar::readProperty(const QByteArray& name, const QByteArray& value)
 {
     if (name == "X-APPLE-CALENDAR-COLOR" || name == "COLOR") {
         if (const auto color = parseColor(value))
@@ -115,16 +185,17 @@ bool IcsCalendar::mayMatter(const QByteArray& component) const
 
 QList<CalendarEvent> IcsCalendar::events() const
 {
-    QHash<QString, Series> series;
-    QList<const IcsEvent*> single;
+    QHash<QString, Series> all;
+    QList<const IcsEvent*> alone;
     for (const auto& event : m_events) {
         if (event.uid.isEmpty()) {
-            single += &event;
+            alone += &event;
             continue;
         }
-        auto& known = series[event.uid];
-        auto& place = event.recurrenceId ? known.changed[QString::number(key(*event.recurrenceId, event))]
-                                         : known.whole;
+        auto& series = all[event.uid];
+        auto& place = event.recurrenceId
+            ? series.changed[QString::number(key(*event.recurrenceId, event.span.start))]
+            : series.whole;
         // The same event twice: the later edition counts.
         if (!place || place->sequence <= event.sequence)
             place = &event;
@@ -132,112 +203,84 @@ QList<CalendarEvent> IcsCalendar::events() const
 
     QList<CalendarEvent> result;
     Budget budget;
-    for (const auto* const event : single)
+    for (const auto* const event : alone)
         expand(*event, {}, budget, result);
-    for (const auto& [uid, one] : series.asKeyValueRange()) {
-        QSet<qint64> changed;
-        for (const auto* const occurrence : one.changed) {
-            if (one.whole)
-                changed += key(*occurrence->recurrenceId, *one.whole);
-            addOccurrence(*occurrence, occurrence->start, result);
+    for (auto& series : all) {
+        for (const auto* const event : series.changed) {
+            const auto id = series.whole ? key(*event->recurrenceId, series.whole->span.start) : 0;
+            if (event->isOnward && series.whole) {
+                series.onward.insert(id, event);
+            } else {
+                series.single += id;
+                addOccurrence(*event, event->span, event->span.start, *event->recurrenceId, result);
+            }
         }
-        if (one.whole)
-            expand(*one.whole, changed, budget, result);
+        if (series.whole)
+            expand(*series.whole, series, budget, result);
     }
     return result;
 }
 
 void IcsCalendar::expand(
-    const IcsEvent& event, const QSet<qint64>& changed, Budget& budget, QList<CalendarEvent>& events) const
+    const IcsEvent& event, const Series& series, Budget& budget, QList<CalendarEvent>& events) const
 {
-    QSet<qint64> done = changed;
+    const auto& first = event.span.start;
+    auto done = series.single;
     // One that fills the day must not leave the others without room.
     const auto room = std::min(mostOccurrences, events.size() + mostOfOneEvent);
     for (const auto& time : event.leftOut)
-        done += key(time, event);
-    const auto add = [&](const IcsTime& start) {
-        const auto id = key(start, event);
-        if (!done.contains(id) && events.size() < room) {
-            done += id;
-            addOccurrence(event, start, events);
+        done += key(time, first);
+    const auto add = [&](const IcsEvent::Span& span, const IcsTime& start) {
+        const auto id = key(start, first);
+        if (done.contains(id) || events.size() >= room)
+            return;
+        done += id;
+        if (const auto* const change = series.changeOf(id)) {
+            auto moved = change->span.start;
+            moved.wall += start.wall - change->recurrenceId->wall;
+            addOccurrence(*change, change->span, moved, start, events);
+        } else {
+            addOccurrence(event, span, start, start, events);
         }
     };
-    add(event.start);
-    for (const auto& time : event.added)
-        add(time);
+    add(event.span, first);
+    for (const auto& span : event.added)
+        add(span.end || span.length ? span : event.span, span.start);
 
-    // Long enough before that what began then may still last.
-    const auto first = dateTime(event.start);
-    const auto lasts = first.secsTo(endOf(event, event.start)) + 2 * day;
-    const auto from = m_start.toSecsSinceEpoch() - std::max<qint64>(lasts, 2 * day);
+    // Long enough before that what began then may still last, and wherever it was moved to.
+    auto lasts = lengthOf(event.span);
+    qint64 moved = 0;
+    for (const auto* const change : series.onward) {
+        lasts = std::max(lasts, lengthOf(change->span));
+        moved = std::max(moved, std::abs(change->span.start.wall - change->recurrenceId->wall));
+    }
+    const auto from
+        = m_start.toSecsSinceEpoch() - std::max<qint64>(lasts, 0) - std::min(moved, farthest) - 2 * day;
+    const auto latest = m_end.toSecsSinceEpoch() + std::min(moved, farthest) + 2 * day;
     for (const auto& rule : event.rules) {
-        auto to = m_end.toSecsSinceEpoch() + 2 * day;
-        if (const auto until = IcsTime::of(rule.until, nullptr)) {
+        auto to = latest;
+        if (const auto until = IcsTime::of(rule.until)) {
             const auto last = until->kind == IcsTime::Kind::Date ? until->wall + day - 1
-                : until->kind == IcsTime::Kind::Utc              ? m_zones.wall(until->wall, event.start)
+                : until->kind == IcsTime::Kind::Utc              ? first.wallAt(until->wall)
                                                                  : until->wall;
             to = std::min(to, last);
         }
         auto steps = std::min(budget.left, stepsOfEvent);
         const auto before = steps;
-        IcsRecurrence(rule, event.start).visit(from, to, steps, [&](WallTime wall) {
-            auto start = event.start;
+        IcsRecurrence(rule, first).visit(from, to, steps, [&](WallTime wall) {
+            auto start = first;
             start.wall = wall;
-            add(start);
+            add(event.span, start);
         });
         budget.left -= before - steps;
     }
 }
 
-/// What tells one occurrence of a series from another.
-qint64 IcsCalendar::key(const IcsTime& time, const IcsEvent& event) const
-{
-    // A date may stand for the occurrence of that day in a series that has times.
-    if (time.kind == IcsTime::Kind::Date && event.start.kind != IcsTime::Kind::Date) {
-        auto start = event.start;
-        start.wall = time.wall + event.start.wall - midnightOf(dateOf(event.start.wall));
-        return m_zones.moment(start);
-    }
-    if (event.start.kind == IcsTime::Kind::Date)
-        return midnightOf(dateOf(time.wall));
-    return m_zones.moment(time);
-}
-
-QDateTime IcsCalendar::dateTime(const IcsTime& time) const
-{
-    // A whole day is the user's day wherever the calendar comes from.
-    if (time.kind == IcsTime::Kind::Date)
-        return dateOf(time.wall).startOfDay();
-    return QDateTime::fromSecsSinceEpoch(m_zones.moment(time));
-}
-
-QDateTime IcsCalendar::endOf(const IcsEvent& event, const IcsTime& start) const
-{
-    if (start.kind == IcsTime::Kind::Date) {
-        qint64 days = 1;
-        if (event.end)
-            days = (event.end->wall - event.start.wall) / day;
-        else if (event.length)
-            days = event.length->days + event.length->seconds / day;
-        return dateOf(start.wall + std::max<qint64>(days, 1) * day).startOfDay();
-    }
-    if (event.end) {
-        const auto lasts = m_zones.moment(*event.end) - m_zones.moment(event.start);
-        return dateTime(start).addSecs(std::max<qint64>(lasts, 0));
-    }
-    if (event.length) {
-        auto last = start;
-        last.wall += event.length->days * day;
-        return dateTime(last).addSecs(event.length->seconds);
-    }
-    return dateTime(start);
-}
-
-void IcsCalendar::addOccurrence(
-    const IcsEvent& event, const IcsTime& start, QList<CalendarEvent>& events) const
+void IcsCalendar::addOccurrence(const IcsEvent& event, const IcsEvent::Span& span, const IcsTime& start,
+    const IcsTime& named, QList<CalendarEvent>& events) const
 {
     const auto from = dateTime(start);
-    const auto to = endOf(event, start);
+    const auto to = endOf(span, start);
     if (!from.isValid() || !to.isValid() || from >= m_end || events.size() >= mostOccurrences)
         return;
     if (to <= m_start && (to < from || from < m_start || to != from))
@@ -248,7 +291,6 @@ void IcsCalendar::addOccurrence(
     occurrence.isAllDay = start.kind == IcsTime::Kind::Date;
     occurrence.isDetached = event.recurrenceId.has_value();
     occurrence.hasRecurrenceRules = event.recurs() && !occurrence.isDetached;
-    const auto& named = event.recurrenceId ? *event.recurrenceId : start;
     occurrence.identifier = EventIdentifier { EventIdentifier::Kind::File, event.path, event.uid,
         event.recurs() || event.recurrenceId ? named.text() : QString() }
                                 .text();

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/CalendarStore.h"
 #include "linux/calendar/folder/IcsEvent.h"
 #include "linux/calendar/folder/IcsZones.h"
+#include "platform/CalendarStore.h"
 
 #include <QByteArrayView>
 #include <QSet>
@@ -18,10 +18,10 @@ public:
     /// `ownAddresses` are the user's mail addresses in lower case.
     IcsCalendar(const QDateTime& start, const QDateTime& end, QSet<QString> ownAddresses);
 
-    /// Takes up the text of a file. Of what lies outside the time it keeps nothing.
+    /// Reads the text of a file. Of what lies outside the time it keeps nothing.
     void add(QByteArrayView text, const QString& path);
 
-    /// From the last text that told; none where none did.
+    /// From the last text that has one; none where none has.
     [[nodiscard]] const std::optional<QColor>& color() const { return m_color; }
 
     /// Every occurrence that overlaps the time.
@@ -34,14 +34,13 @@ private:
     struct Series;
     struct Budget;
 
-    void takeProperty(const QByteArray& name, const QByteArray& value);
+    void readProperty(const QByteArray& name, const QByteArray& value);
     [[nodiscard]] bool mayMatter(const QByteArray& component) const;
-    void expand(const IcsEvent& event, const QSet<qint64>& changed, Budget& budget,
-        QList<CalendarEvent>& events) const;
-    void addOccurrence(const IcsEvent& event, const IcsTime& start, QList<CalendarEvent>& events) const;
-    [[nodiscard]] QDateTime dateTime(const IcsTime& time) const;
-    [[nodiscard]] QDateTime endOf(const IcsEvent& event, const IcsTime& start) const;
-    [[nodiscard]] qint64 key(const IcsTime& time, const IcsEvent& event) const;
+    void expand(
+        const IcsEvent& event, const Series& series, Budget& budget, QList<CalendarEvent>& events) const;
+    /// `named` is the time that the series has it at.
+    void addOccurrence(const IcsEvent& event, const IcsEvent::Span& span, const IcsTime& start,
+        const IcsTime& named, QList<CalendarEvent>& events) const;
 
     const QDateTime m_start;
     const QDateTime m_end;

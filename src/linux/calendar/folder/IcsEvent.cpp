@@ -23,15 +23,50 @@ IcsEvent::Length lengthOf(const icaldurationtype& duration)
     return { std::min(days, longestDays), std::min(seconds, longestDays * 86'400) };
 }
 
-void append(QList<IcsTime>& times, const std::optional<IcsTime>& time)
+/// A rule with a last day and a number ends with what comes first. The library refuses those, so it reads
+/// them in two.
+icalrecurrencetype ruleOf(const QByteArray& text)
 {
-    if (time && times.size() < mostDates)
-        times += *time;
+    const auto without = [&text](const char* name) {
+        auto parts = text.split(';');
+        parts.removeIf([name](const QByteArray& part) { return part.trimmed().toUpper().startsWith(name); });
+        return icalrecurrencetype_from_string(parts.join(';').constData());
+    };
+    auto rule = without("UNTIL=");
+    if (rule.count == 0)
+        return icalrecurrencetype_from_string(text.constData());
+    rule.until = without("COUNT=").until;
+    return rule;
+}
+
+/// The rules of a component, of which the library keeps only those that it can read.
+std::vector<icalrecurrencetype> rulesOf(const QByteArray& component)
+{
+    std::vector<icalrecurrencetype> rules;
+    for (auto at = component.indexOf("\r\nRRULE"); at >= 0 && rules.size() < mostRules;
+         at = component.indexOf("\r\nRRULE", at + 1)) {
+        const auto end = component.indexOf("\r\n", at + 2);
+        const auto colon = component.indexOf(':', at);
+        if (colon >= 0 && colon < end)
+            rules.push_back(ruleOf(component.mid(colon + 1, end - colon - 1).trimmed()));
+    }
+    return rules;
+}
+
+IcsEvent::Span spanOf(const icaldatetimeperiodtype& date, const IcsZones::Zone& zone, const IcsTime& start)
+{
+    IcsEvent::Span span { start, {}, {} };
+    if (!icaltime_is_null_time(date.period.end))
+        span.end = IcsTime::of(date.period.end, zone);
+    else if (!icaldurationtype_is_null_duration(date.period.duration))
+        span.length = lengthOf(date.period.duration);
+    return span;
 }
 
 } // namespace
 
-std::optional<IcsEvent> IcsEvent::parse(const QByteArray& text, const QSet<QString>& ownAddresses)
+std::optional<IcsEvent> IcsEvent::parse(
+    const QByteArray& text, const QSet<QString>& ownAddresses, const IcsZones& zones)
 {
     const IcalComponent component(icalcomponent_new_from_string(text.constData()));
     if (!component || icalcomponent_isa(component.get()) != ICAL_VEVENT_COMPONENT)
@@ -40,35 +75,41 @@ std::optional<IcsEvent> IcsEvent::parse(const QByteArray& text, const QSet<QStri
     std::optional<IcsTime> start;
     for (auto* property = icalcomponent_get_first_property(component.get(), ICAL_ANY_PROPERTY); property;
          property = icalcomponent_get_next_property(component.get(), ICAL_ANY_PROPERTY)) {
+        const auto timeOf = [&](const icaltimetype& time) { return IcsTime::of(time, zones.of(property)); };
         switch (icalproperty_isa(property)) {
         case ICAL_UID_PROPERTY: event.uid = QString::fromUtf8(icalproperty_get_uid(property)); break;
         case ICAL_SEQUENCE_PROPERTY: event.sequence = icalproperty_get_sequence(property); break;
-        case ICAL_DTSTART_PROPERTY: start = IcsTime::of(icalproperty_get_dtstart(property), property); break;
-        case ICAL_DTEND_PROPERTY: event.end = IcsTime::of(icalproperty_get_dtend(property), property); break;
-        case ICAL_DURATION_PROPERTY: event.length = lengthOf(icalproperty_get_duration(property)); break;
-        case ICAL_RECURRENCEID_PROPERTY:
-            event.recurrenceId = IcsTime::of(icalproperty_get_recurrenceid(property), property);
+        case ICAL_DTSTART_PROPERTY: start = timeOf(icalproperty_get_dtstart(property)); break;
+        case ICAL_DTEND_PROPERTY: event.span.end = timeOf(icalproperty_get_dtend(property)); break;
+        case ICAL_DURATION_PROPERTY: event.span.length = lengthOf(icalproperty_get_duration(property)); break;
+        case ICAL_RECURRENCEID_PROPERTY: {
+            event.recurrenceId = timeOf(icalproperty_get_recurrenceid(property));
+            auto* const range = icalproperty_get_first_parameter(property, ICAL_RANGE_PARAMETER);
+            event.isOnward = range && icalparameter_get_range(range) == ICAL_RANGE_THISANDFUTURE;
             break;
-        case ICAL_RRULE_PROPERTY:
-            if (event.rules.size() < mostRules)
-                event.rules.push_back(icalproperty_get_rrule(property));
-            break;
+        }
         case ICAL_RDATE_PROPERTY: {
             const auto date = icalproperty_get_rdate(property);
-            // A period begins with its time.
-            append(event.added,
-                IcsTime::of(icaltime_is_null_time(date.time) ? date.period.start : date.time, property));
+            const bool isPeriod = icaltime_is_null_time(date.time);
+            const auto time = timeOf(isPeriod ? date.period.start : date.time);
+            if (time && event.added.size() < mostDates) {
+                event.added
+                    += isPeriod ? spanOf(date, zones.of(property), *time) : IcsEvent::Span { *time, {}, {} };
+            }
             break;
         }
         case ICAL_EXDATE_PROPERTY:
-            append(event.leftOut, IcsTime::of(icalproperty_get_exdate(property), property));
+            if (const auto time = timeOf(icalproperty_get_exdate(property));
+                time && event.leftOut.size() < mostDates)
+                event.leftOut += *time;
             break;
         default: break;
         }
     }
     if (!start)
         return {};
-    event.start = *start;
+    event.span.start = *start;
+    event.rules = rulesOf(text);
     readDetails(component.get(), ownAddresses, event.details);
     return event;
 }

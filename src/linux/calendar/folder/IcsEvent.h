@@ -1,7 +1,8 @@
 #pragma once
 
-#include "platform/CalendarStore.h"
 #include "linux/calendar/folder/IcsTime.h"
+#include "linux/calendar/folder/IcsZones.h"
+#include "platform/CalendarStore.h"
 
 #include <QList>
 #include <QSet>
@@ -20,22 +21,31 @@ struct IcsEvent {
         qint64 seconds = 0;
     };
 
+    /// From when to when it is.
+    struct Span {
+        IcsTime start;
+        /// Neither where it lasts no time, or its day.
+        std::optional<IcsTime> end;
+        std::optional<Length> length;
+    };
+
     QString path;
     QString uid;
     int sequence = 0;
-    IcsTime start;
-    std::optional<IcsTime> end;
-    std::optional<Length> length;
+    Span span;
     std::optional<IcsTime> recurrenceId;
+    /// Stands for all occurrences from that one on.
+    bool isOnward = false;
     std::vector<icalrecurrencetype> rules;
-    QList<IcsTime> added;
+    /// Some with a length of their own.
+    QList<Span> added;
     QList<IcsTime> leftOut;
     /// All that does not depend on the time.
     CalendarEvent details;
 
     /// None for what is no event.
     [[nodiscard]] static std::optional<IcsEvent> parse(
-        const QByteArray& component, const QSet<QString>& ownAddresses);
+        const QByteArray& component, const QSet<QString>& ownAddresses, const IcsZones& zones);
 
     [[nodiscard]] bool recurs() const { return !rules.empty() || !added.isEmpty(); }
 };

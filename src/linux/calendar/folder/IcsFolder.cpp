@@ -1,9 +1,9 @@
 #include "linux/calendar/folder/IcsFolder.h"
 
+#include "linux/calendar/EventIdentifier.h"
 #include "linux/calendar/folder/EventDetails.h"
 #include "linux/calendar/folder/IcalPointers.h"
 #include "linux/calendar/folder/IcsCalendar.h"
-#include "linux/calendar/EventIdentifier.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -26,9 +26,22 @@ IcsFolderCalendarStore::IcsFolderCalendarStore(const QString& folder)
         });
 }
 
-CalendarStore::Authorization IcsFolderCalendarStore::authorization() const
+CalendarStore::Authorization IcsFolderCalendarStore::authorization()
 {
+    if (m_isRefused)
+        findOut();
     return m_isRefused ? Authorization::Denied : Authorization::FullAccess;
+}
+
+void IcsFolderCalendarStore::findOut()
+{
+    m_writing.run([this] { setRefused(!m_folder.prepare()); }, this, [] {});
+}
+
+void IcsFolderCalendarStore::setRefused(bool refused)
+{
+    if (m_isRefused.exchange(refused) != refused)
+        QMetaObject::invokeMethod(this, &CalendarStore::changed, Qt::QueuedConnection);
 }
 
 void IcsFolderCalendarStore::requestFullAccess(std::function<void(bool)> answered)
@@ -37,7 +50,7 @@ void IcsFolderCalendarStore::requestFullAccess(std::function<void(bool)> answere
     m_writing.run(
         [this, granted] {
             *granted = m_folder.prepare();
-            m_isRefused = !*granted;
+            setRefused(!*granted);
         },
         QCoreApplication::instance(), [granted, answered = std::move(answered)] { answered(*granted); });
 }
@@ -45,7 +58,9 @@ void IcsFolderCalendarStore::requestFullAccess(std::function<void(bool)> answere
 std::optional<QList<CalendarEvent>> IcsFolderCalendarStore::events(
     const QDateTime& start, const QDateTime& end)
 {
-    return m_folder.events(start, end);
+    auto events = m_folder.events(start, end);
+    setRefused(!events);
+    return events;
 }
 
 void IcsFolderCalendarStore::create(const QString& title, const QDateTime& start, const QDateTime& end,

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/CalendarStore.h"
 #include "linux/calendar/folder/FolderTreeWatch.h"
 #include "linux/calendar/folder/IcsFolder.h"
+#include "platform/CalendarStore.h"
 #include "qt/ThreadedQueue.h"
 
 #include <atomic>
@@ -17,7 +17,7 @@ public:
     /// Makes the folder, in the background. What can write there is another program that synchronises it.
     explicit IcsFolderCalendarStore(const QString& folder);
 
-    [[nodiscard]] Authorization authorization() const override;
+    [[nodiscard]] Authorization authorization() override;
     void requestFullAccess(std::function<void(bool granted)> answered) override;
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end) override;
@@ -25,6 +25,11 @@ public:
         std::function<void(const Created&)> done) override;
 
 private:
+    /// Whether the folder can be read, found out in the background; `changed` is told when that is another.
+    void findOut();
+    /// On any thread.
+    void setRefused(bool refused);
+
     const IcsFolder m_folder;
     std::atomic<bool> m_isRefused = false;
     std::unique_ptr<FolderTreeWatch> m_watch;

@@ -7,7 +7,6 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr qint64 daySeconds = 86'400;
 /// What is done with an occurrence costs more than to find it.
 constexpr qint64 visitSteps = 50;
 
@@ -48,7 +47,7 @@ struct IcsRecurrence::Sink {
 
     [[nodiscard]] bool isDone() const { return left == 0 || budget <= 0; }
 
-    void take(WallTime time)
+    void add(WallTime time)
     {
         --budget;
         if (isDone())
@@ -86,9 +85,13 @@ IcsRecurrence::IcsRecurrence(const icalrecurrencetype& rule, const IcsTime& star
     }
     if (start.kind == IcsTime::Kind::Date) {
         m_hours = m_minutes = m_seconds = {};
-        // Days have no hours to repeat.
-        m_isUnknown = m_isUnknown || m_frequency < ICAL_DAILY_RECURRENCE;
     }
+    // Days have no hours to repeat, and no calendar picks among the hours, the minutes or the seconds.
+    const bool isPicked
+        = !(m_months.empty() && m_yearDays.empty() && m_monthDays.empty() && m_weekdays.empty()
+            && m_hours.empty() && m_minutes.empty() && m_seconds.empty() && m_positions.empty());
+    if (m_frequency < ICAL_DAILY_RECURRENCE && (isPicked || start.kind == IcsTime::Kind::Date))
+        m_isUnknown = true;
 }
 
 void IcsRecurrence::visit(
@@ -146,7 +149,7 @@ void IcsRecurrence::visitPeriods(Sink& sink) const
         }
         for (const auto time : found) {
             if (time >= m_start && !sink.isDone())
-                sink.take(time);
+                sink.add(time);
         }
     }
 }
@@ -157,44 +160,11 @@ void IcsRecurrence::visitClock(Sink& sink) const
         : m_frequency == ICAL_MINUTELY_RECURRENCE             ? 60
                                                               : 1;
     const auto step = unit * m_interval;
-    const auto second = m_start % 60 + (m_start % 60 < 0 ? 60 : 0);
-    const auto minute = (m_start - midnightOf(m_startDay)) / 60 % 60;
-    // What is finer than the step is given, or as at the start.
-    const auto minutes = unit < 3600 ? Numbers { 0 }
-        : m_minutes.empty()          ? Numbers { int(minute) }
-                                     : m_minutes;
-    const auto seconds = unit < 60 ? Numbers { 0 } : m_seconds.empty() ? Numbers { int(second) } : m_seconds;
-    const auto base = m_start - (m_start - midnightOf(m_startDay)) % unit;
-    const bool isPlain = m_months.empty() && m_yearDays.empty() && m_monthDays.empty() && m_weekdays.empty()
-        && m_hours.empty() && m_minutes.empty() && m_seconds.empty();
-    auto time = base;
-    if ((m_count <= 0 || isPlain) && sink.from > base) {
-        const auto skipped = std::max<qint64>(0, (sink.from - base) / step - 1);
-        time += skipped * step;
-        if (m_count > 0)
-            sink.left = std::max<qint64>(0, m_count - skipped);
-    }
-    for (; time <= sink.to && !sink.isDone(); time += step) {
-        --sink.budget;
-        const auto day = dateOf(time);
-        if (!isDayWanted(day, day.year())) {
-            // Straight to the last step of this day.
-            time += std::max<qint64>(0, (midnightOf(day) + daySeconds - 1 - time) / step) * step;
-            continue;
-        }
-        const auto ofDay = time - midnightOf(day);
-        if ((!m_hours.empty() && !has(m_hours, int(ofDay / 3600)))
-            || (unit < 3600 && !m_minutes.empty() && !has(m_minutes, int(ofDay / 60 % 60)))
-            || (unit < 60 && !m_seconds.empty() && !has(m_seconds, int(ofDay % 60))))
-            continue;
-        for (const int m : minutes) {
-            for (const int s : seconds) {
-                const auto found = time + m * 60 + s;
-                if (found >= m_start && !sink.isDone())
-                    sink.take(found);
-            }
-        }
-    }
+    const auto skipped = std::max<qint64>(0, (sink.from - m_start + step - 1) / step);
+    if (m_count > 0)
+        sink.left = std::max<qint64>(0, m_count - skipped);
+    for (auto time = m_start + skipped * step; time <= sink.to && !sink.isDone(); time += step)
+        sink.add(time);
 }
 
 std::array<QDate, 2> IcsRecurrence::period(qint64 index) const

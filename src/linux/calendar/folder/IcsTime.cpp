@@ -1,5 +1,7 @@
 #include "linux/calendar/folder/IcsTime.h"
 
+#include "linux/calendar/folder/IcsZone.h"
+
 #include <QDateTime>
 
 using namespace Qt::StringLiterals;
@@ -24,7 +26,7 @@ WallTime midnightOf(QDate date)
     return date.isValid() ? (date.toJulianDay() - firstDay) * daySeconds : 0;
 }
 
-std::optional<IcsTime> IcsTime::of(const icaltimetype& time, icalproperty* property)
+std::optional<IcsTime> IcsTime::of(const icaltimetype& time, std::shared_ptr<const IcsZone> zone)
 {
     const QDate date(time.year, time.month, time.day);
     if (!date.isValid() || time.year < 1 || time.year > 9999)
@@ -40,14 +42,35 @@ std::optional<IcsTime> IcsTime::of(const icaltimetype& time, icalproperty* prope
         || time.second > 60)
         return {};
     result.wall += time.hour * 3600 + time.minute * 60 + time.second;
-    auto* const zone = property ? icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER) : nullptr;
-    if (icaltime_is_utc(time)) {
+    if (icaltime_is_utc(time))
         result.kind = Kind::Utc;
-    } else if (zone) {
-        result.kind = Kind::Zoned;
-        result.zone = QString::fromUtf8(icalparameter_get_tzid(zone));
-    }
+    else
+        result.zone = std::move(zone);
     return result;
+}
+
+qint64 IcsTime::offsetAt(qint64 moment) const
+{
+    if (kind == Kind::Utc)
+        return 0;
+    return zone ? zone->offsetAt(moment) : QDateTime::fromSecsSinceEpoch(moment).offsetFromUtc();
+}
+
+qint64 IcsTime::moment() const
+{
+    // The offset a day before and the one a day after; where they differ, a change of the clocks is near.
+    const auto before = offsetAt(wall - daySeconds);
+    const auto after = offsetAt(wall + daySeconds);
+    const auto early = wall - before;
+    if (before == after || offsetAt(early) == before)
+        return early;
+    const auto late = wall - after;
+    return offsetAt(late) == after ? late : early;
+}
+
+WallTime IcsTime::wallAt(qint64 moment) const
+{
+    return moment + offsetAt(moment);
 }
 
 QString IcsTime::text() const

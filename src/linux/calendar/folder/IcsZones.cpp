@@ -3,10 +3,12 @@
 #include "linux/calendar/folder/IcalPointers.h"
 #include "linux/calendar/folder/IcsRecurrence.h"
 
-#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
 #include <QStringList>
 
 #include <algorithm>
+#include <cctype>
 
 using namespace Qt::StringLiterals;
 
@@ -18,36 +20,54 @@ constexpr qsizetype mostZones = 200;
 constexpr std::size_t mostChanges = 2000;
 constexpr qint64 budgetOfZone = 2'000'000;
 
-std::optional<QTimeZone> systemZone(const QString& name)
+const QString zonesFolder = u"/usr/share/zoneinfo/"_s;
+
+/// The names that zones once had, and those that they have now. Not every system has files for the old ones.
+QHash<QByteArray, QByteArray> readAliases()
 {
-    // A name becomes the path of a file in the zones' folder.
-    const bool isPlain = std::all_of(name.begin(), name.end(), [](QChar c) {
-        return c.unicode() < 128
-            && (c.isLetterOrNumber() || c == u'/' || c == u'_' || c == u'-' || c == u'+');
+    QHash<QByteArray, QByteArray> aliases;
+    QFile file(zonesFolder + "tzdata.zi"_L1);
+    if (!file.open(QIODevice::ReadOnly))
+        return aliases;
+    for (const auto& line : file.readAll().split('\n')) {
+        if (const auto parts = line.split(' '); parts.size() == 3 && parts[0] == "L")
+            aliases.insert(parts[2], parts[1]);
+    }
+    return aliases;
+}
+
+std::optional<QTimeZone> zoneOfId(const QByteArray& id)
+{
+    // A name becomes the path of a file. Without one, Qt makes up a zone for some names.
+    const bool isPlain = std::all_of(id.begin(), id.end(), [](char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) || QByteArrayView("/_-+").contains(c);
     });
-    const auto id = name.toLatin1();
-    if (!isPlain || id.isEmpty() || id.size() > 64 || id.startsWith('/')
-        || !QTimeZone::isTimeZoneIdAvailable(id))
+    if (!isPlain || id.isEmpty() || id.size() > 64 || id.startsWith('/'))
         return {};
-    QTimeZone zone(id);
-    return zone.isValid() ? std::optional(zone) : std::nullopt;
+    static const auto aliases = readAliases();
+    for (const auto& name : { id, aliases.value(id) }) {
+        if (name.isEmpty() || !QFileInfo(zonesFolder + QString::fromLatin1(name)).isFile())
+            continue;
+        if (const QTimeZone zone(name); zone.isValid())
+            return zone;
+    }
+    return {};
 }
 
 /// "Europe/Berlin", also at the end of a path; or a Windows name.
 std::optional<QTimeZone> zoneOfName(const QString& name)
 {
-    if (auto zone = systemZone(name))
+    const auto bytes = name.toUtf8();
+    if (auto zone = zoneOfId(bytes))
         return zone;
     const auto parts = name.split(u'/', Qt::SkipEmptyParts);
     for (const qsizetype count : { 3, 2 }) {
-        if (parts.size() > count) {
-            if (auto zone = systemZone(parts.last(count).join(u'/')))
+        if (parts.size() >= count) {
+            if (auto zone = zoneOfId(parts.last(count).join(u'/').toUtf8()))
                 return zone;
         }
     }
-    if (const auto id = QTimeZone::windowsIdToDefaultIanaId(name.toUtf8()); !id.isEmpty())
-        return QTimeZone(id);
-    return {};
+    return zoneOfId(QTimeZone::windowsIdToDefaultIanaId(bytes));
 }
 
 qint64 bounded(int offset)
@@ -64,9 +84,15 @@ void IcsZones::add(const QByteArray& text)
     auto* const id = zone ? icalcomponent_get_first_property(zone.get(), ICAL_TZID_PROPERTY) : nullptr;
     const auto name = id ? QString::fromUtf8(icalproperty_get_tzid(id)) : QString();
     // The system's zones know more, and cost nothing to read.
-    if (name.isEmpty() || known(name) || m_described.contains(name) || m_described.size() >= mostZones)
+    if (name.isEmpty() || systemZone(name) || m_described.size() >= mostZones)
         return;
-    Described changes;
+    if (const auto read = m_read.constFind(text); read != m_read.cend()) {
+        m_described.insert(name, *read);
+        return;
+    }
+    if (m_read.size() >= mostZones)
+        return;
+    std::vector<IcsZone::Change> changes;
     qint64 budget = budgetOfZone;
     for (auto* part = icalcomponent_get_first_component(zone.get(), ICAL_ANY_COMPONENT); part;
          part = icalcomponent_get_next_component(zone.get(), ICAL_ANY_COMPONENT)) {
@@ -77,7 +103,7 @@ void IcsZones::add(const QByteArray& text)
             continue;
         const auto before = bounded(icalproperty_get_tzoffsetfrom(from));
         const auto after = bounded(icalproperty_get_tzoffsetto(to));
-        const auto start = IcsTime::of(icalproperty_get_dtstart(begin), begin);
+        const auto start = IcsTime::of(icalproperty_get_dtstart(begin));
         if (!start)
             continue;
         const auto add = [&](WallTime wall) {
@@ -87,7 +113,7 @@ void IcsZones::add(const QByteArray& text)
         add(start->wall);
         for (auto* p = icalcomponent_get_first_property(part, ICAL_RDATE_PROPERTY); p;
              p = icalcomponent_get_next_property(part, ICAL_RDATE_PROPERTY)) {
-            if (const auto time = IcsTime::of(icalproperty_get_rdate(p).time, p))
+            if (const auto time = IcsTime::of(icalproperty_get_rdate(p).time))
                 add(time->wall);
         }
         auto* const rule = icalcomponent_get_first_property(part, ICAL_RRULE_PROPERTY);
@@ -97,58 +123,39 @@ void IcsZones::add(const QByteArray& text)
         // Clocks that change more often than a few times a year are nobody's.
         if (every.freq != ICAL_YEARLY_RECURRENCE)
             continue;
-        const auto until = IcsTime::of(every.until, rule);
+        const auto until = IcsTime::of(every.until);
         const auto last = until ? until->wall + 86'400 : midnightOf(QDate(2200, 1, 1));
         IcsRecurrence(every, *start).visit(start->wall + 1, last, budget, add);
     }
-    std::sort(
-        changes.begin(), changes.end(), [](const Change& a, const Change& b) { return a.moment < b.moment; });
-    if (!changes.empty())
-        m_described.insert(name, changes);
+    std::sort(changes.begin(), changes.end(),
+        [](const IcsZone::Change& a, const IcsZone::Change& b) { return a.moment < b.moment; });
+    if (changes.empty())
+        return;
+    const auto described = std::make_shared<const IcsZone>(std::move(changes));
+    m_read.insert(text, described);
+    m_described.insert(name, described);
 }
 
-const std::optional<QTimeZone>& IcsZones::known(const QString& name) const
+IcsZones::Zone IcsZones::systemZone(const QString& name) const
 {
-    const auto found = m_known.constFind(name);
-    if (found != m_known.cend())
+    const auto found = m_system.constFind(name);
+    if (found != m_system.cend())
         return *found;
     // Names come from the file: there may be many.
-    if (m_known.size() > mostZones)
-        m_known.clear();
-    return *m_known.insert(name, zoneOfName(name));
+    if (m_system.size() > mostZones)
+        m_system.clear();
+    const auto zone = zoneOfName(name);
+    return *m_system.insert(name, zone ? std::make_shared<const IcsZone>(*zone) : Zone());
 }
 
-qint64 IcsZones::offset(const IcsTime& zone, qint64 moment) const
+IcsZones::Zone IcsZones::of(icalproperty* property) const
 {
-    if (zone.kind == IcsTime::Kind::Utc)
-        return 0;
-    if (zone.kind == IcsTime::Kind::Zoned) {
-        if (const auto& system = known(zone.zone))
-            return system->offsetFromUtc(QDateTime::fromSecsSinceEpoch(moment, QTimeZone::utc()));
-        if (const auto described = m_described.constFind(zone.zone); described != m_described.cend()) {
-            const auto next = std::upper_bound(described->begin(), described->end(), moment,
-                [](qint64 m, const Change& change) { return m < change.moment; });
-            return next == described->begin() ? next->before : std::prev(next)->after;
-        }
-    }
-    return QDateTime::fromSecsSinceEpoch(moment).offsetFromUtc();
-}
-
-qint64 IcsZones::moment(const IcsTime& time) const
-{
-    // The offset a day before and the one a day after; where they differ, a change of the clocks is near.
-    const auto before = offset(time, time.wall - 86'400);
-    const auto after = offset(time, time.wall + 86'400);
-    const auto early = time.wall - before;
-    if (before == after || offset(time, early) == before)
-        return early;
-    const auto late = time.wall - after;
-    return offset(time, late) == after ? late : early;
-}
-
-WallTime IcsZones::wall(qint64 moment, const IcsTime& zone) const
-{
-    return moment + offset(zone, moment);
+    auto* const id = icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER);
+    if (!id)
+        return {};
+    const auto name = QString::fromUtf8(icalparameter_get_tzid(id));
+    const auto system = systemZone(name);
+    return system ? system : m_described.value(name);
 }
 
 } // namespace nimbarrow

@@ -1,42 +1,37 @@
 #pragma once
 
-#include "linux/calendar/folder/IcsTime.h"
+#include "linux/calendar/folder/IcsZone.h"
 
 #include <QByteArray>
 #include <QHash>
-#include <QTimeZone>
+#include <QString>
 
-#include <optional>
-#include <vector>
+#include <libical/ical.h>
+#include <memory>
 
 namespace nimbarrow {
 
-/// What the zones of a calendar mean: the system's where their name tells which, else as the calendar
-/// describes them, else the user's own.
+/// What the zones' names in a file mean: the system's zones where the name is one of theirs, else what the
+/// file describes.
 class IcsZones {
 public:
-    /// A VTIMEZONE of the calendar.
+    using Zone = std::shared_ptr<const IcsZone>;
+
+    /// Forgets what the last file described.
+    void startFile() { m_described.clear(); }
+    /// A VTIMEZONE of the file.
     void add(const QByteArray& component);
 
-    /// In seconds since 1970. A time that the clocks leave out counts as if they had not been changed yet.
-    [[nodiscard]] qint64 moment(const IcsTime& time) const;
-    /// What the clock shows there at a moment; `zone` gives kind and zone.
-    [[nodiscard]] WallTime wall(qint64 moment, const IcsTime& zone) const;
+    /// Of a property's time; null where it names none that is known, which means the user's.
+    [[nodiscard]] Zone of(icalproperty* property) const;
 
 private:
-    struct Change {
-        qint64 moment;
-        qint64 before; // seconds east
-        qint64 after;
-    };
-    /// The changes of its clocks, in order.
-    using Described = std::vector<Change>;
+    [[nodiscard]] Zone systemZone(const QString& name) const;
 
-    [[nodiscard]] qint64 offset(const IcsTime& zone, qint64 moment) const;
-    [[nodiscard]] const std::optional<QTimeZone>& known(const QString& name) const;
-
-    QHash<QString, Described> m_described;
-    mutable QHash<QString, std::optional<QTimeZone>> m_known;
+    QHash<QString, Zone> m_described;
+    /// Many files describe the same zones in the same words.
+    QHash<QByteArray, Zone> m_read;
+    mutable QHash<QString, Zone> m_system;
 };
 
 } // namespace nimbarrow

@@ -29,7 +29,7 @@ public:
     explicit EdsCalendarStore(Patience patience);
     ~EdsCalendarStore() override;
 
-    [[nodiscard]] Authorization authorization() const override { return Authorization::FullAccess; }
+    [[nodiscard]] Authorization authorization() override { return Authorization::FullAccess; }
     void requestFullAccess(std::function<void(bool granted)> answered) override;
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end) override;
