@@ -15,6 +15,7 @@
 #include "linux/session/LinuxPreferences.h"
 #include "linux/media/NoMusicApp.h"
 #include "linux/media/NoScripting.h"
+#include "linux/session/LinuxSessionLock.h"
 #include "linux/applications/PortalSharePicker.h"
 #include "linux/session/SessionBus.h"
 #include "linux/session/XdgLocations.h"
@@ -111,6 +112,9 @@ Platform makePlatform()
     platform.instance = std::make_unique<BusInstance>();
     platform.loginItem
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());
+    auto sessionLock = std::make_unique<LinuxSessionLock>(liveSessionBus(), liveSystemBus());
+    auto& lock = *sessionLock;
+    platform.sessionLock = std::move(sessionLock);
     platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
     platform.pointer = std::make_unique<X11Pointer>();
     platform.pasteboard = std::make_unique<X11Pasteboard>();
@@ -132,7 +136,11 @@ Platform makePlatform()
     platform.adapterCommand = std::make_unique<LinuxAdapterCommand>(QCoreApplication::applicationDirPath());
     platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
     platform.musicApp = std::make_unique<NoMusicApp>();
-    platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
+    platform.adoptPanel = [&lock](QQuickWindow& window) {
+        auto panel = std::make_unique<X11PanelWindow>(window);
+        lock.follow(panel->cover());
+        return panel;
+    };
     return platform;
 }
 

@@ -25,11 +25,13 @@ class PasteboardCapture;
 class PasteboardContent;
 class Pointer;
 class Screens;
+class SessionLock;
 class Settings;
 
 /// What the controller works with. All of it outlives the controller.
 struct NotchServices {
     Screens& screens;
+    const SessionLock& sessionLock;
     Pointer& pointer;
     PanelWindow& panelWindow;
     Applications& applications;
@@ -61,7 +63,8 @@ public:
     /// Shows a notice for a moment; dropped unless the surface is collapsed over a notch.
     void peek(const PeekContent& content);
     void setMode(NotchState::Mode mode);
-    /// Finds the notch anew and puts the panel over it, or hides the panel where there is none.
+    /// Finds the notch anew and puts the panel over it. Where there is none, and while the session is locked,
+    /// the panel is hidden and refuses everything.
     void relayout();
 
     void hoverEntered();
@@ -86,6 +89,7 @@ public:
 private:
     [[nodiscard]] QSizeF currentExpandedSize() const;
     void layOut(NotchState::Mode mode);
+    void vanish();
     void resizeForCalendar();
     void settleLater(std::function<void()> task);
 

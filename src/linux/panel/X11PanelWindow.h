@@ -1,10 +1,11 @@
 #pragma once
 
-#include "platform/PanelWindow.h"
-#include "linux/panel/X11KeyFocus.h"
 #include "linux/keys/X11Keyboard.h"
+#include "linux/panel/X11Cover.h"
+#include "linux/panel/X11KeyFocus.h"
 #include "linux/panel/X11Raiser.h"
 #include "linux/panel/X11WindowShape.h"
+#include "platform/PanelWindow.h"
 
 #include <QAbstractNativeEventFilter>
 
@@ -32,6 +33,9 @@ public:
     [[nodiscard]] bool isKey() const override { return m_isKey; }
     void setOutline(const QPainterPath& outline) override;
 
+    /// What stands above the panel and is to stay there.
+    [[nodiscard]] const SessionLock& cover() const { return m_cover; }
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -46,6 +50,7 @@ private:
     xcb_connection_t* m_connection;
     xcb_window_t m_id;
     X11WindowShape m_shape;
+    X11Cover m_cover;
     X11Raiser m_raiser;
     X11KeyFocus m_focus;
     X11Keyboard m_keyboard;
