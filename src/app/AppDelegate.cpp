@@ -46,6 +46,7 @@ bool AppDelegate::applicationDidFinishLaunching()
     m_surface = std::make_unique<NotchSurface>(m_platform);
     m_notch = std::make_unique<NotchController>(NotchServices {
         .screens = *m_platform.screens,
+        .sessionLock = *m_platform.sessionLock,
         .pointer = *m_platform.pointer,
         .panelWindow = m_surface->panelWindow(),
         .applications = *m_platform.applications,
@@ -74,7 +75,7 @@ void AppDelegate::applicationWillTerminate()
 
 void AppDelegate::reportMissingNotch() const
 {
-    if (m_notch->state().hasNotch())
+    if (NotchGeometry::find(m_platform.screens->screens()))
         return;
     std::fprintf(stderr, "Nimbarrow: no display has a notch, so the panel stays hidden.\n%s",
         qUtf8Printable(m_platform.screens->howToDeclareNotch()));

@@ -24,6 +24,7 @@
 #include "linux/session/InheritedState.h"
 #include "linux/session/LinuxPreferences.h"
 #include "linux/session/LinuxProgramEnd.h"
+#include "linux/session/LinuxSessionLock.h"
 #include "linux/session/SessionBus.h"
 #include "linux/session/XdgLocations.h"
 #include "platform/Platform.h"
@@ -135,6 +136,9 @@ Platform makePlatform()
     platform.programEnd = std::make_unique<LinuxProgramEnd>(liveSystemBus());
     platform.loginItem
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());
+    auto sessionLock = std::make_unique<LinuxSessionLock>(liveSessionBus(), liveSystemBus());
+    auto& lock = *sessionLock;
+    platform.sessionLock = std::move(sessionLock);
     platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
     platform.pointer = std::make_unique<X11Pointer>();
     auto pasteboard = std::make_unique<X11Pasteboard>();
@@ -157,7 +161,11 @@ Platform makePlatform()
     platform.adapterCommand = std::make_unique<LinuxAdapterCommand>(QCoreApplication::applicationDirPath());
     platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
     platform.musicApp = std::make_unique<NoMusicApp>();
-    platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<X11PanelWindow>(window); };
+    platform.adoptPanel = [&lock](QQuickWindow& window) {
+        auto panel = std::make_unique<X11PanelWindow>(window);
+        lock.follow(panel->cover());
+        return panel;
+    };
     return platform;
 }
 

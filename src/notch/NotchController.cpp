@@ -5,6 +5,7 @@
 #include "notch/NotchMotion.h"
 #include "platform/Pointer.h"
 #include "platform/Screens.h"
+#include "platform/SessionLock.h"
 #include "preferences/L10n.h"
 #include "preferences/Settings.h"
 
@@ -71,6 +72,7 @@ void NotchController::attach(HoverTrackingView& view)
 void NotchController::start()
 {
     connect(&m_services.screens, &Screens::changed, this, &NotchController::relayout);
+    connect(&m_services.sessionLock, &SessionLock::changed, this, &NotchController::relayout);
     connect(&m_services.settings, &Settings::showCalendarChanged, this, &NotchController::relayout);
     // Queued: a surface that folds its calendar because it collapses must not shrink its panel first.
     connect(&m_state, &NotchState::calendarExpandedChanged, this, &NotchController::resizeForCalendar,
@@ -89,14 +91,29 @@ QSizeF NotchController::currentExpandedSize() const
 void NotchController::relayout()
 {
     m_state.setExpandedSize(currentExpandedSize());
-    m_state.setGeometry(NotchGeometry::find(m_services.screens.screens()));
-    if (!m_state.geometry()) {
-        closeKeyboard(false);
-        m_panel.orderOut();
+    const auto geometry = m_services.sessionLock.isLocked()
+        ? std::nullopt
+        : NotchGeometry::find(m_services.screens.screens());
+    if (!geometry) {
+        vanish();
         return;
     }
+    m_state.setGeometry(geometry);
     layOut(m_state.mode());
     m_panel.orderFront();
+}
+
+void NotchController::vanish()
+{
+    // First of all, and with the keyboard: to bring a program to the front now could put it above a locker.
+    m_panel.orderOut();
+    closeKeyboard(false);
+    dragExited();
+    setMode(NotchState::Collapsed);
+    // Views that have held the surface go without a word.
+    m_holdCount = 0;
+    m_state.setPeek(std::nullopt);
+    m_state.setGeometry(std::nullopt);
 }
 
 void NotchController::layOut(NotchState::Mode mode)

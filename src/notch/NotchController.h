@@ -36,7 +36,8 @@ public:
     /// Shows a notice for a moment; dropped unless the surface is collapsed over a notch.
     void peek(const PeekContent& content);
     void setMode(NotchState::Mode mode);
-    /// Finds the notch anew and puts the panel over it, or hides the panel where there is none.
+    /// Finds the notch anew and puts the panel over it. Where there is none, and while the session is locked,
+    /// the panel is hidden and refuses everything.
     void relayout();
 
     void hoverEntered();
@@ -54,6 +55,7 @@ public:
 private:
     [[nodiscard]] QSizeF currentExpandedSize() const;
     void layOut(NotchState::Mode mode);
+    void vanish();
     void resizeForCalendar();
     void settleLater(std::function<void()> task);
 

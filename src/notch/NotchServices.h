@@ -12,11 +12,13 @@ class PasteboardCapture;
 class Pointer;
 class Scheduler;
 class Screens;
+class SessionLock;
 class Settings;
 
 /// What the surface works with. All of it outlives the controller.
 struct NotchServices {
     Screens& screens;
+    const SessionLock& sessionLock;
     Pointer& pointer;
     PanelWindow& panelWindow;
     Applications& applications;

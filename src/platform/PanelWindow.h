@@ -21,6 +21,7 @@ public:
 
     /// Shows the window above all others, without giving it the keyboard.
     virtual void orderFront() = 0;
+    /// Hides the window, which gives the keyboard back.
     virtual void orderOut() = 0;
 
     /// Gives the window the keyboard; keys arrive through `keyPressed` and `keyReleased`.

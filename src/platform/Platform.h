@@ -25,6 +25,7 @@
 #include "platform/Screens.h"
 #include "platform/ScreenshotFolder.h"
 #include "platform/Scripting.h"
+#include "platform/SessionLock.h"
 #include "platform/SharePicker.h"
 #include "platform/UserDefaults.h"
 #include "platform/WorkQueue.h"
@@ -50,6 +51,7 @@ struct Platform {
     std::unique_ptr<Instance> instance;
     std::unique_ptr<ProgramEnd> programEnd;
     std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<SessionLock> sessionLock;
     std::unique_ptr<Screens> screens;
     std::unique_ptr<Pointer> pointer;
     std::unique_ptr<Pasteboard> pasteboard;

@@ -53,6 +53,7 @@ struct Program {
     FakeKeystrokes& keystrokes = give<FakeKeystrokes>(platform.keystrokes);
     FakeTrust& trust = give<FakeTrust>(platform.accessibilityTrust);
     FakeScreens& screens = give<FakeScreens>(platform.screens);
+    FakeSessionLock& sessionLock = give<FakeSessionLock>(platform.sessionLock);
     FakePanelWindow window;
     std::unique_ptr<AppModel> model;
     std::unique_ptr<NotchController> notch;
@@ -83,9 +84,9 @@ struct Program {
     void start()
     {
         model = std::make_unique<AppModel>(platform);
-        notch = std::make_unique<NotchController>(NotchServices { screens, *platform.pointer, window,
-            *platform.applications, keystrokes, *platform.scheduler, model->settings(), model->store(),
-            model->clipboard(), model->capture(), model->paster() });
+        notch = std::make_unique<NotchController>(NotchServices { screens, sessionLock, *platform.pointer,
+            window, *platform.applications, keystrokes, *platform.scheduler, model->settings(),
+            model->store(), model->clipboard(), model->capture(), model->paster() });
         model->start(*notch);
         notch->start();
     }

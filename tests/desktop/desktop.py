@@ -152,12 +152,16 @@ class Desktop:
 
     def start(self, **environment):
         """Starts Nimbarrow and waits until its panel stands over the notch."""
+        self.start_unseen(**environment)
+        wait_until("the panel over the notch", lambda: self._still_runs() and self.is_black(NOTCH_MIDDLE, 16))
+
+    def start_unseen(self, **environment):
+        """Starts Nimbarrow where nobody can see it."""
         log = open(self.home / "nimbarrow.log", "ab")
         scale = {"QT_SCALE_FACTOR": str(self.scale)} if self.scale != 1 else {}
         self.nimbarrow = subprocess.Popen([self.program], env={**self.environment, **scale, **environment},
                                           cwd=self.home, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         log.close()
-        wait_until("the panel over the notch", lambda: self._still_runs() and self.is_black(NOTCH_MIDDLE, 16))
 
     def _still_runs(self):
         if self.nimbarrow.poll() is not None:

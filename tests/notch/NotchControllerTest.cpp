@@ -27,6 +27,7 @@ constexpr ScreenPoint farAway { 100, -900 };
 /// The whole surface over doubles of the desktop.
 struct Surface : HistoryFixture {
     FakeScreens screens;
+    FakeSessionLock lock;
     FakePointer pointer;
     FakePanelWindow window;
     FakeApplications applications;
@@ -35,8 +36,8 @@ struct Surface : HistoryFixture {
     PasteboardCapture capture { *store, queues };
     ClipboardMonitor monitor { capture, pasteboard, applications, time };
     Paster paster { monitor, settings, trust, keystrokes };
-    NotchController controller { NotchServices { screens, pointer, window, applications, keystrokes, time,
-        settings, *store, monitor, capture, paster } };
+    NotchController controller { NotchServices { screens, lock, pointer, window, applications, keystrokes,
+        time, settings, *store, monitor, capture, paster } };
 
     Surface()
     {
@@ -84,24 +85,72 @@ class NotchControllerTest : public QObject {
 private Q_SLOTS:
     void cleanup() { L10n::setCurrent(L10n::English); }
 
-    void coversTheNotchExactlyAndHidesWithoutOne()
+    void coversTheNotchExactly()
     {
         Surface s;
-        const ScreenRect notch { 664, -32, 184, 32 };
-        QCOMPARE(s.window.frame, notch);
+        QCOMPARE(s.window.frame, (ScreenRect { 664, -32, 184, 32 }));
         QVERIFY(s.window.visible);
+    }
 
-        s.controller.toggleKeyboard();
-        s.screens.plugIn({});
+    void isOutOfSightWithoutANotchAndWhileLocked_data()
+    {
+        QTest::addColumn<bool>("locks");
+        QTest::addColumn<QString>("shown");
+        for (const auto locks : { false, true }) {
+            for (const auto* shown : { "nothing", "notice", "surface", "held surface", "drag", "keyboard" })
+                QTest::addRow("%s, %s", locks ? "locked" : "no notch", shown)
+                    << locks << QString::fromLatin1(shown);
+        }
+    }
+
+    void isOutOfSightWithoutANotchAndWhileLocked()
+    {
+        QFETCH(const bool, locks);
+        QFETCH(const QString, shown);
+        Surface s;
+        if (shown == "notice"_L1)
+            s.controller.peek(notice(u"first"_s));
+        else if (shown == "drag"_L1)
+            s.controller.dragEntered();
+        else if (shown == "keyboard"_L1)
+            s.controller.toggleKeyboard();
+        else if (shown != "nothing"_L1)
+            s.controller.hoverEntered();
+        if (shown == "held surface"_L1)
+            s.controller.actions().hold();
+        const auto lock = [&](bool on) {
+            if (locks)
+                s.lock.setLocked(on);
+            else
+                s.screens.plugIn(on ? QList<Screen>() : QList { FakeScreens::notched() });
+        };
+
+        lock(true);
         QVERIFY(!s.window.visible);
+        QVERIFY(!s.window.key);
         QVERIFY(!s.state().keyboardMode());
+        // Another program that comes to the front could come above a locker.
+        QVERIFY(s.applications.activated.isEmpty());
         s.controller.hoverEntered();
+        s.controller.toggleKeyboard();
         s.controller.peek(notice(u"unseen"_s));
-        QVERIFY(!s.state().hasPeek());
+        s.screens.plugIn(locks ? QList { FakeScreens::notched() } : QList<Screen>());
+        s.time.advance(1min);
+        QVERIFY(!s.window.visible && !s.window.key);
+        QCOMPARE(s.state().mode(), NotchState::Collapsed);
+        QVERIFY(!s.state().hasPeek() && !s.state().dropTargeted());
 
-        // The screen that comes back is laid out for whatever mode it meets.
-        s.screens.plugIn({ FakeScreens::notched() });
+        // What was shown before is not there again, and nothing holds what comes next.
+        lock(false);
         QVERIFY(s.window.visible);
+        QCOMPARE(s.window.frame, s.state().geometry()->notchRect);
+        s.controller.hoverEntered();
+        s.time.advance(1s);
+        QVERIFY(!s.isExpanded());
+        s.controller.peek(notice(u"seen"_s));
+        QVERIFY(s.state().hasPeek());
+        s.time.advance(1min);
+        QCOMPARE(s.state().mode(), NotchState::Collapsed);
     }
 
     void followsAScreenThatChangesWhileExpanded()

@@ -3,6 +3,7 @@
 #include "platform/PanelWindow.h"
 #include "platform/Pointer.h"
 #include "platform/Screens.h"
+#include "platform/SessionLock.h"
 
 namespace nimbarrow {
 
@@ -30,6 +31,23 @@ private:
     QList<Screen> m_screens;
 };
 
+/// A session that the test locks.
+class FakeSessionLock final : public SessionLock {
+    Q_OBJECT
+
+public:
+    [[nodiscard]] bool isLocked() const override { return m_isLocked; }
+
+    void setLocked(bool locked)
+    {
+        m_isLocked = locked;
+        Q_EMIT changed();
+    }
+
+private:
+    bool m_isLocked = false;
+};
+
 /// A pointer that the test moves.
 class FakePointer final : public Pointer {
 public:
@@ -47,7 +65,7 @@ class FakePanelWindow final : public PanelWindow {
 public:
     void setFrame(const ScreenRect& rect) override { frame = rect; }
     void orderFront() override { visible = true; }
-    void orderOut() override { visible = false; }
+    void orderOut() override { visible = key = false; }
     void makeKey() override { key = true; }
     void resignKey() override { key = false; }
     [[nodiscard]] bool isKey() const override { return key; }

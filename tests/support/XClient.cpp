@@ -2,6 +2,7 @@
 
 #include "linux/display/X11Properties.h"
 
+#include <xcb/shape.h>
 #include <xcb/xtest.h>
 
 #define explicit explicit_
@@ -43,6 +44,30 @@ void XClient::map(bool fullScreen)
     }
     xcb_map_window(c, m_window);
     xcb_flush(c);
+}
+
+void XClient::mapUnmanaged()
+{
+    const quint32 past = 1;
+    xcb_change_window_attributes(m_connection.get(), m_window, XCB_CW_OVERRIDE_REDIRECT, &past);
+    xcb_map_window(m_connection.get(), m_window);
+    xcb_flush(m_connection.get());
+}
+
+void XClient::setClickThrough(bool through)
+{
+    auto* c = m_connection.get();
+    if (through)
+        xcb_shape_rectangles(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, 0, m_window, 0, 0, 0, nullptr);
+    else
+        xcb_shape_mask(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, m_window, 0, 0, XCB_PIXMAP_NONE);
+    xcb_flush(c);
+}
+
+void XClient::unmap()
+{
+    xcb_unmap_window(m_connection.get(), m_window);
+    xcb_flush(m_connection.get());
 }
 
 void XClient::destroy()

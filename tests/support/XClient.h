@@ -18,6 +18,11 @@ public:
     explicit XClient(const QByteArray& windowClass, QRect geometry = { 100, 300, 400, 300 });
 
     void map(bool fullScreen = false);
+    /// Past the window manager, as screen lockers and menus do.
+    void mapUnmanaged();
+    /// Nothing of it takes clicks, or everything again.
+    void setClickThrough(bool through);
+    void unmap();
     void destroy();
     /// Puts the window on top, and says so as a window manager does; for a test without one.
     void restack();

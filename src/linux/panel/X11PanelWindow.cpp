@@ -47,7 +47,8 @@ X11PanelWindow::X11PanelWindow(QQuickWindow& window)
     , m_connection(x11::qtConnection())
     , m_id(created(window))
     , m_shape(m_connection, m_id)
-    , m_raiser(m_connection, window)
+    , m_cover(m_connection, window)
+    , m_raiser(m_connection, window, m_cover)
     , m_focus(m_connection, m_id)
 {
     setType(m_connection, m_id);
@@ -71,6 +72,8 @@ void X11PanelWindow::setFrame(const ScreenRect& frame)
 
 void X11PanelWindow::orderFront()
 {
+    if (m_cover.isLockedNow())
+        return;
     m_window.show();
     m_window.raise();
     // Qt sends requests with the next event it handles, which may be long in coming.

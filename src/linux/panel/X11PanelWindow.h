@@ -1,6 +1,7 @@
 #pragma once
 
 #include "linux/keys/X11Keyboard.h"
+#include "linux/panel/X11Cover.h"
 #include "linux/panel/X11KeyFocus.h"
 #include "linux/panel/X11Raiser.h"
 #include "linux/panel/X11WindowShape.h"
@@ -33,6 +34,9 @@ public:
     [[nodiscard]] bool isKey() const override { return m_isKey; }
     void setOutline(const QPainterPath& outline) override;
 
+    /// What stands above the panel and is to stay there.
+    [[nodiscard]] const SessionLock& cover() const { return m_cover; }
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -48,6 +52,7 @@ private:
     xcb_connection_t* m_connection;
     xcb_window_t m_id;
     X11WindowShape m_shape;
+    X11Cover m_cover;
     X11Raiser m_raiser;
     X11KeyFocus m_focus;
     X11Keyboard m_keyboard;

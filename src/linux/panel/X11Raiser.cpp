@@ -1,6 +1,7 @@
 #include "linux/panel/X11Raiser.h"
 
 #include "linux/display/X11Properties.h"
+#include "linux/panel/X11Cover.h"
 
 #include <QGuiApplication>
 #include <QWindow>
@@ -13,16 +14,16 @@ constexpr auto periodMilliseconds = 1000;
 
 } // namespace
 
-X11Raiser::X11Raiser(xcb_connection_t* connection, QWindow& window)
+X11Raiser::X11Raiser(xcb_connection_t* connection, QWindow& window, X11Cover& cover)
     : m_connection(connection)
     , m_window(window)
+    , m_cover(cover)
     , m_id(static_cast<xcb_window_t>(window.winId()))
     , m_stacking(x11::atom(connection, "_NET_CLIENT_LIST_STACKING"))
     , m_active(x11::atom(connection, "_NET_ACTIVE_WINDOW"))
 {
     // To a server with the composite extension no translucent window is ever obscured, so there only the
-    // root's properties tell. It also means that a screen locker, which the window manager does not list,
-    // stays on top.
+    // root's properties tell.
     x11::addEventMask(connection, x11::rootWindow(connection), XCB_EVENT_MASK_PROPERTY_CHANGE);
     x11::addEventMask(connection, m_id, XCB_EVENT_MASK_VISIBILITY_CHANGE);
     m_later.setSingleShot(true);
@@ -60,7 +61,7 @@ bool X11Raiser::nativeEventFilter(const QByteArray& type, void* message, qintptr
 
 void X11Raiser::raise()
 {
-    if (!m_window.isVisible() || m_later.isActive())
+    if (!m_window.isVisible() || m_later.isActive() || m_cover.isLockedNow())
         return;
     if (!m_since.isValid() || m_since.hasExpired(periodMilliseconds)) {
         m_since.start();

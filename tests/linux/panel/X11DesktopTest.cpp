@@ -150,6 +150,58 @@ private Q_SLOTS:
         QTRY_COMPARE(m_user->topAt(TestPanel::middle), panel.id());
     }
 
+    void staysBelowWhatCoversTheScreen()
+    {
+        constexpr QRect screen(0, 0, 1512, 982);
+        TestPanel panel;
+        panel->orderFront();
+        const auto& cover = panel->cover();
+        QTRY_COMPARE(m_user->topAt(TestPanel::middle), panel.id());
+        const auto raises = [&] {
+            // What a window manager says makes the panel raise itself.
+            XClient other("Other");
+            other.map();
+            other.restack();
+            return QTest::qWaitFor([&] { return m_user->topAt(TestPanel::middle) == panel.id(); }, 300);
+        };
+
+        XClient locker("Locker", screen.adjusted(1, 1, -1, -1));
+        locker.mapUnmanaged();
+        QTRY_VERIFY(cover.isLocked());
+        QVERIFY(!raises());
+        panel->orderOut();
+        panel->orderFront();
+        QVERIFY(!raises());
+        {
+            // The panel of a program that starts only now.
+            TestPanel late;
+            QVERIFY(late->cover().isLocked());
+            late->orderFront();
+            QTest::qWait(50);
+            QCOMPARE(m_user->topAt(TestPanel::middle), locker.window());
+        }
+        locker.setClickThrough(true);
+        QTRY_VERIFY(!cover.isLocked());
+        locker.setClickThrough(false);
+        QTRY_VERIFY(cover.isLocked());
+        locker.unmap();
+        QTRY_VERIFY(!cover.isLocked());
+        panel->orderFront();
+        QVERIFY(raises());
+
+        // What is below the panel covers nothing, nor does a menu above it.
+        XClient menu("Menu", { 600, 0, 400, 400 });
+        menu.mapUnmanaged();
+        QTRY_COMPARE(m_user->topAt({ 650, 200 }), menu.window());
+        QTest::qWait(50);
+        QVERIFY(!cover.isLocked());
+        XClient film("Film", screen);
+        film.map();
+        film.restack();
+        QTRY_COMPARE(m_user->topAt(TestPanel::middle), panel.id());
+        QVERIFY(!cover.isLocked());
+    }
+
     void init()
     {
         m_desktop = std::make_unique<X11Desktop>();

@@ -1,0 +1,136 @@
+#include "linux/session/LinuxSessionLock.h"
+
+#include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+const QString loginManager = u"org.freedesktop.login1"_s;
+const QString loginSession = u"org.freedesktop.login1.Session"_s;
+const QString properties = u"org.freedesktop.DBus.Properties"_s;
+const QString lockedHint = u"LockedHint"_s;
+
+/// Each also is the name of its interface and, with slashes, the path of its object. GNOME's serves Budgie
+/// too.
+QStringList screenSavers()
+{
+    return { u"org.freedesktop.ScreenSaver"_s, u"org.gnome.ScreenSaver"_s, u"org.cinnamon.ScreenSaver"_s,
+        u"org.mate.ScreenSaver"_s, u"org.xfce.ScreenSaver"_s };
+}
+
+QDBusMessage isScreenSaverActive(const QString& name)
+{
+    return QDBusMessage::createMethodCall(
+        name, u'/' + QString(name).replace(u'.', u'/'), name, u"GetActive"_s);
+}
+
+/// Of the session that this process belongs to, or else the one that its user sees.
+QDBusMessage isLoginSessionLocked()
+{
+    auto question = QDBusMessage::createMethodCall(
+        loginManager, u"/org/freedesktop/login1/session/auto"_s, properties, u"Get"_s);
+    question << loginSession << lockedHint;
+    return question;
+}
+
+bool isYes(const QDBusMessage& answer)
+{
+    const auto value = answer.arguments().value(0);
+    const auto plain = value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
+    return answer.type() == QDBusMessage::ReplyMessage && plain.toBool();
+}
+
+} // namespace
+
+// All signals are followed without a sender's name: with one, Qt would wait for the bus to tell who that is.
+LinuxSessionLock::LinuxSessionLock(
+    const std::optional<QDBusConnection>& session, const std::optional<QDBusConnection>& system)
+{
+    if (session) {
+        auto bus = *session;
+        for (const auto all = screenSavers(); const auto& name : all) {
+            bus.connect({}, {}, name, u"ActiveChanged"_s, this, SLOT(followScreenSaver(bool, QDBusMessage)));
+            add(bus, isScreenSaverActive(name));
+        }
+    }
+    if (system) {
+        auto bus = *system;
+        bus.connect({}, {}, properties, u"PropertiesChanged"_s, { loginSession }, u"sa{sv}as"_s, this,
+            SLOT(followLoginSession(QString, QVariantMap, QStringList)));
+        add(bus, isLoginSessionLocked());
+    }
+}
+
+void LinuxSessionLock::follow(const SessionLock& display)
+{
+    m_display = &display;
+    connect(&display, &SessionLock::changed, this, &LinuxSessionLock::update);
+    update();
+}
+
+void LinuxSessionLock::add(const QDBusConnection& bus, const QDBusMessage& question)
+{
+    const auto service = question.service();
+    const auto added = m_questions.insert(service, { bus, question });
+    // To look whether somebody is there must not start a screen saver that the user does not use.
+    added->call.setAutoStartService(false);
+    added->bus.connect({}, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameOwnerChanged"_s,
+        { service }, u"sss"_s, this, SLOT(followOwner(QString, QString, QString)));
+    ask(service);
+}
+
+void LinuxSessionLock::ask(const QString& service)
+{
+    const auto question = m_questions.constFind(service);
+    auto* const watcher = new QDBusPendingCallWatcher(question->bus.asyncCall(question->call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, service] {
+        watcher->deleteLater();
+        setLocking(service, isYes(watcher->reply()));
+    });
+}
+
+// Anybody can send a signal. That the screen is locked is believed at once, that it is not only when the
+// service itself says so.
+void LinuxSessionLock::followScreenSaver(bool active, const QDBusMessage& signal)
+{
+    if (active)
+        setLocking(signal.interface(), true);
+    ask(signal.interface());
+}
+
+void LinuxSessionLock::followLoginSession(
+    const QString& /*interface*/, const QVariantMap& changed, const QStringList& invalidated)
+{
+    if (changed.contains(lockedHint) || invalidated.contains(lockedHint))
+        ask(loginManager);
+}
+
+void LinuxSessionLock::followOwner(
+    const QString& service, const QString& /*oldOwner*/, const QString& /*newOwner*/)
+{
+    ask(service);
+}
+
+void LinuxSessionLock::setLocking(const QString& service, bool isLocking)
+{
+    if (isLocking)
+        m_locking.insert(service);
+    else
+        m_locking.remove(service);
+    update();
+}
+
+void LinuxSessionLock::update()
+{
+    const auto isLocked = !m_locking.isEmpty() || (m_display && m_display->isLocked());
+    if (isLocked == m_isLocked)
+        return;
+    m_isLocked = isLocked;
+    Q_EMIT changed();
+}
+
+} // namespace nimbarrow
