@@ -1,5 +1,7 @@
 #include "linux/media/PlayerReading.h"
 
+#include "mediaprotocol/PlainLine.h"
+
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -16,9 +18,9 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr qsizetype longestText = 500;
 // A picture may stand in the address itself.
 constexpr qsizetype longestUrl = 12 * 1024 * 1024;
+constexpr qsizetype longestTrackID = 4096;
 constexpr double longestDuration = 1e9; // s
 constexpr double fastest = 100;
 
@@ -40,39 +42,22 @@ QVariant unwrapped(const QVariant& value)
     return {};
 }
 
-/// One line without what could fake another one or change the direction of what stands beside it.
-QString oneLine(const QString& text)
-{
-    auto line = text.left(longestText);
-    for (auto& character : line) {
-        const auto category = character.category();
-        const bool turns = (character >= u'\u202a' && character <= u'\u202e')
-            || (character >= u'\u2066' && character <= u'\u2069');
-        if (turns || category == QChar::Other_Control || category == QChar::Separator_Line
-            || category == QChar::Separator_Paragraph)
-            character = u' ';
-    }
-    if (!line.isEmpty() && line.back().isHighSurrogate())
-        line.chop(1);
-    return line.simplified();
-}
-
 /// A text, or a list of texts with commas between them.
 QString text(const QVariant& given)
 {
     const auto value = unwrapped(given);
     switch (value.typeId()) {
-    case QMetaType::QString: return oneLine(value.toString());
+    case QMetaType::QString: return plainLine(value.toString());
     case QMetaType::QStringList:
     case QMetaType::QVariantList: {
         QStringList parts;
         for (const auto& part : value.toList()) {
-            if (const auto line = oneLine(unwrapped(part).toString()); !line.isEmpty())
+            if (const auto line = plainLine(unwrapped(part).toString()); !line.isEmpty())
                 parts += line;
             if (parts.size() == 20)
                 break;
         }
-        return oneLine(parts.join(", "_L1));
+        return plainLine(parts.join(", "_L1));
     }
     default: return {};
     }
@@ -120,16 +105,16 @@ PlayerReading::Playback playback(const QVariant& status)
     return PlayerReading::Playback::Stopped;
 }
 
-QString trackPath(const QVariant& given)
+/// A path as the standard wants it, or a text, as some players give.
+QString trackID(const QVariant& given)
 {
     const auto value = unwrapped(given);
-    // A player that gives a text here compares with a path all the same, or with nothing at all.
-    if (value.metaType() != QMetaType::fromType<QDBusObjectPath>())
+    const bool isPath = value.metaType() == QMetaType::fromType<QDBusObjectPath>();
+    auto id = isPath ? value.value<QDBusObjectPath>().path() : value.toString();
+    if (id.size() > longestTrackID || !id.isValidUtf16() || id == "/"_L1 || id == "/0"_L1
+        || id.endsWith("/NoTrack"_L1, Qt::CaseInsensitive))
         return {};
-    auto path = value.value<QDBusObjectPath>().path();
-    if (path == "/"_L1 || path == "/0"_L1 || path.endsWith("/NoTrack"_L1, Qt::CaseInsensitive))
-        return {};
-    return path;
+    return id;
 }
 
 QString titleOf(const QVariantMap& metadata)
@@ -137,7 +122,7 @@ QString titleOf(const QVariantMap& metadata)
     if (auto title = text(metadata.value(u"xesam:title"_s)); !title.isEmpty())
         return title;
     const auto address = unwrapped(metadata.value(u"xesam:url"_s)).toString();
-    return oneLine(QUrl(address.left(8192)).fileName());
+    return plainLine(QUrl(address.left(8192)).fileName());
 }
 
 } // namespace
@@ -147,25 +132,34 @@ PlayerReading readPlayer(const QVariantMap& properties)
     const auto metadata = unwrapped(properties.value(u"Metadata"_s)).toMap();
     PlayerReading reading;
     reading.playback = playback(unwrapped(properties.value(u"PlaybackStatus"_s)));
-    reading.title = titleOf(metadata);
-    reading.artist = text(metadata.value(u"xesam:artist"_s));
-    if (reading.artist.isEmpty())
-        reading.artist = text(metadata.value(u"xesam:albumArtist"_s));
-    reading.album = text(metadata.value(u"xesam:album"_s));
-    reading.duration = seconds(metadata.value(u"mpris:length"_s)).value_or(0);
-    if (const auto rate = number(properties.value(u"Rate"_s)); rate && *rate > 0)
-        reading.rate = std::min(*rate, fastest);
-    if (const auto volume = number(properties.value(u"Volume"_s));
-        volume && flag(properties.value(u"CanControl"_s)))
-        reading.volume = std::round(std::clamp(*volume, 0.0, 1.0) * 1000) / 10;
     if (const auto url = unwrapped(metadata.value(u"mpris:artUrl"_s)).toString(); url.size() <= longestUrl)
         reading.artworkUrl = url;
-    reading.trackPath = trackPath(metadata.value(u"mpris:trackid"_s));
+
+    auto& state = reading.state;
+    state.title = titleOf(metadata);
+    state.artist = text(metadata.value(u"xesam:artist"_s));
+    if (state.artist.isEmpty())
+        state.artist = text(metadata.value(u"xesam:albumArtist"_s));
+    state.album = text(metadata.value(u"xesam:album"_s));
+    const auto track = unwrapped(metadata.value(u"mpris:trackid"_s));
+    state.trackID = trackID(track);
+    // A player that gives a text here compares with a path all the same, or with nothing at all.
+    if (track.metaType() == QMetaType::fromType<QDBusObjectPath>())
+        reading.trackPath = state.trackID;
+    state.duration = seconds(metadata.value(u"mpris:length"_s)).value_or(0);
+    state.isPlaying = reading.playback == PlayerReading::Playback::Playing;
+    if (state.isPlaying) {
+        const auto rate = number(properties.value(u"Rate"_s)).value_or(1);
+        state.rate = rate > 0 ? std::min(rate, fastest) : 1;
+    }
+    if (const auto volume = number(properties.value(u"Volume"_s));
+        volume && flag(unwrapped(properties.value(u"CanControl"_s))))
+        state.volume = std::round(std::clamp(*volume, 0.0, 1.0) * 1000) / 10;
+    state.canSeek = flag(unwrapped(properties.value(u"CanSeek"_s)));
     // The browser integration is a process beside the browser and names the browser's here.
     if (const auto pid = number(metadata.value(u"kde:pid"_s));
         pid && *pid >= 1 && *pid <= std::numeric_limits<qint32>::max())
-        reading.pid = static_cast<qint32>(*pid);
-    reading.canSeek = flag(unwrapped(properties.value(u"CanSeek"_s)));
+        state.pid = static_cast<qint32>(*pid);
     return reading;
 }
 
