@@ -111,7 +111,7 @@ QString trackID(const QVariant& given)
     const auto value = unwrapped(given);
     const bool isPath = value.metaType() == QMetaType::fromType<QDBusObjectPath>();
     auto id = isPath ? value.value<QDBusObjectPath>().path() : value.toString();
-    if (id.size() > longestTrackID || !id.isValidUtf16() || id == "/"_L1 || id == "/0"_L1
+    if (id.size() > longestTrackID || !id.isValidUtf16() || id == "/"_L1
         || id.endsWith("/NoTrack"_L1, Qt::CaseInsensitive))
         return {};
     return id;
@@ -144,7 +144,8 @@ PlayerReading readPlayer(const QVariantMap& properties)
     const auto track = unwrapped(metadata.value(u"mpris:trackid"_s));
     state.trackID = trackID(track);
     // A player that gives a text here compares with a path all the same, or with nothing at all.
-    if (track.metaType() == QMetaType::fromType<QDBusObjectPath>())
+    // And some know one path alone, which no track has.
+    if (track.metaType() == QMetaType::fromType<QDBusObjectPath>() && state.trackID != "/0"_L1)
         reading.trackPath = state.trackID;
     state.duration = seconds(metadata.value(u"mpris:length"_s)).value_or(0);
     state.isPlaying = reading.playback == PlayerReading::Playback::Playing;

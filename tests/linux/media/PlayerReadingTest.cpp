@@ -124,7 +124,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("names");
         const auto path = [](const QString& text) { return QVariant::fromValue(QDBusObjectPath(text)); };
         QTest::newRow("path") << path(u"/org/mpris/MediaPlayer2/Track/1"_s) << true << true;
-        QTest::newRow("zero") << path(u"/0"_s) << false << false;
+        QTest::newRow("zero") << path(u"/0"_s) << false << true;
         QTest::newRow("root") << path(u"/"_s) << false << false;
         QTest::newRow("no track") << path(u"/org/mpris/MediaPlayer2/TrackList/NoTrack"_s) << false << false;
         QTest::newRow("text") << QVariant(u"/a/track"_s) << false << true;
