@@ -17,9 +17,9 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
     , m_about(*platform.opener)
     , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
           *platform.desktopPreferences, *platform.scheduler)
-    , m_player(
-          { *platform.applications, *platform.adapterCommand, *platform.adapterProcesses, *platform.musicApp,
-              *platform.scripting, *platform.workQueues, *platform.scheduler, *platform.clock })
+    , m_player({ *platform.applications, *platform.adapterCommand, *platform.adapterProcesses,
+          *platform.musicApp, *platform.scripting, *platform.workQueues, *platform.scheduler, *platform.clock,
+          m_settings.fetchArtwork() })
     , m_keepAwake(*platform.powerAssertions, *platform.clock, *platform.scheduler)
     , m_owl(*platform.clock, *platform.scheduler, [] { return QRandomGenerator::global()->generateDouble(); })
     , m_hotKey(*platform.hotKeys)

@@ -1,7 +1,8 @@
 #include "nowplaying/MediaRemoteSource.h"
 
-#include "nowplaying/AdapterLines.h"
-#include "nowplaying/DecimalText.h"
+#include "mediaprotocol/AdapterOptions.h"
+#include "mediaprotocol/LineCutter.h"
+#include "nowplaying/Artwork.h"
 #include "nowplaying/NowPlayingLog.h"
 #include "platform/AdapterCommand.h"
 #include "platform/AdapterProcess.h"
@@ -25,6 +26,12 @@ constexpr auto longestFarewell = 1s;
 constexpr auto longestDelay = 30s;
 constexpr auto mostFailedStarts = 3;
 
+// A line for each change, 20 in a second at most, and covers of some megabytes.
+constexpr auto countingTime = 10s;
+constexpr qsizetype mostLines = 1000;
+constexpr qsizetype mostBytes = qsizetype { 160 } * 1024 * 1024;
+constexpr QChar unitSeparator(0x1f);
+
 // None, 1, 3, 7 ... seconds.
 std::chrono::seconds relaunchDelay(int failures)
 {
@@ -32,7 +39,28 @@ std::chrono::seconds relaunchDelay(int failures)
     return std::min(longestDelay, std::chrono::seconds((1 << std::min(failures, 5)) - 1));
 }
 
+QString identityOf(const MediaState& state)
+{
+    // Without digits after the point, whatever the size of the number.
+    const auto seconds = QString::number(std::trunc(state.duration), 'f', 0);
+    return QStringList { state.title, state.artist, state.album, seconds }.join(unitSeparator);
+}
+
 } // namespace
+
+/// What one read of the pipe brought.
+struct MediaRemoteSource::Slice {
+    struct Item {
+        MediaMessage message;
+        /// That of an artwork message.
+        QImage image;
+    };
+
+    qsizetype bytes = 0;
+    qsizetype lines = 0;
+    bool hasEndlessLine = false;
+    std::vector<Item> items;
+};
 
 MediaRemoteSource::MediaRemoteSource(const Ports& ports, QObject* parent)
     : NowPlayingSource(parent)
@@ -74,29 +102,23 @@ void MediaRemoteSource::stop()
     m_leavingTimeout = m_ports.scheduler.after(longestFarewell, [this] { m_leaving->terminate(); });
 }
 
-void MediaRemoteSource::seek(double to)
-{
-    if (std::isfinite(to))
-        send("seek " + shortestDecimal(to).toLatin1());
-}
-
-void MediaRemoteSource::setVolume(double volume)
-{
-    if (std::isfinite(volume))
-        send("volume " + wholeVolume(volume).toLatin1());
-}
-
 void MediaRemoteSource::launch()
 {
     if (m_stopping || m_process)
         return;
-    const auto call = m_ports.command.find();
+    auto call = m_ports.command.find();
     if (!call) {
         becomeUnavailable();
         return;
     }
-    m_lines = std::make_shared<AdapterLines>();
+    if (!m_ports.fetchesArtwork)
+        call->arguments << adapteroptions::withoutNetwork;
+    m_lines = std::make_shared<LineCutter>(longestMessage);
     m_ready = false;
+    m_isFlooding = false;
+    m_countedSince = m_ports.clock.now();
+    m_countedBytes = 0;
+    m_countedLines = 0;
     m_process = m_ports.processes.launch(*call);
     connect(m_process.get(), &AdapterProcess::launched, this, &MediaRemoteSource::launched);
     connect(m_process.get(), &AdapterProcess::failedToLaunch, this, &MediaRemoteSource::failedToLaunch);
@@ -124,36 +146,72 @@ void MediaRemoteSource::failedToLaunch(const QString& why)
 // Reading what it says takes long where there are pictures in it. The process waits meanwhile.
 void MediaRemoteSource::read(const QByteArray& bytes)
 {
-    const auto messages = std::make_shared<std::vector<AdapterMessage>>();
+    if (m_isFlooding) {
+        // Nobody listens any more, but what it says must not keep it from ending.
+        m_process->resume();
+        return;
+    }
+    const auto slice = std::make_shared<Slice>();
     m_queue->run(
-        [messages, bytes, lines = m_lines] {
+        [slice, bytes, lines = m_lines] {
+            slice->bytes = bytes.size();
             for (const auto& line : lines->add(bytes)) {
-                if (auto message = readAdapterMessage(line))
-                    messages->push_back(*std::move(message));
+                ++slice->lines;
+                auto message = decodeMessage(line);
+                if (!message)
+                    continue;
+                const auto* artwork = std::get_if<MediaArtwork>(&*message);
+                auto image = artwork != nullptr ? artworkFromData(artwork->file) : QImage();
+                slice->items.push_back({ *std::move(message), std::move(image) });
             }
+            slice->hasEndlessLine = lines->hasDropped();
         },
         this,
-        [this, messages, process = QPointer(m_process.get())] {
-            for (const auto& message : *messages) {
+        [this, slice, process = QPointer(m_process.get())] {
+            for (const auto& [message, image] : slice->items) {
                 // What is delivered may stop this source.
                 if (!process || process != m_process.get())
                     return;
-                handle(message);
+                if (const auto* artwork = std::get_if<MediaArtwork>(&message))
+                    call(onArtwork, artwork->id, image);
+                else
+                    handle(message);
             }
-            if (process && process == m_process.get())
-                process->resume();
+            if (!process || process != m_process.get())
+                return;
+            if (isFlood(*slice))
+                endFlood();
+            process->resume();
         });
 }
 
-void MediaRemoteSource::handle(const AdapterMessage& message)
+bool MediaRemoteSource::isFlood(const Slice& slice)
 {
-    if (std::holds_alternative<adaptermessage::Ready>(message))
+    const auto now = m_ports.clock.now();
+    if (now - m_countedSince > countingTime) {
+        m_countedSince = now;
+        m_countedBytes = 0;
+        m_countedLines = 0;
+    }
+    m_countedBytes += slice.bytes;
+    m_countedLines += slice.lines;
+    return slice.hasEndlessLine || m_countedBytes > mostBytes || m_countedLines > mostLines;
+}
+
+void MediaRemoteSource::endFlood()
+{
+    qCWarning(logNowPlaying, "adapter says too much and is ended");
+    m_isFlooding = true;
+    m_process->terminate();
+}
+
+void MediaRemoteSource::handle(const MediaMessage& message)
+{
+    if (std::holds_alternative<MediaReady>(message))
         becomeReady();
-    else if (std::holds_alternative<adaptermessage::Idle>(message))
+    else if (std::holds_alternative<MediaIdle>(message))
         call(onSnapshot, NowPlayingSnapshot::idle(m_ports.clock.wallTime()));
-    else if (const auto* artwork = std::get_if<adaptermessage::Artwork>(&message))
-        call(onArtwork, artwork->id, artwork->image);
-    else if (const auto* state = std::get_if<adaptermessage::State>(&message))
+    else if (const auto* state = std::get_if<MediaState>(&message))
         deliver(*state);
 }
 
@@ -165,15 +223,21 @@ void MediaRemoteSource::becomeReady()
     m_readyTimeout.cancel();
 }
 
-void MediaRemoteSource::deliver(const adaptermessage::State& state)
+void MediaRemoteSource::deliver(const MediaState& state)
 {
+    // What is recorded while it plays, and a length that was estimated, make no other track.
+    if (!m_lastState || !m_lastState->isSameTrack(state))
+        m_trackID = identityOf(state);
+    m_lastState = state;
+
     NowPlayingSnapshot snapshot;
     snapshot.app = NowPlayingApp::running(state.pid, m_ports.applications);
-    snapshot.track = state.track;
+    snapshot.track = NowPlayingTrack { m_trackID, state.title, state.artist, state.album, state.duration };
     snapshot.isPlaying = state.isPlaying;
     snapshot.elapsed = state.elapsed;
     snapshot.rate = state.rate;
     snapshot.date = state.timestamp.value_or(m_ports.clock.wallTime());
+    snapshot.canSeek = state.canSeek;
     snapshot.artworkID = state.artworkID;
     snapshot.volume = state.volume;
     call(onSnapshot, snapshot);
@@ -188,7 +252,9 @@ void MediaRemoteSource::processEnded()
         becomeUnavailable();
         return;
     }
-    m_quickDeaths = m_ports.clock.now() - m_launchDate < shortLife ? m_quickDeaths + 1 : 0;
+    // One that had to be ended did not live well, however long it did.
+    const bool wasShort = m_isFlooding || m_ports.clock.now() - m_launchDate < shortLife;
+    m_quickDeaths = wasShort ? m_quickDeaths + 1 : 0;
     const auto delay = relaunchDelay(std::max(m_quickDeaths, m_failedStarts));
     qCInfo(logNowPlaying, "adapter exited (ready: %d), relaunch in %.0fs", wasReady ? 1 : 0,
         std::chrono::duration<double>(delay).count());
@@ -202,10 +268,11 @@ void MediaRemoteSource::becomeUnavailable()
     call(onUnavailable);
 }
 
-void MediaRemoteSource::send(const QByteArray& command)
+void MediaRemoteSource::send(const MediaCommand& command)
 {
-    if (m_ready && m_process)
-        m_process->write(command + '\n');
+    const auto line = encode(command);
+    if (m_ready && m_process && !line.isEmpty())
+        m_process->write(line);
 }
 
 } // namespace nimbarrow

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "nowplaying/AdapterMessage.h"
+#include "mediaprotocol/MediaCommand.h"
+#include "mediaprotocol/MediaMessage.h"
 #include "nowplaying/NowPlayingSource.h"
 #include "platform/Clock.h"
 #include "platform/Scheduler.h"
@@ -10,15 +11,16 @@
 namespace nimbarrow {
 
 class AdapterCommand;
-class AdapterLines;
 class AdapterProcess;
 class AdapterProcesses;
 class Applications;
+class LineCutter;
 class WorkQueue;
 class WorkQueues;
 
 /// What any program plays, as a companion process tells it line by line. A companion that dies is started
-/// again, later each time; one that cannot work makes the source unavailable.
+/// again, later each time, and one that floods its pipe is ended first; one that cannot work makes the source
+/// unavailable.
 class MediaRemoteSource final : public NowPlayingSource {
     Q_OBJECT
 
@@ -31,6 +33,8 @@ public:
         Scheduler& scheduler;
         const Clock& clock;
         WorkQueues& queues;
+        /// Covers may come from the network.
+        bool fetchesArtwork = true;
     };
 
     explicit MediaRemoteSource(const Ports& ports, QObject* parent = nullptr);
@@ -38,34 +42,48 @@ public:
 
     void start() override;
     void stop() override;
-    void playPause() override { send("toggle"); }
-    void next() override { send("next"); }
-    void previous() override { send("previous"); }
-    void seek(double to) override;
-    void setVolume(double volume) override;
+    void refresh() override { send({ MediaCommand::Verb::Refresh }); }
+    void playPause() override { send({ MediaCommand::Verb::Toggle }); }
+    void next() override { send({ MediaCommand::Verb::Next }); }
+    void previous() override { send({ MediaCommand::Verb::Previous }); }
+    void seek(double to) override { send({ MediaCommand::Verb::Seek, to }); }
+    void setVolume(double volume) override { send({ MediaCommand::Verb::Volume, volume }); }
 
 private:
+    struct Slice;
+
     void launch();
     void launched(qint64 pid);
     void failedToLaunch(const QString& why);
     void read(const QByteArray& bytes);
-    void handle(const AdapterMessage& message);
+    [[nodiscard]] bool isFlood(const Slice& slice);
+    void endFlood();
+    void handle(const MediaMessage& message);
     void becomeReady();
-    void deliver(const adaptermessage::State& state);
+    void deliver(const MediaState& state);
     void processEnded();
     void becomeUnavailable();
-    void send(const QByteArray& command);
+    void send(const MediaCommand& command);
 
     Ports m_ports;
     std::unique_ptr<AdapterProcess> m_process;
     /// The process that was told to stop, until it has.
     std::unique_ptr<AdapterProcess> m_leaving;
     /// Of the current process; its pieces of work use it one after the other.
-    std::shared_ptr<AdapterLines> m_lines;
+    std::shared_ptr<LineCutter> m_lines;
     bool m_stopping = false;
     /// The current process accepts commands.
     bool m_ready = false;
     Clock::Instant m_launchDate;
+    /// The current process said too much, and has been told to end.
+    bool m_isFlooding = false;
+    /// What it said since then.
+    Clock::Instant m_countedSince;
+    qsizetype m_countedBytes = 0;
+    qsizetype m_countedLines = 0;
+    /// The track that was delivered last, and its identity, which lasts however long the track becomes.
+    std::optional<MediaState> m_lastState;
+    QString m_trackID;
     /// In a row: runs that ended before they were ready, and runs that were short.
     int m_failedStarts = 0;
     int m_quickDeaths = 0;

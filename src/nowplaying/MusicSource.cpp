@@ -1,7 +1,7 @@
 #include "nowplaying/MusicSource.h"
 
+#include "mediaprotocol/DecimalText.h"
 #include "nowplaying/Artwork.h"
-#include "nowplaying/DecimalText.h"
 #include "platform/Clock.h"
 #include "platform/MusicApp.h"
 #include "platform/WorkQueue.h"

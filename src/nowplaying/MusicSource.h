@@ -46,9 +46,8 @@ public:
     void previous() override { perform(u"previous track"); }
     void seek(double to) override;
     void setVolume(double volume) override;
+    void refresh() override;
 
-    /// Reads the state and delivers it. Any number of calls during one read make one more.
-    void refresh();
     void refreshVolume();
 
 private:

@@ -19,8 +19,8 @@ NowPlayingModel::NowPlayingModel(const Ports& ports, QObject* parent)
     , m_applications(ports.applications)
     , m_clock(ports.clock)
     , m_positionDate(ports.clock.wallTime())
-    , m_mediaRemote(
-          { ports.command, ports.processes, ports.applications, ports.scheduler, ports.clock, ports.queues })
+    , m_mediaRemote({ ports.command, ports.processes, ports.applications, ports.scheduler, ports.clock,
+          ports.queues, ports.fetchesArtwork })
     , m_music({ ports.musicApp, ports.scripting, ports.clock, ports.queues })
 {
 }
@@ -65,9 +65,9 @@ double NowPlayingModel::position() const
 
 void NowPlayingModel::refresh()
 {
-    if (m_sourceKind == SourceKind::Music)
-        m_music.refresh();
-    else if (isMusic())
+    if (m_source != nullptr)
+        m_source->refresh();
+    if (m_sourceKind == SourceKind::MediaRemote && isMusic())
         m_music.refreshVolume();
 }
 
@@ -91,7 +91,7 @@ void NowPlayingModel::previous()
 
 void NowPlayingModel::seek(double to)
 {
-    if (!m_track || std::isnan(to))
+    if (!m_track || !m_canSeek || std::isnan(to))
         return;
     setPosition(std::clamp(to, 0.0, m_track->duration), m_clock.wallTime(), m_rate);
     if (m_source != nullptr)
@@ -144,6 +144,8 @@ void NowPlayingModel::apply(const NowPlayingSnapshot& snapshot)
     applyApp(snapshot);
     if (std::exchange(m_isPlaying, snapshot.isPlaying) != snapshot.isPlaying)
         Q_EMIT playingChanged();
+    if (std::exchange(m_canSeek, snapshot.canSeek) != snapshot.canSeek)
+        Q_EMIT canSeekChanged();
     const auto trackChanged
         = m_track.has_value() != snapshot.track.has_value() || (m_track && m_track->id != snapshot.track->id);
     const auto trackDiffers = m_track != snapshot.track;

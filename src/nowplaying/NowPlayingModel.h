@@ -24,6 +24,8 @@ class NowPlayingModel : public QObject {
     Q_PROPERTY(bool playing READ isPlaying NOTIFY playingChanged FINAL)
     /// A QImage, null while there is none.
     Q_PROPERTY(QVariant artwork READ artworkValue NOTIFY artworkChanged FINAL)
+    /// The place in the track can be chosen.
+    Q_PROPERTY(bool canSeek READ canSeek NOTIFY canSeekChanged FINAL)
     /// The volume is known and can be set.
     Q_PROPERTY(bool hasVolume READ hasVolume NOTIFY volumeChanged FINAL)
     /// 0 to 100.
@@ -45,6 +47,8 @@ public:
         WorkQueues& queues;
         Scheduler& scheduler;
         const Clock& clock;
+        /// Covers may come from the network.
+        bool fetchesArtwork = true;
     };
 
     explicit NowPlayingModel(const Ports& ports, QObject* parent = nullptr);
@@ -69,6 +73,7 @@ public:
     [[nodiscard]] bool hasTrack() const { return m_track.has_value(); }
     [[nodiscard]] NowPlayingTrack trackOrEmpty() const { return m_track.value_or(NowPlayingTrack {}); }
     [[nodiscard]] QString appName() const { return m_app ? m_app->name : QString(); }
+    [[nodiscard]] bool canSeek() const { return m_canSeek; }
     [[nodiscard]] bool hasVolume() const { return m_volume.has_value(); }
     [[nodiscard]] double volumeOrZero() const { return m_volume.value_or(0); }
 
@@ -77,7 +82,7 @@ public:
     Q_INVOKABLE void playPause();
     Q_INVOKABLE void next();
     Q_INVOKABLE void previous();
-    /// In seconds; what lies beyond the track counts as its nearer end.
+    /// In seconds; what lies beyond the track counts as its nearer end. Nothing where that cannot be chosen.
     Q_INVOKABLE void seek(double to);
     /// Nothing while the volume is unknown.
     Q_INVOKABLE void setVolume(double volume);
@@ -94,6 +99,7 @@ Q_SIGNALS:
     void trackChanged();
     void playingChanged();
     void artworkChanged();
+    void canSeekChanged();
     void volumeChanged();
     void permissionDeniedChanged();
     void positionChanged();
@@ -115,6 +121,7 @@ private:
     std::optional<NowPlayingApp> m_app;
     std::optional<NowPlayingTrack> m_track;
     bool m_isPlaying = false;
+    bool m_canSeek = true;
     QImage m_artwork;
     std::optional<double> m_volume;
     /// The source tells the volume itself, and so takes its changes.

@@ -20,6 +20,8 @@ struct NowPlayingSnapshot {
     /// 1 is normal speed.
     double rate = 0;
     QDateTime date;
+    /// Whether the place in the track can be chosen.
+    bool canSeek = true;
     /// Under which the source delivers, or has delivered, the artwork.
     std::optional<QString> artworkID;
     /// The player's own, 0 to 100; none from a source that does not tell it.

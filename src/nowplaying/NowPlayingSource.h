@@ -25,6 +25,9 @@ public:
 
     virtual void start() = 0;
     virtual void stop() = 0;
+    /// Reads the state anew and delivers what is new in it. Any number of calls during one reading make one
+    /// more at most.
+    virtual void refresh() = 0;
     virtual void playPause() = 0;
     virtual void next() = 0;
     virtual void previous() = 0;

@@ -16,6 +16,7 @@ Item {
 
     readonly property real _duration: player.track.duration
     readonly property bool _known: _duration > 0
+    readonly property bool _draggable: _known && player.canSeek
     /// Seconds, as shown.
     property real _position: 0
     readonly property real _fraction: _known ? Math.min(1, _position / _duration) : 0
@@ -72,7 +73,7 @@ Item {
         readonly property real _scale: Screen.devicePixelRatio
 
         color: Theme.restingFill
-        height: root._known && (area.containsMouse || area.pressed) ? 5 : 3
+        height: root._draggable && (area.containsMouse || area.pressed) ? 5 : 3
         radius: height / 2
         width: root.width
         y: 5 - Math.floor(height / 2)
@@ -114,7 +115,7 @@ Item {
     MouseArea {
         id: area
 
-        enabled: root._known
+        enabled: root._draggable
         height: 12
         hoverEnabled: true
         preventStealing: true

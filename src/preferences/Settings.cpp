@@ -21,6 +21,7 @@ constexpr QStringView historyLimit = u"historyLimit";
 constexpr QStringView pasteOnClick = u"pasteOnClick";
 constexpr QStringView hotKeyEnabled = u"hotKeyEnabled";
 constexpr QStringView showCalendar = u"showCalendar";
+constexpr QStringView fetchArtwork = u"fetchArtwork";
 constexpr QStringView language = u"language";
 } // namespace key
 
@@ -47,6 +48,7 @@ Settings::Settings(UserDefaults& defaults, LoginItem& loginItem, AccessibilityTr
         { key::pasteOnClick.toString(), false },
         { key::hotKeyEnabled.toString(), true },
         { key::showCalendar.toString(), true },
+        { key::fetchArtwork.toString(), true },
         { key::language.toString(), rawValue(Language::System) },
     });
     m_peekOnClipboard = m_defaults.boolean(key::peekOnClipboard);
@@ -56,6 +58,7 @@ Settings::Settings(UserDefaults& defaults, LoginItem& loginItem, AccessibilityTr
     m_pasteOnClick = m_defaults.boolean(key::pasteOnClick);
     m_hotKeyEnabled = m_defaults.boolean(key::hotKeyEnabled);
     m_showCalendar = m_defaults.boolean(key::showCalendar);
+    m_fetchArtwork = m_defaults.boolean(key::fetchArtwork);
     m_language = languageFromRawValue(m_defaults.string(key::language)).value_or(Language::System);
     applyLanguage();
     m_launchAtLogin = m_loginItem.isEnabled();

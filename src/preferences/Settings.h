@@ -47,6 +47,8 @@ public:
     [[nodiscard]] bool pasteOnClick() const { return m_pasteOnClick; }
     [[nodiscard]] bool hotKeyEnabled() const { return m_hotKeyEnabled; }
     [[nodiscard]] bool showCalendar() const { return m_showCalendar; }
+    /// Covers of what plays may come from the network. Kept in the file alone.
+    [[nodiscard]] bool fetchArtwork() const { return m_fetchArtwork; }
     [[nodiscard]] Language language() const { return m_language; }
     [[nodiscard]] bool launchAtLogin() const { return m_launchAtLogin; }
     [[nodiscard]] const std::optional<QString>& launchAtLoginError() const { return m_launchAtLoginError; }
@@ -107,6 +109,7 @@ private:
     bool m_pasteOnClick = false;
     bool m_hotKeyEnabled = true;
     bool m_showCalendar = true;
+    bool m_fetchArtwork = true;
     Language m_language = Language::System;
     bool m_launchAtLogin = false;
     std::optional<QString> m_launchAtLoginError;

@@ -13,14 +13,15 @@ constexpr int mostMarks = 4;
 /// Letters and symbols by their category, but nothing is drawn for them.
 constexpr std::array<char32_t, 5> blanks { 0x115F, 0x1160, 0x2800, 0x3164, 0xFFA0 };
 
-/// What would begin another line, do what no text should, or change the direction of what follows.
+/// What would begin another line, do what no text should, change the direction of what follows, or is half a
+/// character.
 bool isControl(char32_t character)
 {
     const bool turns
         = (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
     const auto category = QChar::category(character);
-    return turns || category == QChar::Other_Control || category == QChar::Separator_Line
-        || category == QChar::Separator_Paragraph;
+    return turns || category == QChar::Other_Control || category == QChar::Other_Surrogate
+        || category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
 }
 
 bool isMark(char32_t character)

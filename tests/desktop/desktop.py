@@ -78,6 +78,7 @@ class Desktop:
         self.services = services
         self.scale = scale
         self.processes = []
+        self.usual_log = ["did finish launching", "adapter launched", "adapter ready"]
         self.nimbarrow = None
         self.home = pathlib.Path(tempfile.mkdtemp(prefix="nimbarrow-desktop-"))
         self.environment = {
@@ -200,10 +201,7 @@ class Desktop:
 
     def check_log(self):
         """Nothing but its start has been worth a word."""
-        usual = ["did finish launching", "adapter launched", "adapter ready"]
-        if not self.bus:
-            usual += ["adapter exited (ready: 0)", "adapter unavailable"]
-        lines = [line for line in self.log().splitlines() if not any(words in line for words in usual)]
+        lines = [line for line in self.log().splitlines() if not any(words in line for words in self.usual_log)]
         if lines:
             raise StageMissed("a quiet log:\n" + "\n".join(lines))
 
@@ -221,12 +219,24 @@ class Desktop:
 
     def _start_bus(self):
         configuration = ["--session"] if self.services is None else [f"--config-file={self._bus_configuration()}"]
-        bus = self.spawn(["dbus-daemon", *configuration, "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+        # At the same place each time, as a session has it.
+        address = f"unix:path={self.home}/bus"
+        self.bus_daemon = self.spawn(["dbus-daemon", *configuration, f"--address={address}", "--nofork",
+                                      "--print-address=1"], stdout=subprocess.PIPE)
+        self.bus_daemon.stdout.readline()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+
+    def restart_bus(self):
+        self.bus_daemon.kill()
+        self.bus_daemon.wait()
+        (self.home / "bus").unlink()
+        time.sleep(1)
+        self.usual_log += ["adapter exited (ready: 1)"]
+        self._start_bus()
 
     def _bus_configuration(self):
         folder = self.home / "services"
-        folder.mkdir()
+        folder.mkdir(exist_ok=True)
         for name in self.services:
             shutil.copy(f"/usr/share/dbus-1/services/{name}.service", folder)
         path = self.home / "bus.conf"

@@ -134,6 +134,15 @@ class PlayerFlow(Flow):
         self.wait_told("that nothing plays", "Nothing playing")
         self.leave()
 
+    def comes_back_after_a_restart_of_the_bus(self, player):
+        self.desktop.restart_bus()
+        player.start()
+        # Of the program's texts nobody can be told any more: what reads them out was on the bus that went.
+        self.open_by_pointer()
+        wait_until("the red cover again", lambda: self.artwork()[0] > 200 and self.artwork()[2] < 60, 40)
+        self.show("bus-restarted")
+        self.leave()
+
 
 def play(desktop):
     flow = PlayerFlow(desktop)
@@ -143,6 +152,7 @@ def play(desktop):
     flow.sets_volume(player)
     flow.notices_a_track(player)
     flow.shows_nothing_after(player)
+    flow.comes_back_after_a_restart_of_the_bus(player)
 
 
 if __name__ == "__main__":

@@ -1,14 +1,13 @@
 #include "nowplaying/MediaRemoteSource.h"
 
-#include "qt/QtAdapterProcesses.h"
-#include "qt/QtWorkQueues.h"
+#include "mediaprotocol/AdapterOptions.h"
 #include "support/FakeAdapter.h"
 #include "support/FakeApplications.h"
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
 
+#include <QBuffer>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
@@ -57,11 +56,10 @@ private Q_SLOTS:
         m_bench->source.seek(42);
         m_bench->source.seek(qQNaN());
         m_bench->source.setVolume(47.6);
-        m_bench->source.setVolume(150);
-        m_bench->source.setVolume(-3);
+        m_bench->source.refresh();
         QCOMPARE(adapter().written,
-            QByteArrayList({ "toggle\n", "next\n", "previous\n", "seek 42.0\n", "volume 48\n", "volume 100\n",
-                "volume 0\n" }));
+            QByteArrayList(
+                { "toggle\n", "next\n", "previous\n", "seek 42.0\n", "volume 48\n", "refresh\n" }));
     }
 
     void companionThatIsNeverReadyEndsInUnavailable()
@@ -162,33 +160,98 @@ private Q_SLOTS:
         QCOMPARE(m_bench->processes.calls.size(), 2);
     }
 
-    void realCompanionMayFloodItsPipe()
+    void companionThatFloodsItsPipeIsStartedAgain_data()
     {
-        const ProgramCall call { u"/bin/sh"_s,
-            { u"-c"_s,
-                u"echo '{\"type\":\"ready\"}';"
-                "head -c 10000000 /dev/zero | tr '\\0' x | fold -w 1000; echo;"
-                "head -c 30000000 /dev/zero | tr '\\0' x; echo;"
-                "echo '{\"type\":\"state\",\"title\":\"After\"}'; read -r command;"
-                "echo '{\"type\":\"state\",\"title\":\"'$command'\"}'; read -r nothing"_s } };
-        FakeAdapterCommand command;
-        command.call = call;
-        QtAdapterProcesses processes;
-        QtWorkQueues queues;
-        MediaRemoteSource source(
-            { command, processes, m_bench->applications, m_bench->time, m_bench->time, queues });
-        QStringList titles;
-        source.onSnapshot = [&](const NowPlayingSnapshot& snapshot) { titles << snapshot.track->title; };
-        // Counts the turns of the main loop, which goes on meanwhile.
-        auto turns = 0;
-        QTimer turn;
-        connect(&turn, &QTimer::timeout, this, [&] { ++turns; });
-        turn.start(0);
+        QTest::addColumn<QByteArray>("slice");
+        QTest::addColumn<int>("slices");
+        QTest::newRow("lines of nothing") << QByteArray(600, '\n') << 2;
+        QTest::newRow("states") << QByteArray("{\"type\":\"idle\"}\n").repeated(600) << 2;
+        QTest::newRow("a line without an end") << QByteArray(1 << 20, 'x') << 17;
+        QTest::newRow("large lines") << QByteArray(1 << 20, 'x') + '\n' << 160;
+    }
+    void companionThatFloodsItsPipeIsStartedAgain()
+    {
+        QFETCH(const QByteArray, slice);
+        QFETCH(const int, slices);
+        launchReady();
+        // However long it lived before, the delays grow.
+        for (const auto delay : { 1s, 3s, 7s }) {
+            m_bench->time.advance(1min);
+            for (auto i = 1; i <= slices; ++i) {
+                QVERIFY(!adapter().isTerminated);
+                say(slice);
+            }
+            QVERIFY(adapter().isTerminated);
+            // It may go on while it ends; nobody listens.
+            const auto snapshots = m_bench->snapshots.size();
+            say(slice);
+            QVERIFY(!adapter().isPaused);
+            QCOMPARE(m_bench->snapshots.size(), snapshots);
+            expectRelaunchAfter(delay);
+        }
+        say("{\"type\":\"state\",\"title\":\"After\"}\n");
+        QCOMPARE(titles().last(), u"After"_s);
+    }
+
+    void busyCompanionIsNoFlood()
+    {
+        launchReady();
+        for (auto second = 0; second < 60; ++second) {
+            say(QByteArray("{\"type\":\"idle\"}\n").repeated(20));
+            m_bench->time.advance(1s);
+        }
+        QVERIFY(!adapter().isTerminated);
+    }
+
+    void trackKeepsItsIdentityHoweverLongItBecomes()
+    {
+        launchReady();
+        const auto identities = [this](const QByteArrayList& members) {
+            m_bench->snapshots.clear();
+            for (const auto& member : members)
+                say("{\"type\":\"state\",\"title\":\"T\"," + member + "}\n");
+            QStringList identities;
+            for (const auto& snapshot : std::as_const(m_bench->snapshots))
+                identities << snapshot.track->id;
+            return identities;
+        };
+        const auto one = u"T\u001f\u001f\u001f"_s;
+        QCOMPARE(identities({ "\"trackID\":\"/1\",\"duration\":9.9", "\"trackID\":\"/1\",\"duration\":20",
+                     "\"trackID\":\"/1\",\"duration\":20", "\"trackID\":\"/1\",\"duration\":30" }),
+            QStringList(4, one + u'9'));
+        QCOMPARE(m_bench->snapshots.last().track->duration, 30.0);
+        QCOMPARE(identities({ "\"trackID\":\"/2\",\"duration\":20", "\"duration\":20", "\"duration\":21" }),
+            QStringList({ one + u"20"_s, one + u"20"_s, one + u"21"_s }));
+        // Without digits after the point, whatever the size of the number.
+        QCOMPARE(identities({ "\"artist\":\"A\",\"album\":\"B\",\"duration\":1e21" }),
+            QStringList { u"T\u001fA\u001fB\u001f"_s + u"1000000000000000000000"_s });
+    }
+
+    void artworkIsDecodedAndBounded()
+    {
+        QList<QSize> sizes;
+        m_bench->source.onArtwork = [&sizes](const QString&, const QImage& image) { sizes << image.size(); };
+        launchReady();
+        for (const auto size : { QSize(1200, 800), QSize(40, 40) }) {
+            QImage image(size, QImage::Format_RGB32);
+            image.fill(Qt::red);
+            QBuffer png;
+            png.open(QBuffer::WriteOnly);
+            image.save(&png, "PNG");
+            say(encode(MediaArtwork { u"a"_s, png.data() }));
+        }
+        say(encode(MediaArtwork { u"a"_s, "no picture" }));
+        QCOMPARE(sizes, QList<QSize>({ QSize(600, 400), QSize(40, 40), QSize(0, 0) }));
+    }
+
+    void companionLearnsWhetherItMayDownload()
+    {
+        launchReady();
+        QCOMPARE(m_bench->processes.calls.last().arguments, QStringList());
+        MediaRemoteSource source({ m_bench->command, m_bench->processes, m_bench->applications, m_bench->time,
+            m_bench->time, m_bench->queues, false });
         source.start();
-        QTRY_COMPARE_WITH_TIMEOUT(titles, QStringList { u"After"_s }, 30'000);
-        QVERIFY(turns > 40'000'000 / 65'536);
-        source.playPause();
-        QTRY_COMPARE(titles, QStringList({ u"After"_s, u"toggle"_s }));
+        QCOMPARE(m_bench->processes.calls.last().arguments, QStringList { adapteroptions::withoutNetwork });
     }
 
 private:

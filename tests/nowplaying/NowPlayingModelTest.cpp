@@ -121,6 +121,17 @@ private Q_SLOTS:
         model().seek(qQNaN());
         QCOMPARE(m_fixture->adapter().written, QByteArrayList({ "seek 0.0\n", "seek 200.0\n" }));
         QCOMPARE(moved.size(), 2);
+        // What cannot be sought stays where it is.
+        state({ { u"duration"_s, 200 }, { u"canSeek"_s, false } });
+        model().seek(50);
+        QCOMPARE(model().position(), 0.0);
+        QCOMPARE(m_fixture->adapter().written.size(), 2);
+    }
+
+    void companionIsAskedWhenTheColumnShows()
+    {
+        model().refresh();
+        QCOMPARE(m_fixture->adapter().written, QByteArrayList { "refresh\n" });
     }
 
     void artworkShowsWhenItComes()
@@ -188,7 +199,7 @@ private Q_SLOTS:
         m_fixture->queues.runAll();
         QCOMPARE(model().volume(), 100.0);
         QVERIFY(m_fixture->scripting.scripts.last().endsWith(u"set sound volume to 100"_s));
-        QCOMPARE(m_fixture->adapter().written, QByteArrayList());
+        QCOMPARE(m_fixture->adapter().written, QByteArrayList { "refresh\n" });
         state({});
         QVERIFY(!model().volume());
     }

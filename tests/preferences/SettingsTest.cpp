@@ -43,6 +43,7 @@ private Q_SLOTS:
         const auto settings = f.start();
         QVERIFY(settings->peekOnClipboard() && settings->peekOnTrackChange() && settings->watchScreenshots());
         QVERIFY(settings->hotKeyEnabled() && settings->showCalendar() && !settings->pasteOnClick());
+        QVERIFY(settings->fetchArtwork());
         QCOMPARE(settings->historyLimit(), 100);
         QCOMPARE(settings->language(), Language::System);
         QVERIFY(f.defaults.values.isEmpty());

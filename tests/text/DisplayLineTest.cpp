@@ -28,7 +28,8 @@ private Q_SLOTS:
             u"e\u0301\u200d\u0301\u200d\u0301\u200d\u0301"_s + QString(6, u'\u200d'));
         row("a family", u"👩‍👩‍👧 ❤️"_s, u"👩‍👩‍👧 ❤️"_s);
         row("too long", QString(30, u'x'), QString(20, u'x'));
-        row("no half character", QString(19, u'x') + u"😀"_s, QString(19, u'x'));
+        row("half a character", u"a"_s + QChar(0xd83d) + u"b"_s + QChar(0xdc00), u"a b"_s);
+        row("cut inside a character", QString(19, u'x') + u"😀"_s, QString(19, u'x'));
         row("marks without a letter", QString(50, u'\u0301'), {});
         row("nothing that is drawn", u"\u200b\u00ad\u3164\u2800\ufeff\U000e0041 \u202e"_s, {});
         row("only far behind nothing", QString(1000, u'\u200b') + u'a', {});

@@ -3,20 +3,15 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QUrl>
 
 #include <utility>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace nimbarrow {
 
 namespace {
-
-constexpr auto longestDownload = 10s;
 
 struct Found {
     QString stamp;
@@ -24,6 +19,17 @@ struct Found {
     bool isNew = false;
     Artwork artwork;
 };
+
+/// Nothing else leaves this computer.
+bool isRemote(const QString& url)
+{
+    return url.startsWith("https:"_L1, Qt::CaseInsensitive);
+}
+
+bool isContents(const QString& url)
+{
+    return url.startsWith("data:"_L1, Qt::CaseInsensitive);
+}
 
 QString fileStamp(const QFileInfo& file, const QString& url)
 {
@@ -34,9 +40,9 @@ QString fileStamp(const QFileInfo& file, const QString& url)
 }
 
 /// Runs on the queue's thread. Only a regular file: a pipe or a device would hold us or never end.
-Found look(const QString& url, const QString& lastStamp)
+Found foundAt(const QString& url, const QString& lastStamp)
 {
-    if (url.startsWith("data:"_L1, Qt::CaseInsensitive))
+    if (isContents(url))
         return { url, true, artworkOf(dataUrlContents(url)) };
     const auto path = url.startsWith(u'/') ? url : QUrl(url).toLocalFile();
     const QFileInfo info(path);
@@ -51,15 +57,16 @@ Found look(const QString& url, const QString& lastStamp)
 
 } // namespace
 
-ArtworkFetcher::ArtworkFetcher(Scheduler& scheduler, WorkQueues& queues)
-    : m_scheduler(scheduler)
-    , m_queue(queues.serial(u"ua.tessak.Nimbarrow.artwork"_s))
+ArtworkFetcher::ArtworkFetcher(WorkQueues& queues, std::optional<ArtworkDownload> download)
+    : m_download(std::move(download))
+    , m_files(queues.serial(u"ua.tessak.Nimbarrow.artwork"_s))
+    , m_downloads(queues.serial(u"ua.tessak.Nimbarrow.download"_s))
 {
 }
 
 ArtworkFetcher::~ArtworkFetcher()
 {
-    endDownload();
+    abandonDownload();
 }
 
 void ArtworkFetcher::fetch(const QString& url, Done done)
@@ -67,27 +74,23 @@ void ArtworkFetcher::fetch(const QString& url, Done done)
     m_done = std::move(done);
     ++m_fetches;
     if (url != m_downloading)
-        endDownload();
+        abandonDownload();
 
-    if (url.startsWith("http://"_L1, Qt::CaseInsensitive)
-        || url.startsWith("https://"_L1, Qt::CaseInsensitive)) {
-        if (url == m_stamp)
-            finish(m_stamp, m_artwork);
-        else if (url != m_downloading)
-            download(url);
-    } else if (url.isEmpty()) {
+    const bool isSettled = url == m_stamp;
+    if (url.isEmpty() || (isRemote(url) && !m_download))
         finish({}, {});
-    } else if (url == m_stamp && url.startsWith("data:"_L1, Qt::CaseInsensitive)) {
+    else if (isSettled && (isRemote(url) || isContents(url)))
         finish(m_stamp, m_artwork);
-    } else {
+    else if (!isRemote(url))
         readLocally(url);
-    }
+    else if (url != m_downloading)
+        download(url);
 }
 
 void ArtworkFetcher::readLocally(const QString& url)
 {
     const auto found = std::make_shared<Found>();
-    m_queue->run([found, url, stamp = m_stamp] { *found = look(url, stamp); }, this,
+    m_files->run([found, url, stamp = m_stamp] { *found = foundAt(url, stamp); }, this,
         [this, found, fetch = m_fetches] {
             if (fetch == m_fetches)
                 finish(found->stamp, found->isNew ? found->artwork : m_artwork);
@@ -96,39 +99,27 @@ void ArtworkFetcher::readLocally(const QString& url)
 
 void ArtworkFetcher::download(const QString& url)
 {
-    // Most players have their pictures on the disk: the network's libraries start for the others only.
-    if (!m_network)
-        m_network = std::make_unique<QNetworkAccessManager>();
-    QNetworkRequest request { QUrl(url) };
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setMaximumRedirectsAllowed(4);
     m_downloading = url;
-    m_reply = m_network->get(request);
-    // As much again may wait in the reply, and no more.
-    m_reply->setReadBufferSize(Artwork::largest + 1);
-    connect(
-        m_reply, &QNetworkReply::downloadProgress, this, [reply = m_reply](qint64 received, qint64 total) {
-            if (received > Artwork::largest || total > Artwork::largest)
-                reply->abort();
+    m_cancelled = std::make_shared<std::atomic<bool>>(false);
+    const auto artwork = std::make_shared<Artwork>();
+    m_downloads->run(
+        [artwork, url, download = *m_download, cancelled = m_cancelled] {
+            *artwork = artworkOf(download.run(QUrl(url), *cancelled));
+        },
+        this,
+        [this, artwork, url, cancelled = m_cancelled] {
+            if (cancelled->load())
+                return;
+            m_downloading.clear();
+            finish(url, *artwork);
         });
-    connect(m_reply, &QNetworkReply::finished, this, [this, url] {
-        const auto file = m_reply->error() == QNetworkReply::NoError ? m_reply->readAll() : QByteArray();
-        endDownload();
-        finish(url, artworkOf(file));
-    });
-    m_downloadEnd = m_scheduler.after(longestDownload, [reply = m_reply] { reply->abort(); });
 }
 
-void ArtworkFetcher::endDownload()
+void ArtworkFetcher::abandonDownload()
 {
-    m_downloadEnd.cancel();
+    if (m_cancelled)
+        m_cancelled->store(true);
     m_downloading.clear();
-    if (auto* const reply = std::exchange(m_reply, nullptr)) {
-        reply->disconnect(this);
-        reply->abort();
-        reply->deleteLater();
-    }
 }
 
 void ArtworkFetcher::finish(const QString& stamp, const Artwork& artwork)

@@ -1,16 +1,15 @@
 #pragma once
 
 #include "linux/media/Artwork.h"
-#include "platform/Scheduler.h"
+#include "linux/media/ArtworkDownload.h"
 #include "platform/WorkQueue.h"
 
 #include <QObject>
 
+#include <atomic>
 #include <functional>
 #include <memory>
-
-class QNetworkAccessManager;
-class QNetworkReply;
+#include <optional>
 
 namespace nimbarrow {
 
@@ -21,7 +20,8 @@ class ArtworkFetcher final : public QObject {
 public:
     using Done = std::function<void(const Artwork&)>;
 
-    ArtworkFetcher(Scheduler& scheduler, WorkQueues& queues);
+    /// Without a download nothing comes from the network.
+    ArtworkFetcher(WorkQueues& queues, std::optional<ArtworkDownload> download);
     ~ArtworkFetcher() override;
     Q_DISABLE_COPY_MOVE(ArtworkFetcher)
 
@@ -32,21 +32,23 @@ public:
 private:
     void readLocally(const QString& url);
     void download(const QString& url);
-    void endDownload();
+    void abandonDownload();
     void finish(const QString& stamp, const Artwork& artwork);
 
-    Scheduler& m_scheduler;
-    std::unique_ptr<WorkQueue> m_queue;
-    std::unique_ptr<QNetworkAccessManager> m_network;
-    QNetworkReply* m_reply = nullptr;
+    const std::optional<ArtworkDownload> m_download;
+    /// The address that is being downloaded, and what ends that.
     QString m_downloading;
-    Timer m_downloadEnd;
+    std::shared_ptr<std::atomic<bool>> m_cancelled;
 
     Done m_done;
     quint64 m_fetches = 0;
     /// The address and, of a file, its age and size, with what was found there.
     QString m_stamp;
     Artwork m_artwork;
+
+    /// Files do not wait for the network. Last, so that their work has ended before anything goes.
+    std::unique_ptr<WorkQueue> m_files;
+    std::unique_ptr<WorkQueue> m_downloads;
 };
 
 } // namespace nimbarrow

@@ -1,6 +1,7 @@
 #include "linux/media/MediaAdapter.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -12,29 +13,26 @@ namespace {
 // Players tell of one event in several messages.
 constexpr auto debounce = 50ms;
 // Long enough for a file: then the state comes with its artwork, and a notice of it has the cover.
-constexpr auto artworkPatience = 250ms;
+constexpr auto longestArtworkWait = 250ms;
+// Some players count whole seconds only.
+constexpr double tolerance = 1.0; // s
 
 } // namespace
 
-MediaAdapter::MediaAdapter(
-    const QDBusConnection& bus, const Clock& clock, Scheduler& scheduler, WorkQueues& queues, Send send)
+MediaAdapter::MediaAdapter(const QDBusConnection& bus, const Clock& clock, Scheduler& scheduler,
+    WorkQueues& queues, std::optional<ArtworkDownload> download, Send send)
     : m_clock(clock)
     , m_scheduler(scheduler)
-    , m_players(bus)
-    , m_fetcher(scheduler, queues)
+    , m_players(bus, scheduler)
+    , m_fetcher(queues, std::move(download))
     , m_send(std::move(send))
 {
-    connect(&m_players, &MprisPlayers::changed, this, &MediaAdapter::changed);
-    connect(&m_players, &MprisPlayers::seeked, this, [this] {
-        m_jumped = true;
-        changed();
+    connect(&m_players, &MprisPlayers::listChanged, this, &MediaAdapter::scheduleUpdate);
+    connect(&m_players, &MprisPlayers::changed, this, &MediaAdapter::playerChanged);
+    connect(&m_players, &MprisPlayers::mustTell, this, [this](const MprisPlayer* player) {
+        m_mustReport = m_mustReport || player == m_player;
+        playerChanged(player);
     });
-}
-
-void MediaAdapter::start()
-{
-    m_send(readyLine());
-    m_players.start();
 }
 
 void MediaAdapter::carryOut(const MediaCommand& command)
@@ -43,94 +41,135 @@ void MediaAdapter::carryOut(const MediaCommand& command)
         m_player->carryOut(command);
 }
 
-void MediaAdapter::changed()
+void MediaAdapter::playerChanged(const MprisPlayer* player)
+{
+    m_isOutdated = m_isOutdated || player == m_player;
+    scheduleUpdate();
+}
+
+void MediaAdapter::scheduleUpdate()
 {
     if (!m_debounce.isSet())
         m_debounce = m_scheduler.after(debounce, [this] {
             m_debounce.cancel();
-            look();
+            update();
         });
 }
 
-void MediaAdapter::look()
+void MediaAdapter::update()
 {
     // At the start the first answer is not yet the right one.
-    if (!m_players.areSettled() && !m_told && !m_toldIdle)
+    if (!m_players.haveAnswered() && !m_last && !m_isIdleReported)
         return;
-    const auto round = ++m_rounds;
-    m_patience.cancel();
-    m_player = m_players.choose();
-    if (!m_player)
-        return tellIdle();
-
-    m_round = {};
-    m_round.state.reading = m_player->reading();
-    m_round.state.pid = m_player->pid();
-    m_patience = m_scheduler.after(artworkPatience, [this] {
-        m_patience.cancel();
-        goOn();
-    });
-    m_player->position([this, round](std::optional<double> elapsed) {
-        if (round != m_rounds)
-            return;
-        auto& state = m_round.state;
-        state.timestamp = now();
-        const bool sameTrack = m_told && m_told->pid == state.pid
-            && m_told->reading.title == state.reading.title
-            && m_told->reading.duration == state.reading.duration;
-        // A player that does not know where it is has just been asked to pause, as a rule.
-        const auto best = elapsed ? *elapsed : sameTrack ? m_told->elapsedAt(state.timestamp) : 0.0;
-        state.elapsed = state.reading.duration > 0 ? std::min(best, state.reading.duration) : best;
-        m_round.positionKnown = true;
-        goOn();
-    });
-    m_fetcher.fetch(m_round.state.reading.artworkUrl, [this](const Artwork& artwork) {
-        m_round.artwork = artwork;
-        goOn();
-    });
-}
-
-void MediaAdapter::goOn()
-{
-    if (!m_round.positionKnown || (!m_round.artwork && m_patience.isSet()))
-        return;
-    m_patience.cancel();
-    tell();
-}
-
-void MediaAdapter::tell()
-{
-    auto& state = m_round.state;
-    if (m_round.artwork) {
-        state.artworkID = m_round.artwork->id;
-        // The other side keeps few of them, so one that comes back is sent again.
-        if (!state.artworkID.isEmpty() && state.artworkID != m_toldArtwork) {
-            m_toldArtwork = state.artworkID;
-            m_send(artworkLine(m_round.artwork->id, m_round.artwork->file));
-        }
-    } else if (m_told && m_told->reading.artworkUrl == state.reading.artworkUrl) {
-        state.artworkID = m_told->artworkID;
+    auto* const chosen = m_players.choose();
+    if (chosen == nullptr)
+        return reportIdle();
+    if (chosen != m_player) {
+        m_player = chosen;
+        m_isOutdated = true;
+        m_mustReport = false;
+        m_round.reset();
     }
-    const bool jumped = std::exchange(m_jumped, false);
-    if (!jumped && m_told && m_told->tellsTheSameAs(state))
-        return;
-    m_told = state;
-    m_toldIdle = false;
-    m_send(stateLine(state));
+    // What it says between two tracks is of no track. And a round that has begun comes to its end, however
+    // much the player has to say meanwhile; the next one begins then.
+    if (m_isOutdated && !m_round && !m_players.isChosenPausing())
+        begin();
 }
 
-void MediaAdapter::tellIdle()
+void MediaAdapter::begin()
+{
+    const auto number = ++m_rounds;
+    m_isOutdated = false;
+    m_round.emplace();
+    m_round->number = number;
+    m_round->reading = m_player->reading();
+    m_artworkWait = m_scheduler.after(longestArtworkWait, [this] {
+        m_artworkWait.cancel();
+        finishIfComplete();
+    });
+    const auto isCurrent = [this, number] { return m_round && m_round->number == number; };
+    m_player->position([this, isCurrent](std::optional<double> elapsed) {
+        if (isCurrent())
+            positionRead(elapsed);
+    });
+    const auto url = m_round->reading.artworkUrl;
+    m_fetcher.fetch(url, [this, url](const Artwork& artwork) {
+        if (m_round && m_round->reading.artworkUrl == url) {
+            m_round->artwork = artwork;
+            finishIfComplete();
+        } else if (m_last && m_last->artworkUrl == url
+            && m_last->state.artworkID.value_or(QString()) != artwork.id) {
+            // It came later than its track.
+            m_isOutdated = true;
+            scheduleUpdate();
+        }
+    });
+}
+
+void MediaAdapter::positionRead(std::optional<double> elapsed)
+{
+    auto& state = m_round->reading.state;
+    const auto now = m_clock.wallTime();
+    state.timestamp = now;
+    // A player that does not know where it is has just been asked to pause, as a rule.
+    const bool goesOn = m_last && m_last->state.isSameTrack(state);
+    const auto best = elapsed ? *elapsed : goesOn ? m_last->state.elapsedAt(now) : 0.0;
+    state.elapsed = state.duration > 0 ? std::min(best, state.duration) : best;
+    m_round->hasPosition = true;
+    finishIfComplete();
+}
+
+void MediaAdapter::finishIfComplete()
+{
+    if (!m_round || !m_round->hasPosition || (!m_round->artwork && m_artworkWait.isSet()))
+        return;
+    m_artworkWait.cancel();
+    report(*std::exchange(m_round, {}));
+    if (m_isOutdated)
+        scheduleUpdate();
+}
+
+void MediaAdapter::report(Round round)
+{
+    auto& state = round.reading.state;
+    const auto& url = round.reading.artworkUrl;
+    if (!round.artwork) {
+        if (m_last && m_last->artworkUrl == url)
+            state.artworkID = m_last->state.artworkID;
+    } else if (!round.artwork->id.isEmpty()) {
+        state.artworkID = round.artwork->id;
+        // The other side keeps few of them, so one that comes back is sent again.
+        if (std::exchange(m_sentArtwork, round.artwork->id) != round.artwork->id)
+            m_send(MediaArtwork { round.artwork->id, round.artwork->file });
+    }
+    if (!std::exchange(m_mustReport, false) && saysNothingNew(state))
+        return;
+    m_last = { state, url };
+    m_isIdleReported = false;
+    m_send(state);
+}
+
+void MediaAdapter::reportIdle()
 {
     m_fetcher.fetch({}, {});
-    m_jumped = false;
-    m_told.reset();
-    if (!std::exchange(m_toldIdle, true))
-        m_send(idleLine());
+    m_player.clear();
+    m_round.reset();
+    m_last.reset();
+    if (!std::exchange(m_isIdleReported, true))
+        m_send(MediaIdle {});
 }
 
-double MediaAdapter::now() const
+bool MediaAdapter::saysNothingNew(const MediaState& state) const
 {
-    return static_cast<double>(m_clock.wallTime().toMSecsSinceEpoch()) / 1000;
+    if (!m_last)
+        return false;
+    auto expected = m_last->state;
+    expected.elapsed = expected.elapsedAt(*state.timestamp);
+    if (std::abs(expected.elapsed - state.elapsed) >= tolerance)
+        return false;
+    expected.elapsed = state.elapsed;
+    expected.timestamp = state.timestamp;
+    return expected == state;
 }
 
 } // namespace nimbarrow

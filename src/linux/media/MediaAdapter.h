@@ -1,8 +1,8 @@
 #pragma once
 
-#include "linux/media/AdapterMessages.h"
 #include "linux/media/ArtworkFetcher.h"
 #include "linux/media/MprisPlayers.h"
+#include "mediaprotocol/MediaMessage.h"
 #include "platform/Clock.h"
 #include "platform/Scheduler.h"
 
@@ -15,33 +15,43 @@
 
 namespace nimbarrow {
 
-/// Tells what plays in lines, one for each change, and hands commands to the player that it tells of.
+/// Says what plays, one message for each change, and hands commands to the player that it speaks of.
 class MediaAdapter final : public QObject {
     Q_OBJECT
 
 public:
-    using Send = std::function<void(const QByteArray& line)>;
+    using Send = std::function<void(const MediaMessage& message)>;
 
-    MediaAdapter(
-        const QDBusConnection& bus, const Clock& clock, Scheduler& scheduler, WorkQueues& queues, Send send);
+    /// Without a download, pictures on the network stay there.
+    MediaAdapter(const QDBusConnection& bus, const Clock& clock, Scheduler& scheduler, WorkQueues& queues,
+        std::optional<ArtworkDownload> download, Send send);
 
-    void start();
+    void start() { m_players.start(); }
     void carryOut(const MediaCommand& command);
 
 private:
-    /// One look at the player that is told of; its answers come one by one.
+    /// One reading of the chosen player; its parts come one by one.
     struct Round {
-        MediaState state;
+        quint64 number = 0;
+        PlayerReading reading;
         std::optional<Artwork> artwork;
-        bool positionKnown = false;
+        bool hasPosition = false;
+    };
+    /// What was said last of a player.
+    struct Report {
+        MediaState state;
+        QString artworkUrl;
     };
 
-    void changed();
-    void look();
-    void goOn();
-    void tell();
-    void tellIdle();
-    [[nodiscard]] double now() const;
+    void playerChanged(const MprisPlayer* player);
+    void scheduleUpdate();
+    void update();
+    void begin();
+    void positionRead(std::optional<double> elapsed);
+    void finishIfComplete();
+    void report(Round round);
+    void reportIdle();
+    [[nodiscard]] bool saysNothingNew(const MediaState& state) const;
 
     const Clock& m_clock;
     Scheduler& m_scheduler;
@@ -50,16 +60,18 @@ private:
     const Send m_send;
 
     Timer m_debounce;
-    Timer m_patience;
+    Timer m_artworkWait;
     QPointer<MprisPlayer> m_player;
-    Round m_round;
+    /// The chosen player has something to say that no round has begun with.
+    bool m_isOutdated = false;
+    std::optional<Round> m_round;
     quint64 m_rounds = 0;
-    bool m_jumped = false;
+    /// What is reported next counts, even if it follows from what was reported before.
+    bool m_mustReport = false;
 
-    /// What was told last; nothing before the first line.
-    std::optional<MediaState> m_told;
-    bool m_toldIdle = false;
-    QString m_toldArtwork;
+    std::optional<Report> m_last;
+    bool m_isIdleReported = false;
+    QString m_sentArtwork;
 };
 
 } // namespace nimbarrow

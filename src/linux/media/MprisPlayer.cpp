@@ -3,6 +3,7 @@
 #include "linux/media/PlayerProcess.h"
 
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
@@ -28,6 +29,21 @@ const auto propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
 qint64 microseconds(double seconds)
 {
     return qRound64(seconds * 1e6);
+}
+
+/// Whether an error is the player's own word, and not that of a bus whose patience has ended.
+bool isRefusal(const QDBusMessage& reply)
+{
+    const QDBusError error(reply);
+    switch (error.type()) {
+    case QDBusError::NoError:
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut:
+    case QDBusError::Disconnected:
+    case QDBusError::ServiceUnknown: return false;
+    default: return true;
+    }
 }
 
 /// Whether a description of the player's object says that its volume is for reading only.
@@ -76,13 +92,16 @@ void MprisPlayer::position(const std::function<void(std::optional<double>)>& don
 void MprisPlayer::carryOut(const MediaCommand& command)
 {
     using Verb = MediaCommand::Verb;
-    const auto nothing = [](const QDBusMessage&) {};
+    const auto order = [this](const QString& method) {
+        ask(call(playerInterface, method), patience, [this](const QDBusMessage&) { endCommand(); });
+    };
     switch (command.verb) {
-    case Verb::Toggle: ask(call(playerInterface, u"PlayPause"_s), patience, nothing); break;
-    case Verb::Next: ask(call(playerInterface, u"Next"_s), patience, nothing); break;
-    case Verb::Previous: ask(call(playerInterface, u"Previous"_s), patience, nothing); break;
+    case Verb::Toggle: order(u"PlayPause"_s); break;
+    case Verb::Next: order(u"Next"_s); break;
+    case Verb::Previous: order(u"Previous"_s); break;
     case Verb::Seek: seek(command.value); break;
     case Verb::Volume: setVolume(command.value); break;
+    case Verb::Refresh: readAll(); break;
     }
 }
 
@@ -91,15 +110,15 @@ void MprisPlayer::propertiesChanged(
 {
     if (interface != playerInterface)
         return;
-    // Names without values: some players leave the reading to us.
-    if (!invalidated.isEmpty())
+    // Names without values: some players leave the reading to us. And with its status a player changes more
+    // than it says, such as the length that it only now knows.
+    if (!invalidated.isEmpty() || changed.contains(u"PlaybackStatus"_s))
         readAll();
     if (changed.isEmpty())
         return;
     auto properties = m_properties;
-    for (auto entry = changed.cbegin(); entry != changed.cend(); ++entry)
-        properties.insert(entry.key(), entry.value());
-    take(properties);
+    properties.insert(changed);
+    setProperties(properties);
 }
 
 void MprisPlayer::positionJumped()
@@ -126,13 +145,23 @@ QDBusMessage MprisPlayer::call(
 
 void MprisPlayer::readAll()
 {
+    // However often it is asked for, one question is under way.
+    m_mustReadAgain = std::exchange(m_isReading, true);
+    if (m_mustReadAgain)
+        return;
     ask(call(propertiesInterface, u"GetAll"_s, { playerInterface }), patience,
         [this](const QDBusMessage& reply) {
-            m_settled = true;
+            m_hasAnswered = true;
+            m_isReading = false;
+            const bool isLast = !m_mustReadAgain;
+            if (m_mustReadAgain)
+                readAll();
             if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "a{sv}"_L1)
-                take(qdbus_cast<QVariantMap>(reply.arguments().value(0)));
+                setProperties(qdbus_cast<QVariantMap>(reply.arguments().value(0)));
             else
                 Q_EMIT changed();
+            if (isLast && std::exchange(m_hasCommandEnded, false))
+                Q_EMIT commandEnded();
         });
 }
 
@@ -145,7 +174,7 @@ void MprisPlayer::readProcess()
         if (reply.type() != QDBusMessage::ReplyMessage)
             return;
         m_pid = playerProcess(reply.arguments().value(0).toInt());
-        Q_EMIT changed();
+        setProperties(m_properties);
     });
 }
 
@@ -157,35 +186,44 @@ void MprisPlayer::readVolumeAccess()
                 || !saysVolumeIsFixed(reply.arguments().value(0).toString()))
                 return;
             m_volumeIsFixed = true;
-            take(m_properties);
+            setProperties(m_properties);
         });
 }
 
-void MprisPlayer::take(const QVariantMap& properties)
+void MprisPlayer::setProperties(const QVariantMap& properties)
 {
     m_properties = properties;
     m_reading = readPlayer(m_properties);
     if (m_volumeIsFixed)
-        m_reading.volume.reset();
+        m_reading.state.volume.reset();
+    if (m_reading.state.pid == 0)
+        m_reading.state.pid = m_pid;
     // Also without a visible difference: the position may be another one.
     Q_EMIT changed();
 }
 
+void MprisPlayer::endCommand()
+{
+    m_hasCommandEnded = true;
+    readAll();
+}
+
 void MprisPlayer::seek(double seconds)
 {
-    if (!m_reading.canSeek)
-        return;
+    const auto& state = m_reading.state;
+    if (!state.canSeek)
+        return endCommand();
     // Beyond the end a player goes on to the next track.
-    const auto target = m_reading.duration > 0 ? std::min(seconds, m_reading.duration) : seconds;
+    const auto target = state.duration > 0 ? std::min(seconds, state.duration) : seconds;
     if (m_reading.trackPath.isEmpty())
         return seekBy(target);
     const auto track = QVariant::fromValue(QDBusObjectPath(m_reading.trackPath));
     ask(call(playerInterface, u"SetPosition"_s, { track, microseconds(target) }), patience,
         [this, target](const QDBusMessage& reply) {
-            if (reply.type() == QDBusMessage::ErrorMessage)
+            if (isRefusal(reply))
                 seekBy(target);
             else
-                Q_EMIT changed();
+                endCommand();
         });
 }
 
@@ -193,16 +231,16 @@ void MprisPlayer::seekBy(double target)
 {
     position([this, target](std::optional<double> now) {
         if (!now)
-            return;
+            return endCommand();
         ask(call(playerInterface, u"Seek"_s, { microseconds(target - *now) }), patience,
-            [this](const QDBusMessage&) { Q_EMIT changed(); });
+            [this](const QDBusMessage&) { endCommand(); });
     });
 }
 
 void MprisPlayer::setVolume(double percent)
 {
-    if (!m_reading.volume)
-        return;
+    if (!m_reading.state.volume)
+        return endCommand();
     // A slider moves faster than some players answer.
     if (m_settingVolume) {
         m_nextVolume = percent;
@@ -214,12 +252,10 @@ void MprisPlayer::setVolume(double percent)
         [this](const QDBusMessage& reply) {
             m_settingVolume = false;
             const auto next = std::exchange(m_nextVolume, {});
-            if (reply.type() == QDBusMessage::ErrorMessage) {
-                m_volumeIsFixed = true;
-                take(m_properties);
-            } else if (next) {
-                setVolume(*next);
-            }
+            m_volumeIsFixed = m_volumeIsFixed || isRefusal(reply);
+            if (next && !m_volumeIsFixed)
+                return setVolume(*next);
+            endCommand();
         });
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "linux/media/MediaCommand.h"
 #include "linux/media/PlayerReading.h"
+#include "mediaprotocol/MediaCommand.h"
 
 #include <QDBusConnection>
 #include <QDBusPendingCall>
@@ -23,20 +23,21 @@ public:
     [[nodiscard]] QString service() const { return m_service; }
     [[nodiscard]] QString owner() const { return m_owner; }
     /// Whether it has answered, or has had its time to.
-    [[nodiscard]] bool isSettled() const { return m_settled; }
+    [[nodiscard]] bool hasAnswered() const { return m_hasAnswered; }
     [[nodiscard]] const PlayerReading& reading() const { return m_reading; }
-    /// 0 when unknown.
-    [[nodiscard]] qint32 pid() const { return m_reading.pid > 0 ? m_reading.pid : m_pid; }
 
     /// `done` gets seconds, or none when the player does not know or does not answer soon; it is not called
     /// when the player is gone by then.
     void position(const std::function<void(std::optional<double>)>& done);
+    /// `commandEnded` follows; after several in a row, once.
     void carryOut(const MediaCommand& command);
 
 Q_SIGNALS:
     void changed();
     /// The position has jumped.
     void seeked();
+    /// The reading is the one after a command, which may have changed nothing.
+    void commandEnded();
 
 private Q_SLOTS:
     void propertiesChanged(
@@ -51,8 +52,9 @@ private:
     void readAll();
     void readProcess();
     void readVolumeAccess();
-    void take(const QVariantMap& properties);
+    void setProperties(const QVariantMap& properties);
 
+    void endCommand();
     void seek(double seconds);
     void seekBy(double target);
     void setVolume(double percent);
@@ -63,7 +65,10 @@ private:
     QVariantMap m_properties;
     PlayerReading m_reading;
     qint32 m_pid = 0;
-    bool m_settled = false;
+    bool m_hasAnswered = false;
+    bool m_isReading = false;
+    bool m_mustReadAgain = false;
+    bool m_hasCommandEnded = false;
     bool m_volumeIsFixed = false;
     bool m_settingVolume = false;
     /// The last one asked for while the player still takes the one before.

@@ -1,19 +1,21 @@
 #include "linux/media/MprisPlayers.h"
 
-#include "linux/media/PlayerChoice.h"
-
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace nimbarrow {
 
 namespace {
 
 using Playback = PlayerReading::Playback;
+
+// Longer than any player takes from one track to the next.
+constexpr auto longestPause = 500ms;
 
 QDBusMessage askBus(const QString& method, const QVariantList& arguments = {})
 {
@@ -25,8 +27,9 @@ QDBusMessage askBus(const QString& method, const QVariantList& arguments = {})
 
 } // namespace
 
-MprisPlayers::MprisPlayers(const QDBusConnection& bus)
+MprisPlayers::MprisPlayers(const QDBusConnection& bus, Scheduler& scheduler)
     : m_bus(bus)
+    , m_scheduler(scheduler)
     // The bus sends us only the names below this one; a session's every connection would wake us otherwise.
     , m_names(u"org.mpris.MediaPlayer2*"_s, bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
@@ -38,10 +41,10 @@ void MprisPlayers::start()
     list();
 }
 
-bool MprisPlayers::areSettled() const
+bool MprisPlayers::haveAnswered() const
 {
     return m_asked == 0 && std::all_of(m_players.cbegin(), m_players.cend(), [](const auto& entry) {
-        return entry.second.player->isSettled();
+        return entry.second.player->hasAnswered();
     });
 }
 
@@ -49,13 +52,18 @@ MprisPlayer* MprisPlayers::choose()
 {
     QList<PlayerCandidate> candidates;
     for (const auto& [service, entry] : m_players) {
-        const auto& reading = entry.player->reading();
-        if (reading.isNamed())
-            candidates.append({ service, reading.playback, entry.started, reading.title });
+        if (entry.isActive || entry.pause.isSet())
+            candidates.append(entry.candidate);
     }
     m_chosen = choosePlayer(candidates, m_chosen);
     const auto found = m_players.find(m_chosen);
     return found == m_players.end() ? nullptr : found->second.player.get();
+}
+
+bool MprisPlayers::isChosenPausing() const
+{
+    const auto found = m_players.find(m_chosen);
+    return found != m_players.end() && found->second.pause.isSet();
 }
 
 void MprisPlayers::ownerChanged(const QString& service, const QString& before, const QString& now)
@@ -66,7 +74,7 @@ void MprisPlayers::ownerChanged(const QString& service, const QString& before, c
     m_players.erase(service);
     if (!now.isEmpty())
         add(service, now);
-    Q_EMIT changed();
+    Q_EMIT listChanged();
 }
 
 void MprisPlayers::add(const QString& service, const QString& owner)
@@ -74,31 +82,43 @@ void MprisPlayers::add(const QString& service, const QString& owner)
     auto& entry = m_players[service];
     if (entry.player && entry.player->owner() == owner)
         return;
-    entry = { std::make_unique<MprisPlayer>(m_bus, service, owner) };
-    connect(entry.player.get(), &MprisPlayer::changed, this, [this, service] {
-        noteStart(service);
-        Q_EMIT changed();
-    });
-    connect(entry.player.get(), &MprisPlayer::seeked, this, [this, service] {
-        if (service == m_chosen)
-            Q_EMIT seeked();
-    });
+    entry = {};
+    entry.player = std::make_unique<MprisPlayer>(m_bus, service, owner);
+    entry.candidate.service = service;
+    auto* const player = entry.player.get();
+    connect(player, &MprisPlayer::changed, this, [this, service] { update(service); });
+    const auto tell = [this, player] { Q_EMIT mustTell(player); };
+    connect(player, &MprisPlayer::seeked, this, tell);
+    connect(player, &MprisPlayer::commandEnded, this, tell);
 }
 
-void MprisPlayers::noteStart(const QString& service)
+void MprisPlayers::update(const QString& service)
 {
     auto& entry = m_players.at(service);
-    const bool plays = entry.player->reading().playback == Playback::Playing;
-    if (plays && !entry.plays)
-        entry.started = ++m_starts;
-    entry.plays = plays;
+    const auto& reading = entry.player->reading();
+    const bool wasActive = std::exchange(entry.isActive, reading.isActive());
+    if (entry.isActive) {
+        entry.pause.cancel();
+        auto& candidate = entry.candidate;
+        if (reading.playback == Playback::Playing && (!wasActive || candidate.playback != Playback::Playing))
+            candidate.started = ++m_starts;
+        candidate.playback = reading.playback;
+        candidate.title = reading.state.title;
+    } else if (wasActive) {
+        entry.pause = m_scheduler.after(longestPause, [this, service] {
+            auto& stopped = m_players.at(service);
+            stopped.pause.cancel();
+            Q_EMIT changed(stopped.player.get());
+        });
+    }
+    Q_EMIT changed(entry.player.get());
 }
 
 void MprisPlayers::list()
 {
     const auto done = [this] {
         --m_asked;
-        Q_EMIT changed();
+        Q_EMIT listChanged();
     };
     ++m_asked;
     auto* const names = new QDBusPendingCallWatcher(m_bus.asyncCall(askBus(u"ListNames"_s)), this);

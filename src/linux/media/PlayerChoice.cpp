@@ -33,7 +33,7 @@ bool isPlayerName(const QString& service)
     if (!service.startsWith(prefix))
         return false;
     const auto name = program(service);
-    return !name.isEmpty() && name != "playerctld"_L1 && name != "kdeconnect"_L1;
+    return !name.isEmpty() && name != "playerctld"_L1 && name != "kdeconnect"_L1 && name != "gsconnect"_L1;
 }
 
 QString choosePlayer(const QList<PlayerCandidate>& candidates, const QString& current)

@@ -18,9 +18,9 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr qsizetype longestText = 500;
 // A picture may stand in the address itself.
 constexpr qsizetype longestUrl = 12 * 1024 * 1024;
+constexpr qsizetype longestTrackID = 4096;
 constexpr double longestDuration = 1e9; // s
 constexpr double fastest = 100;
 
@@ -110,16 +110,16 @@ PlayerReading::Playback playback(const QVariant& status)
     return PlayerReading::Playback::Stopped;
 }
 
-QString trackPath(const QVariant& given)
+/// A path as the standard wants it, or a text, as some players give.
+QString trackID(const QVariant& given)
 {
     const auto value = unwrapped(given);
-    // A player that gives a text here compares with a path all the same, or with nothing at all.
-    if (value.metaType() != QMetaType::fromType<QDBusObjectPath>())
+    const bool isPath = value.metaType() == QMetaType::fromType<QDBusObjectPath>();
+    auto id = isPath ? value.value<QDBusObjectPath>().path() : value.toString();
+    if (id.size() > longestTrackID || !id.isValidUtf16() || id == "/"_L1
+        || id.endsWith("/NoTrack"_L1, Qt::CaseInsensitive))
         return {};
-    auto path = value.value<QDBusObjectPath>().path();
-    if (path == "/"_L1 || path == "/0"_L1 || path.endsWith("/NoTrack"_L1, Qt::CaseInsensitive))
-        return {};
-    return path;
+    return id;
 }
 
 QString titleOf(const QVariantMap& metadata)
@@ -137,25 +137,35 @@ PlayerReading readPlayer(const QVariantMap& properties)
     const auto metadata = unwrapped(properties.value(u"Metadata"_s)).toMap();
     PlayerReading reading;
     reading.playback = playback(unwrapped(properties.value(u"PlaybackStatus"_s)));
-    reading.title = titleOf(metadata);
-    reading.artist = text(metadata.value(u"xesam:artist"_s));
-    if (reading.artist.isEmpty())
-        reading.artist = text(metadata.value(u"xesam:albumArtist"_s));
-    reading.album = text(metadata.value(u"xesam:album"_s));
-    reading.duration = seconds(metadata.value(u"mpris:length"_s)).value_or(0);
-    if (const auto rate = number(properties.value(u"Rate"_s)); rate && *rate > 0)
-        reading.rate = std::min(*rate, fastest);
-    if (const auto volume = number(properties.value(u"Volume"_s));
-        volume && flag(properties.value(u"CanControl"_s)))
-        reading.volume = std::round(std::clamp(*volume, 0.0, 1.0) * 1000) / 10;
     if (const auto url = unwrapped(metadata.value(u"mpris:artUrl"_s)).toString(); url.size() <= longestUrl)
         reading.artworkUrl = url;
-    reading.trackPath = trackPath(metadata.value(u"mpris:trackid"_s));
+
+    auto& state = reading.state;
+    state.title = titleOf(metadata);
+    state.artist = text(metadata.value(u"xesam:artist"_s));
+    if (state.artist.isEmpty())
+        state.artist = text(metadata.value(u"xesam:albumArtist"_s));
+    state.album = text(metadata.value(u"xesam:album"_s));
+    const auto track = unwrapped(metadata.value(u"mpris:trackid"_s));
+    state.trackID = trackID(track);
+    // A player that gives a text here compares with a path all the same, or with nothing at all.
+    // And some know one path alone, which no track has.
+    if (track.metaType() == QMetaType::fromType<QDBusObjectPath>() && state.trackID != "/0"_L1)
+        reading.trackPath = state.trackID;
+    state.duration = seconds(metadata.value(u"mpris:length"_s)).value_or(0);
+    state.isPlaying = reading.playback == PlayerReading::Playback::Playing;
+    if (state.isPlaying) {
+        const auto rate = number(properties.value(u"Rate"_s)).value_or(1);
+        state.rate = rate > 0 ? std::min(rate, fastest) : 1;
+    }
+    if (const auto volume = number(properties.value(u"Volume"_s));
+        volume && flag(unwrapped(properties.value(u"CanControl"_s))))
+        state.volume = std::round(std::clamp(*volume, 0.0, 1.0) * 1000) / 10;
+    state.canSeek = flag(unwrapped(properties.value(u"CanSeek"_s)));
     // The browser integration is a process beside the browser and names the browser's here.
     if (const auto pid = number(metadata.value(u"kde:pid"_s));
         pid && *pid >= 1 && *pid <= std::numeric_limits<qint32>::max())
-        reading.pid = static_cast<qint32>(*pid);
-    reading.canSeek = flag(unwrapped(properties.value(u"CanSeek"_s)));
+        state.pid = static_cast<qint32>(*pid);
     return reading;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mediaprotocol/MediaState.h"
+
 #include <QString>
 #include <QVariantMap>
 
@@ -7,31 +9,23 @@
 
 namespace nimbarrow {
 
-/// What a player says of itself, made sane: every number is finite, every text one line.
+/// What a player says of itself, made sane: every number is finite, every text one plain line.
 struct PlayerReading {
     enum class Playback { Stopped, Paused, Playing };
 
     Playback playback = Playback::Stopped;
-    QString title;
-    QString artist;
-    QString album;
-    /// Seconds; 0 when unknown.
-    double duration = 0;
-    /// Normal speed is 1; never 0 or less.
-    double rate = 1;
-    /// 0 to 100; absent when the player has no volume that others may set.
-    std::optional<double> volume;
+    /// All but its place in time, which is asked for, and its artwork, which is fetched. The process is 0
+    /// when the player speaks for itself.
+    MediaState state;
     QString artworkUrl;
     /// The bus path by which the track can be given a position; empty when only relative seeking works.
     QString trackPath;
-    /// The process that the player speaks for; 0 when it speaks for itself.
-    qint32 pid = 0;
-    bool canSeek = true;
 
     /// Whether there is anything to show: players that have just started play before they know what.
-    [[nodiscard]] bool isNamed() const { return !title.isEmpty() || !artist.isEmpty(); }
-
-    bool operator==(const PlayerReading&) const = default;
+    [[nodiscard]] bool isActive() const
+    {
+        return playback != Playback::Stopped && !(state.title.isEmpty() && state.artist.isEmpty());
+    }
 };
 
 /// From the properties of the player interface as the bus delivers them.

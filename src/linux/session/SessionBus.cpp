@@ -65,13 +65,26 @@ bool answers(const QByteArray& name)
     return greeted;
 }
 
-std::optional<QDBusConnection> open(
-    const char* variable, const QString& usualAddress, QDBusConnection (*connected)())
+struct Address {
+    const char* variable;
+    QString usual;
+};
+
+const Address& sessionAddress()
 {
-    auto address = qEnvironmentVariable(variable);
-    if (address.isEmpty())
-        address = usualAddress;
-    if (!answers(socketName(address)))
+    static const Address address { "DBUS_SESSION_BUS_ADDRESS", u"unix:runtime=yes"_s };
+    return address;
+}
+
+bool answers(const Address& address)
+{
+    const auto given = qEnvironmentVariable(address.variable);
+    return answers(socketName(given.isEmpty() ? address.usual : given));
+}
+
+std::optional<QDBusConnection> open(const Address& address, QDBusConnection (*connected)())
+{
+    if (!answers(address))
         return {};
     auto bus = connected();
     if (!bus.isConnected())
@@ -83,15 +96,20 @@ std::optional<QDBusConnection> open(
 
 std::optional<QDBusConnection> liveSessionBus()
 {
-    static const auto bus
-        = open("DBUS_SESSION_BUS_ADDRESS", u"unix:runtime=yes"_s, &QDBusConnection::sessionBus);
+    static const auto bus = open(sessionAddress(), &QDBusConnection::sessionBus);
     return bus;
+}
+
+bool sessionBusAnswers()
+{
+    return answers(sessionAddress());
 }
 
 std::optional<QDBusConnection> liveSystemBus()
 {
-    static const auto bus = open("DBUS_SYSTEM_BUS_ADDRESS", u"unix:path=/var/run/dbus/system_bus_socket"_s,
-        &QDBusConnection::systemBus);
+    static const auto bus
+        = open({ "DBUS_SYSTEM_BUS_ADDRESS", u"unix:path=/var/run/dbus/system_bus_socket"_s },
+            &QDBusConnection::systemBus);
     return bus;
 }
 

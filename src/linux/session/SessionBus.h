@@ -10,6 +10,9 @@ namespace nimbarrow {
 /// takes a moment at most, also when what stands behind the address is frozen, and never starts a bus.
 [[nodiscard]] std::optional<QDBusConnection> liveSessionBus();
 
+/// Whether a bus answers at the session's address now. Waits for a second at most; asks each time.
+[[nodiscard]] bool sessionBusAnswers();
+
 /// The message bus of the whole computer; asked as the session's is.
 [[nodiscard]] std::optional<QDBusConnection> liveSystemBus();
 

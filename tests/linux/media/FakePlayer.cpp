@@ -3,6 +3,7 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -53,17 +54,17 @@ bool FakePlayer::handleMessage(const QDBusMessage& message, const QDBusConnectio
     const auto arguments = message.arguments();
     if (message.interface() == propertiesInterface && message.member() == "GetAll"_L1)
         return connection.send(message.createReply(QVariant(m_properties)));
-    if (message.interface() == propertiesInterface && message.member() == "Get"_L1) {
-        const auto value = m_properties.value(arguments.value(1).toString());
-        return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(value))));
-    }
+    const auto property = arguments.value(1).toString();
+    if (message.interface() == propertiesInterface && message.member() == "Get"_L1)
+        return reply(message, { QVariant::fromValue(QDBusVariant(m_properties.value(property))) },
+            m_delays.value(property));
     if (message.interface() == propertiesInterface && message.member() == "Set"_L1) {
         if (m_refusesVolume)
             return connection.send(message.createErrorReply(QDBusError::PropertyReadOnly, u"fixed"_s));
         const auto value = arguments.value(2).value<QDBusVariant>().variant();
-        m_requests += arguments.value(1).toString() + u' ' + value.toString();
-        connection.send(message.createReply());
-        change({ { arguments.value(1).toString(), value } });
+        m_requests += property + u' ' + value.toString();
+        reply(message, {}, m_delays.value(property));
+        change({ { property, value } });
         return true;
     }
     if (message.interface() != playerInterface)
@@ -75,6 +76,16 @@ bool FakePlayer::handleMessage(const QDBusMessage& message, const QDBusConnectio
     }
     m_requests += request;
     return connection.send(message.createReply());
+}
+
+bool FakePlayer::reply(const QDBusMessage& message, const QVariantList& arguments, int delay) const
+{
+    if (delay == 0)
+        return m_bus.send(message.createReply(arguments));
+    message.setDelayedReply(true);
+    QTimer::singleShot(
+        delay, this, [this, message, arguments] { m_bus.send(message.createReply(arguments)); });
+    return true;
 }
 
 void FakePlayer::announce(const QVariantMap& changed, const QStringList& invalidated)

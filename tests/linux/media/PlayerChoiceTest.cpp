@@ -85,6 +85,7 @@ private Q_SLOTS:
         QVERIFY(isPlayerName(u"org.mpris.MediaPlayer2.vlc.instance42"_s));
         QVERIFY(!isPlayerName(u"org.mpris.MediaPlayer2.playerctld"_s));
         QVERIFY(!isPlayerName(u"org.mpris.MediaPlayer2.kdeconnect.mpris_000001"_s));
+        QVERIFY(!isPlayerName(u"org.mpris.MediaPlayer2.GSConnect.PhoneSpotify"_s));
         QVERIFY(!isPlayerName(u"org.mpris.MediaPlayer2"_s));
         QVERIFY(!isPlayerName(u"org.mpris.MediaPlayer2Extra.x"_s));
     }

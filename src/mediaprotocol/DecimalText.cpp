@@ -1,4 +1,4 @@
-#include "nowplaying/DecimalText.h"
+#include "mediaprotocol/DecimalText.h"
 
 #include <QLocale>
 

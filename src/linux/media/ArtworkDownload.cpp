@@ -1,0 +1,100 @@
+#include "linux/media/ArtworkDownload.h"
+
+#include "linux/media/PublicAddress.h"
+
+#include <curl/curl.h>
+#include <memory>
+#include <sys/socket.h>
+#include <utility>
+
+namespace nimbarrow {
+
+namespace {
+
+constexpr long longest = 10'000; // ms
+constexpr long mostRedirections = 3;
+
+curl_socket_t openSocket(void* mayConnect, curlsocktype /*purpose*/, curl_sockaddr* address)
+{
+    if (!(*static_cast<const ArtworkDownload::MayConnect*>(mayConnect))(address->addr))
+        return CURL_SOCKET_BAD;
+    return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+}
+
+std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* received)
+{
+    auto& picture = *static_cast<QByteArray*>(received);
+    const auto more = static_cast<qsizetype>(size * count);
+    // Less than what came: the transfer fails.
+    if (picture.size() + more > ArtworkDownload::largest)
+        return 0;
+    picture.append(bytes, more);
+    return size * count;
+}
+
+int progress(void* cancelled, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
+{
+    return static_cast<const std::atomic<bool>*>(cancelled)->load() ? 1 : 0;
+}
+
+} // namespace
+
+ArtworkDownload::ArtworkDownload()
+    : ArtworkDownload(
+        [](const sockaddr& address) { return isPublicAddress(address) && !isInOwnNetwork(address); }, {})
+{
+}
+
+ArtworkDownload::ArtworkDownload(MayConnect mayConnect, QByteArray authorities)
+    : m_mayConnect(std::move(mayConnect))
+    , m_authorities(std::move(authorities))
+{
+}
+
+QByteArray ArtworkDownload::run(const QUrl& url, const std::atomic<bool>& cancelled) const
+{
+    const std::unique_ptr<CURL, void (*)(CURL*)> handle(curl_easy_init(), &curl_easy_cleanup);
+    auto* const curl = handle.get();
+    if (curl == nullptr)
+        return {};
+    const auto address = url.toEncoded();
+    QByteArray picture;
+    bool accepted = true;
+    const auto set = [curl, &accepted](CURLoption option, auto value) {
+        accepted = accepted && curl_easy_setopt(curl, option, value) == CURLE_OK;
+    };
+    set(CURLOPT_URL, address.constData());
+    set(CURLOPT_PROTOCOLS_STR, "https");
+    set(CURLOPT_REDIR_PROTOCOLS_STR, "https");
+    set(CURLOPT_FOLLOWLOCATION, 1L);
+    set(CURLOPT_MAXREDIRS, mostRedirections);
+    // What is connected to is what was checked: a proxy would resolve the name again, where nobody looks.
+    set(CURLOPT_PROXY, "");
+    set(CURLOPT_OPENSOCKETFUNCTION, &openSocket);
+    set(CURLOPT_OPENSOCKETDATA, &m_mayConnect);
+    // No cookies, no .netrc, no authentication unless asked for; what an address itself says is asking.
+    set(CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);
+    // Some servers give nothing to whom they do not know; this is what everybody says.
+    set(CURLOPT_USERAGENT, "Mozilla/5.0");
+    set(CURLOPT_FAILONERROR, 1L);
+    set(CURLOPT_TIMEOUT_MS, longest);
+    set(CURLOPT_MAXFILESIZE, static_cast<long>(largest));
+    set(CURLOPT_WRITEFUNCTION, &receive);
+    set(CURLOPT_WRITEDATA, &picture);
+    set(CURLOPT_NOPROGRESS, 0L);
+    set(CURLOPT_XFERINFOFUNCTION, &progress);
+    set(CURLOPT_XFERINFODATA, &cancelled);
+    set(CURLOPT_NOSIGNAL, 1L);
+    // A resolver that hangs holds nobody.
+    set(CURLOPT_QUICK_EXIT, 1L);
+    if (!m_authorities.isEmpty())
+        set(CURLOPT_CAINFO, m_authorities.constData());
+    // Without one of these the promise would not hold.
+    if (!accepted || curl_easy_perform(curl) != CURLE_OK)
+        return {};
+    long status = 0;
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+    return status == 200 ? picture : QByteArray();
+}
+
+} // namespace nimbarrow
