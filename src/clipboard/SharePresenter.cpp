@@ -2,6 +2,8 @@
 
 #include "platform/Opener.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <utility>
 
@@ -27,7 +29,12 @@ SharePresenter::SharePresenter(SharePicker& picker, Opener& opener, QList<ShareI
     , m_items(std::move(items))
     , m_onDone(std::move(onDone))
 {
-    offer();
+    m_asks = !m_picker.present(m_items, [self = QPointer(this)] {
+        if (self)
+            self->close();
+    });
+    if (m_asks)
+        offer();
 }
 
 void SharePresenter::offer()

@@ -21,6 +21,8 @@ class SharePresenter final : public QObject {
     QML_UNCREATABLE("Made by whoever shares something")
     /// Each with a `symbol` and a `titleKey`; may be empty.
     Q_PROPERTY(QVariantList choices READ choices CONSTANT FINAL)
+    /// False while the system's own picker asks.
+    Q_PROPERTY(bool asks READ asks CONSTANT FINAL)
 
 public:
     /// The references outlive the presenter. `onDone` runs once, when the user has chosen or would not; not
@@ -30,6 +32,7 @@ public:
 
     [[nodiscard]] const QList<ShareItem>& items() const { return m_items; }
     [[nodiscard]] QVariantList choices() const;
+    [[nodiscard]] bool asks() const { return m_asks; }
 
     /// Does it and closes; no choice at `index` does nothing.
     Q_INVOKABLE void choose(int index);
@@ -46,6 +49,7 @@ private:
     QList<ShareChoice> m_choices;
     std::function<void()> m_onDone;
     bool m_isOpen = true;
+    bool m_asks = true;
 };
 
 } // namespace nimbarrow

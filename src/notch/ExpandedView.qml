@@ -177,7 +177,7 @@ Item {
         id: chooser
 
         anchors.fill: content
-        shown: root.handoff.sharing !== null
+        shown: root.handoff.sharing?.asks ?? false
 
         content: ShareChooser {
             anchors.fill: parent

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <variant>
 
 namespace nimbarrow {
@@ -24,6 +25,13 @@ enum class ShareService {
 /// Port: gives things to other programs, by the services that the system has for it.
 class SharePicker : public Port {
 public:
+    /// Lets the user choose in the system's own picker. False where there is none: then what `services` names
+    /// is shown. `done` runs later, once, when the picker is closed.
+    [[nodiscard]] virtual bool present(const QList<ShareItem>& /*items*/, std::function<void()> /*done*/)
+    {
+        return false;
+    }
+
     /// What can be done with these now, in the order to show it. Answers at once.
     [[nodiscard]] virtual QList<ShareService> services(const QList<ShareItem>& items) const = 0;
 

@@ -66,6 +66,24 @@ private Q_SLOTS:
         QCOMPARE(m_opener.opened, QList { file });
     }
 
+    void leavesTheQuestionToTheSystem()
+    {
+        auto done = 0;
+        m_picker.presents = true;
+        {
+            SharePresenter presenter(m_picker, m_opener, { u"text"_s }, [&done] { ++done; });
+            QVERIFY(!presenter.asks());
+            QVERIFY(presenter.choices().isEmpty());
+            QCOMPARE(m_picker.shared, QList<ShareItem> { u"text"_s });
+            m_picker.done();
+            QCOMPARE(done, 1);
+        }
+        // The system may tell of the end when nobody waits for it any more.
+        m_picker.done();
+        QCOMPARE(done, 1);
+        m_picker.presents = false;
+    }
+
     void isDoneWithoutAChoice()
     {
         m_picker.used.reset();

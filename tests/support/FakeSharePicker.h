@@ -11,7 +11,19 @@ class FakeSharePicker final : public SharePicker {
 public:
     QList<ShareService> offered { ShareService::Email, ShareService::OpenWith };
     std::optional<ShareService> used;
+    /// As where the system has a picker of its own; then `done` closes it.
+    bool presents = false;
+    std::function<void()> done;
     QList<ShareItem> shared;
+
+    [[nodiscard]] bool present(const QList<ShareItem>& items, std::function<void()> whenDone) override
+    {
+        if (!presents)
+            return false;
+        shared = items;
+        done = std::move(whenDone);
+        return true;
+    }
 
     [[nodiscard]] QList<ShareService> services(const QList<ShareItem>& /*items*/) const override
     {
