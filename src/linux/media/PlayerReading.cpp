@@ -42,6 +42,9 @@ QVariant unwrapped(const QVariant& value)
     return {};
 }
 
+// Nobody shows more of a title.
+constexpr qsizetype longestText = 500;
+
 QString oneLine(const QString& text)
 {
     return displayLine(text, longestText).simplified();
