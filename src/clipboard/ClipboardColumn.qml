@@ -21,6 +21,8 @@ Item {
 
     readonly property real _titleHeight: 16
     readonly property bool _hasImages: store.imageItems.count > 0
+    /// Where the history begins, below the title and what is to be said of it.
+    readonly property real _top: _titleHeight + (notice.visible ? notice.height : 0)
 
     Line {
         id: title
@@ -43,9 +45,22 @@ Item {
         onClicked: root.store.clear()
     }
 
+    Line {
+        id: notice
+
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
+        color: Theme.secondary
+        height: root._titleHeight
+        text: root.store.notice
+        visible: text !== ""
+        width: root.width
+        y: root._titleHeight
+    }
+
     FadingContent {
         anchors.fill: parent
-        anchors.topMargin: root._titleHeight
+        anchors.topMargin: root._top
         shown: root.store.isEmpty
 
         content: EmptyHistory {
@@ -58,7 +73,7 @@ Item {
         anchors.right: parent.right
         height: Theme.thumbHeight
         shown: root._hasImages
-        y: root._titleHeight + 4
+        y: root._top + 4
 
         content: ImageStrip {
             anchors.fill: parent
@@ -78,7 +93,7 @@ Item {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: parent.top
-        anchors.topMargin: root._titleHeight + 4 + (root._hasImages ? Theme.thumbHeight + Theme.gap : 0)
+        anchors.topMargin: root._top + 4 + (root._hasImages ? Theme.thumbHeight + Theme.gap : 0)
         handoff: root.handoff
         keyboardMode: root.keyboardMode
         selection: root.selection

@@ -48,6 +48,27 @@ QJsonObject encodeItem(const ClipboardItem& item)
     return object;
 }
 
+qsizetype encodedSize(QStringView text)
+{
+    constexpr qsizetype escaped = 6;
+    qsizetype size = 0;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const auto code = text[at].unicode();
+        if (code < 0x20)
+            size += code >= u'\b' && code <= u'\r' && code != u'\v' ? 2 : escaped;
+        else if (code < 0x80)
+            size += code == u'"' || code == u'\\' || code == u'/' ? 2 : 1;
+        else if (code < 0x800)
+            size += 2;
+        else if (text[at].isLowSurrogate() && at > 0 && text[at - 1].isHighSurrogate())
+            // With the other half, which was taken for a lone one.
+            size += 4 - escaped;
+        else
+            size += text[at].isSurrogate() ? escaped : 3;
+    }
+    return size;
+}
+
 /// In the shape, "d" stands for a digit and "h" for a hexadecimal one; the rest for itself.
 bool hasShape(QStringView text, QLatin1StringView shape)
 {
@@ -174,6 +195,19 @@ std::optional<ClipboardItem> decodeItem(const QJsonValue& value)
 }
 
 } // namespace
+
+qsizetype encodedSize(const ClipboardItem& item)
+{
+    // The names of the keys, the values of fixed length and what stands between them.
+    constexpr qsizetype frame = 448;
+    constexpr qsizetype perPath = 16;
+    auto size = frame + encodedSize(item.text.value_or(QString()))
+        + encodedSize(item.imagePath.value_or(QString())) + encodedSize(item.sourceApp.value_or(QString()))
+        + encodedSize(item.contentHash.value_or(QString()));
+    for (const auto& path : item.filePaths.value_or(QStringList()))
+        size += perPath + encodedSize(path);
+    return size;
+}
 
 QByteArray encode(const QList<ClipboardItem>& items)
 {

@@ -1,19 +1,14 @@
 #include "clipboard/ClipboardStore.h"
 
-#include "clipboard/ClipboardIndex.h"
-#include "clipboard/PrivateFiles.h"
+#include "clipboard/SamePicture.h"
 #include "clipboard/TextPrefix.h"
-#include "platform/Clock.h"
 #include "platform/Locations.h"
-#include "platform/WorkQueue.h"
 #include "preferences/L10n.h"
 #include "preferences/Settings.h"
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QSemaphore>
 #include <QSet>
 
 #include <algorithm>
@@ -28,53 +23,20 @@ namespace {
 
 using Kind = ClipboardItem::Kind;
 
-constexpr auto saveDelay = 500ms;
-constexpr int longestFlush = 3000; // ms
 constexpr qint64 lowestLimit = 10;
 constexpr qsizetype maxCharacters = 20'000;
+/// Some programs have no other name than the title of their window.
+constexpr qsizetype maxCharactersOfName = 200;
+constexpr qsizetype maxFiles = 10'000;
+constexpr qsizetype maxBytesOfPaths = qsizetype { 4 } * 1024 * 1024;
 /// In UTF-16 units: hashing a longer text is felt.
 constexpr qsizetype maxHashedAtOnce = qsizetype { 256 } * 1024;
-
-// Rows are shown by time, and the user's clock may have been set back since.
-QList<ClipboardItem> inDisplayOrder(const QList<ClipboardItem>& items, bool images)
-{
-    QList<const ClipboardItem*> order;
-    order.reserve(items.size());
-    for (const auto pinned : { true, false }) {
-        for (const auto& item : items) {
-            if (item.pinned == pinned && (item.kind == Kind::Image) == images)
-                order << &item;
-        }
-    }
-    const auto isBefore = [](const ClipboardItem* one, const ClipboardItem* other) {
-        return ClipboardListModel::isBefore(*one, *other);
-    };
-    if (!std::ranges::is_sorted(order, isBefore))
-        std::ranges::stable_sort(order, isBefore);
-    QList<ClipboardItem> ordered;
-    ordered.reserve(order.size());
-    for (const auto* item : std::as_const(order))
-        ordered << *item;
-    return ordered;
-}
+/// A screenshot tool copies the picture and saves it, or the other way round; encoding it takes seconds.
+constexpr auto sameActionTime = 10s;
 
 QString keyOfText(QStringView text)
 {
     return ClipboardStore::hash(text.trimmed().toUtf8());
-}
-
-QString imageName(const QUuid& id)
-{
-    return id.toString(QUuid::WithoutBraces).toUpper() + ".png"_L1;
-}
-
-// An image is written before the entry that names it is saved, and the program may end in between.
-void removeImagesWithoutEntry(const QString& folder, const QSet<QString>& entries)
-{
-    for (const auto& file : QDir(folder).entryInfoList(QDir::Files)) {
-        if (file.fileName() == imageName(QUuid(file.baseName())) && !entries.contains(file.filePath()))
-            QFile::remove(file.filePath());
-    }
 }
 
 } // namespace
@@ -84,59 +46,29 @@ ClipboardStore::ClipboardStore(const Settings& settings, const Locations& locati
     : QObject(parent)
     , m_settings(settings)
     , m_clock(clock)
-    , m_scheduler(scheduler)
-    , m_directory(QDir::cleanPath(locations.applicationSupport() + "/Nimbarrow"_L1))
-    , m_imagesDirectory(m_directory + "/images"_L1)
-    , m_indexPath(m_directory + "/index.json"_L1)
-    , m_io(queues.serial(u"ua.tessak.Nimbarrow.store"_s))
+    , m_files(
+          locations.applicationSupport() + "/Nimbarrow"_L1, [this] { return items(); }, scheduler, queues)
 {
-    privatefiles::makeFolder(m_directory);
-    privatefiles::makeFolder(m_imagesDirectory);
-    load();
+    m_history = ClipboardHistory(m_files.load());
+    publish();
+    connect(&m_files, &HistoryFiles::stateChanged, this, &ClipboardStore::noticeChanged);
     connect(&L10n::instance(), &L10n::currentChanged, this, [this] {
         m_textualModel.retranslate();
         m_imageModel.retranslate();
+        Q_EMIT noticeChanged();
     });
 }
 
-ClipboardStore::~ClipboardStore()
-{
-    if (m_saveTimer.isSet())
-        save();
-}
+ClipboardStore::~ClipboardStore() = default;
 
-void ClipboardStore::load()
+QString ClipboardStore::notice() const
 {
-    const auto json = privatefiles::read(m_indexPath, clipboardindex::maxSize);
-    const auto items = json ? clipboardindex::decode(*json) : std::nullopt;
-    m_items = items.value_or(QList<ClipboardItem>());
-    m_items.removeIf([](const auto& item) { return item.imagePath && !QFileInfo::exists(*item.imagePath); });
-    for (const auto& item : std::as_const(m_items))
-        remember(item);
-    publish();
-    tidy(items || !QFileInfo::exists(m_indexPath));
-}
-
-void ClipboardStore::tidy(bool indexIsKnown)
-{
-    QSet<QString> images;
-    for (const auto& item : std::as_const(m_items)) {
-        if (item.imagePath)
-            images << QDir::cleanPath(*item.imagePath);
+    switch (m_files.state()) {
+    case HistoryFiles::State::Good: break;
+    case HistoryFiles::State::NotSaved: return L10n::text(L10n::Key::HistoryNotSaved);
+    case HistoryFiles::State::OldIndexKept: return L10n::text(L10n::Key::OldHistoryKept);
     }
-    m_io->run([folder = m_directory, imagesFolder = m_imagesDirectory, images, indexIsKnown] {
-        privatefiles::tidyFolder(folder);
-        privatefiles::tidyFolder(imagesFolder);
-        // An index that cannot be read may still name them.
-        if (indexIsKnown)
-            removeImagesWithoutEntry(imagesFolder, images);
-    });
-}
-
-const ClipboardItem* ClipboardStore::find(const QUuid& id) const
-{
-    const auto item = std::ranges::find(m_items, id, &ClipboardItem::id);
-    return item == m_items.end() ? nullptr : &*item;
+    return {};
 }
 
 QUrl ClipboardStore::imageUrl(const QUuid& id) const
@@ -154,14 +86,14 @@ void ClipboardStore::addText(const QString& text, const std::optional<QString>& 
         return;
     }
     const auto key = std::make_shared<QString>();
-    m_io->run([key, text] { *key = keyOfText(text); }, this,
+    m_files.run([key, text] { *key = keyOfText(text); }, this,
         [this, key, text, sourceApp] { insertText(text, *key, sourceApp); });
 }
 
 void ClipboardStore::insertText(
     const QString& text, const QString& key, const std::optional<QString>& sourceApp)
 {
-    if (promoteExisting(key))
+    if (promote(key))
         return;
     const auto trimmed = QStringView(text).trimmed();
     const auto link = trimmed.size() <= maxStoredLength && isLink(trimmed.toString());
@@ -172,13 +104,24 @@ void ClipboardStore::insertText(
 
 void ClipboardStore::addFiles(const QList<QUrl>& urls, const std::optional<QString>& sourceApp)
 {
-    if (urls.isEmpty())
+    if (urls.isEmpty() || urls.size() > maxFiles)
         return;
     QStringList paths;
     for (const auto& url : urls)
         paths << storedFile(url);
+    const auto joined = paths.join(u'\n').toUtf8();
+    if (joined.size() > maxBytesOfPaths)
+        return;
     const auto isImage = paths.size() == 1 && isImageFile(paths.first()) && paths.first().startsWith(u'/');
-    auto item = makeItem(isImage ? Kind::Image : Kind::Files, hash(paths.join(u'\n').toUtf8()), sourceApp);
+    if (const auto own = isImage ? m_files.ownImageName(paths.first()) : QString(); !own.isEmpty()) {
+        const auto entry = std::ranges::find_if(items(),
+            [&own](const auto& item) { return item.imagePath && item.imagePath->endsWith(u'/' + own); });
+        // Without an entry it is the file of one that is gone, and goes too.
+        if (entry != items().end())
+            promote(QUuid(entry->id));
+        return;
+    }
+    auto item = makeItem(isImage ? Kind::Image : Kind::Files, hash(joined), sourceApp);
     if (isImage)
         item.imagePath = paths.first();
     else
@@ -188,26 +131,47 @@ void ClipboardStore::addFiles(const QList<QUrl>& urls, const std::optional<QStri
 
 void ClipboardStore::addImage(const QByteArray& pngData, const std::optional<QString>& sourceApp)
 {
+    ++m_imagesUnderWay;
     const auto key = std::make_shared<QString>();
-    m_io->run([key, pngData] { *key = hash(pngData); }, this,
+    m_files.run([key, pngData] { *key = hash(pngData); }, this,
         [this, key, pngData, sourceApp] { storeImage(pngData, *key, sourceApp); });
 }
 
 void ClipboardStore::storeImage(
     const QByteArray& pngData, const QString& key, const std::optional<QString>& sourceApp)
 {
-    if (promoteExisting(key))
+    if (promote(key)) {
+        --m_imagesUnderWay;
         return;
-    const QString path = m_imagesDirectory + u'/' + imageName(QUuid::createUuid());
-    const auto written = std::make_shared<bool>(false);
-    m_io->run([written, path, pngData] { *written = privatefiles::write(path, pngData); }, this,
-        [this, written, path, key, sourceApp] {
-            if (!*written)
+    }
+    struct Result {
+        std::optional<QUuid> screenshot;
+        bool isWritten = false;
+    };
+    const auto result = std::make_shared<Result>();
+    const auto path = m_files.newImagePath();
+    m_files.run(
+        [result, path, pngData, screenshots = recentImages(true)] {
+            for (const auto& screenshot : screenshots) {
+                if (!samePicture(pngData, screenshot.path))
+                    continue;
+                result->screenshot = screenshot.id;
+                return;
+            }
+            result->isWritten = HistoryFiles::writeImage(path, pngData);
+        },
+        this,
+        [this, result, path, key, sourceApp] {
+            --m_imagesUnderWay;
+            if (result->screenshot && promote(*result->screenshot))
+                return;
+            m_files.noteImage(result->isWritten || result->screenshot);
+            if (!result->isWritten)
                 return;
             auto item = makeItem(Kind::Image, key, sourceApp);
             item.imagePath = path;
             // The same image may have come in while this one was being written.
-            if (promoteExisting(key))
+            if (promote(key))
                 dropImages({ item });
             else
                 insert(item);
@@ -221,60 +185,101 @@ void ClipboardStore::addScreenshot(const QUrl& url)
     auto item = makeItem(Kind::Image, "file:"_L1 + path, L10n::text(L10n::Key::KindScreenshot));
     item.imagePath = path;
     item.isScreenshot = true;
-    promoteOrInsert(item);
+    insertScreenshot(item);
+}
+
+void ClipboardStore::insertScreenshot(const ClipboardItem& item)
+{
+    if (m_imagesUnderWay > 0) {
+        // One of them may be this picture. Each step of theirs comes before this one.
+        m_files.run([] {}, this, [this, item] { insertScreenshot(item); });
+        return;
+    }
+    const auto copies = recentImages(false);
+    if (copies.isEmpty()) {
+        promoteOrInsert(item);
+        return;
+    }
+    const auto same = std::make_shared<QUuid>();
+    m_files.run(
+        [same, copies, path = *item.imagePath] {
+            const auto found = std::ranges::find_if(copies,
+                [&path](const auto& copy) { return copy.path == path || samePicture(copy.path, path); });
+            if (found != copies.end())
+                *same = found->id;
+        },
+        this,
+        [this, same, item] {
+            const auto* const copied = find(*same);
+            if (copied)
+                becomeScreenshot(ClipboardItem(*copied), item);
+            else
+                promoteOrInsert(item);
+        });
+}
+
+void ClipboardStore::becomeScreenshot(const ClipboardItem& copied, ClipboardItem screenshot)
+{
+    if (promote(*screenshot.contentHash))
+        return;
+    screenshot.id = copied.id;
+    screenshot.createdAt = copied.createdAt;
+    screenshot.pinned = copied.pinned;
+    m_history.replace(screenshot);
+    publish();
+    dropImages({ copied });
+    m_files.saveSoon();
+}
+
+QList<ClipboardStore::ImageFile> ClipboardStore::recentImages(bool screenshots)
+{
+    m_recentImages.removeIf(
+        [now = m_clock.now()](const auto& image) { return now - image.at > sameActionTime; });
+    QList<ImageFile> files;
+    for (const auto& image : std::as_const(m_recentImages)) {
+        const auto* const item = find(image.id);
+        if (item && item->imagePath && item->isScreenshot == screenshots)
+            files << ImageFile { item->id, *item->imagePath };
+    }
+    return files;
 }
 
 void ClipboardStore::togglePin(const QUuid& id)
 {
-    const auto item = std::ranges::find(m_items, id, &ClipboardItem::id);
-    if (item == m_items.end())
+    if (!m_history.togglePin(id))
         return;
-    item->pinned = !item->pinned;
     publish();
-    scheduleSave();
+    m_files.saveSoon();
 }
 
 void ClipboardStore::remove(const QUuid& id)
 {
-    QList<ClipboardItem> removed;
-    std::ranges::copy_if(
-        m_items, std::back_inserter(removed), [&id](const auto& item) { return item.id == id; });
-    if (removed.isEmpty())
-        return;
-    m_items.removeIf([&id](const auto& item) { return item.id == id; });
-    publish();
-    letGo(removed);
-    scheduleSave();
+    removed(m_history.remove(id));
 }
 
 void ClipboardStore::clear()
 {
-    QList<ClipboardItem> removed;
-    std::ranges::copy_if(m_items, std::back_inserter(removed), [](const auto& item) { return !item.pinned; });
-    m_items.removeIf([](const auto& item) { return !item.pinned; });
-    publish();
-    letGo(removed);
-    scheduleSave();
+    removed(m_history.removeUnpinned());
 }
 
 void ClipboardStore::enforceLimit()
 {
-    const auto overflow = takeOverflow();
-    if (overflow.isEmpty())
+    removed(m_history.removeOverflow(std::max(m_settings.historyLimit(), lowestLimit)));
+}
+
+void ClipboardStore::removed(const QList<ClipboardItem>& items)
+{
+    if (items.isEmpty())
         return;
     publish();
-    letGo(overflow);
-    // What the user no longer wants to keep is not to stay on disk until the next copy.
-    scheduleSave();
+    dropImages(items);
+    // What the user no longer wants to keep is not to stay on disk, whatever happens next.
+    m_files.saveNow();
 }
 
 void ClipboardStore::flush()
 {
-    if (m_saveTimer.isSet())
-        save();
-    const auto done = std::make_shared<QSemaphore>();
-    m_io->run([done] { done->release(); });
-    done->tryAcquire(1, longestFlush);
+    m_files.flush();
 }
 
 ClipboardItem ClipboardStore::makeItem(
@@ -284,95 +289,46 @@ ClipboardItem ClipboardStore::makeItem(
     item.id = QUuid::createUuid();
     item.kind = kind;
     item.createdAt = m_clock.wallTime();
-    item.sourceApp = sourceApp;
+    if (sourceApp)
+        item.sourceApp = firstCharacters(*sourceApp, maxCharactersOfName);
     item.contentHash = key;
     return item;
 }
 
-void ClipboardStore::remember(const ClipboardItem& item)
+template <typename Key>
+bool ClipboardStore::promote(const Key& key)
 {
-    if (item.contentHash)
-        m_capturesByHash.insert(*item.contentHash, { item.id, item.createdAt });
-}
-
-QList<ClipboardItem>::iterator ClipboardStore::findCaptured(const QString& key)
-{
-    const auto known = m_capturesByHash.count(key);
-    if (known == 0)
-        return m_items.end();
-    // Of several, which only an index from elsewhere can have, the one that stands first.
-    if (known > 1)
-        return std::ranges::find(m_items, key, &ClipboardItem::contentHash);
-    // The newest stand first, unless the clock was set back.
-    const auto capture = m_capturesByHash.value(key);
-    auto item = std::ranges::partition_point(
-        m_items, [&capture](const ClipboardItem& other) { return other.createdAt > capture.at; });
-    while (item != m_items.end() && item->id != capture.id && item->createdAt == capture.at)
-        ++item;
-    return item != m_items.end() && item->id == capture.id
-        ? item
-        : std::ranges::find(m_items, capture.id, &ClipboardItem::id);
-}
-
-bool ClipboardStore::promoteExisting(const QString& key)
-{
-    const auto found = findCaptured(key);
-    if (found == m_items.end())
+    const auto before = m_history.promote(key, m_clock.wallTime());
+    if (!before)
         return false;
-    const auto before = m_items.takeAt(found - m_items.begin());
-    m_capturesByHash.remove(key, { before.id, before.createdAt });
-    m_items.prepend(before);
-    auto& item = m_items.first();
-    item.createdAt = m_clock.wallTime();
-    remember(item);
-    show(item, &before);
-    scheduleSave();
+    if (before->kind == Kind::Image)
+        m_recentImages << RecentImage { before->id, m_clock.now() };
+    show(items().first(), &*before);
+    m_files.saveSoon();
     return true;
 }
 
 void ClipboardStore::insert(const ClipboardItem& item)
 {
-    m_items.prepend(item);
-    remember(item);
-    if (const auto overflow = takeOverflow(); overflow.isEmpty()) {
+    m_history.add(item);
+    if (item.kind == Kind::Image)
+        m_recentImages << RecentImage { item.id, m_clock.now() };
+    const auto overflow = m_history.removeOverflow(std::max(m_settings.historyLimit(), lowestLimit));
+    if (overflow.isEmpty()) {
         show(item, nullptr);
     } else {
         publish();
-        letGo(overflow);
+        dropImages(overflow);
     }
-    scheduleSave();
-    if (onNewItem)
+    m_files.saveSoon();
+    if (onNewItem && find(item.id))
         onNewItem(item);
 }
 
 void ClipboardStore::promoteOrInsert(const ClipboardItem& item)
 {
-    if (!promoteExisting(*item.contentHash))
+    if (!promote(*item.contentHash))
         insert(item);
-}
-
-QList<ClipboardItem> ClipboardStore::takeOverflow()
-{
-    auto room = std::max(m_settings.historyLimit(), lowestLimit);
-    QList<ClipboardItem> overflow;
-    if (m_items.size() <= room)
-        return overflow;
-    m_items.removeIf([&room, &overflow](const auto& item) {
-        if (item.pinned || room-- > 0)
-            return false;
-        overflow << item;
-        return true;
-    });
-    return overflow;
-}
-
-void ClipboardStore::letGo(const QList<ClipboardItem>& removed)
-{
-    for (const auto& item : removed) {
-        if (item.contentHash)
-            m_capturesByHash.remove(*item.contentHash, { item.id, item.createdAt });
-    }
-    dropImages(removed);
 }
 
 void ClipboardStore::dropImages(const QList<ClipboardItem>& removed)
@@ -381,11 +337,16 @@ void ClipboardStore::dropImages(const QList<ClipboardItem>& removed)
     for (const auto& item : removed) {
         if (item.imagePath)
             paths << QDir::cleanPath(*item.imagePath);
+        // Copied out of the history's folder, together with others.
+        for (const auto& path : item.filePaths.value_or(QStringList())) {
+            if (!m_files.ownImageName(path).isEmpty())
+                paths << QDir::cleanPath(path);
+        }
     }
     if (paths.isEmpty())
         return;
-    // An image dragged from the history back into it is two entries with one file.
-    for (const auto& item : std::as_const(m_items)) {
+    // An image dragged from the history back into it was two entries with one file.
+    for (const auto& item : items()) {
         if (item.imagePath)
             paths.removeAll(QDir::cleanPath(*item.imagePath));
     }
@@ -393,11 +354,7 @@ void ClipboardStore::dropImages(const QList<ClipboardItem>& removed)
     for (const auto& path : std::as_const(paths))
         files << QUrl::fromLocalFile(path);
     Q_EMIT imagesDropped(files);
-    paths.removeIf([this](const auto& path) { return !path.startsWith(m_imagesDirectory + u'/'); });
-    m_io->run([paths] {
-        for (const auto& path : paths)
-            QFile::remove(path);
-    });
+    m_files.removeWithNextSave(paths, items());
 }
 
 void ClipboardStore::show(const ClipboardItem& item, const ClipboardItem* before)
@@ -408,27 +365,9 @@ void ClipboardStore::show(const ClipboardItem& item, const ClipboardItem* before
 
 void ClipboardStore::publish()
 {
-    m_textualModel.setItems(inDisplayOrder(m_items, false));
-    m_imageModel.setItems(inDisplayOrder(m_items, true));
+    m_textualModel.setItems(m_history.displayed(false));
+    m_imageModel.setItems(m_history.displayed(true));
     Q_EMIT itemsChanged();
-}
-
-void ClipboardStore::scheduleSave()
-{
-    m_saveTimer = m_scheduler.after(saveDelay, [this] { save(); });
-}
-
-void ClipboardStore::save()
-{
-    m_saveTimer.cancel();
-    // This thread lets go of the list last: a list that seems to be shared with nobody is changed in place,
-    // and only the answer tells that the other thread has read it.
-    m_io->run(
-        [items = m_items, path = m_indexPath] {
-            // A full disk leaves the old index; the next change tries again.
-            std::ignore = privatefiles::write(path, clipboardindex::encode(items));
-        },
-        this, [items = m_items] {});
 }
 
 bool ClipboardStore::isLink(const QString& text)

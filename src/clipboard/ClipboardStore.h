@@ -1,30 +1,27 @@
 #pragma once
 
-#include "clipboard/ClipboardItem.h"
+#include "clipboard/ClipboardHistory.h"
 #include "clipboard/ClipboardListModel.h"
-#include "platform/Scheduler.h"
+#include "clipboard/HistoryFiles.h"
+#include "platform/Clock.h"
 
 #include <QByteArray>
 #include <QList>
-#include <QMultiHash>
 #include <QObject>
 #include <QUrl>
 #include <QUuid>
 #include <qqmlintegration.h>
 
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace nimbarrow {
 
-class Clock;
 class Locations;
 class Settings;
-class WorkQueue;
 class WorkQueues;
 
-/// The clipboard history: its entries, the image files that belong to them, and the index on disk.
+/// The clipboard history as the program sees it: its entries, kept on disk, and what comes into it.
 class ClipboardStore final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -34,16 +31,20 @@ class ClipboardStore final : public QObject {
     /// Images in display order.
     Q_PROPERTY(nimbarrow::ClipboardListModel* imageItems READ imageModel CONSTANT FINAL)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY itemsChanged FINAL)
+    /// What the user has to know of the history on disk, in one line of the current language; usually empty.
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
 
 public:
     /// Loads what is on disk. All references outlive the store.
     ClipboardStore(const Settings& settings, const Locations& locations, const Clock& clock,
         Scheduler& scheduler, WorkQueues& queues, QObject* parent = nullptr);
+    /// Waits until everything is on disk.
     ~ClipboardStore() override;
 
     /// Newest capture first; pinned entries stand where their capture put them.
-    [[nodiscard]] const QList<ClipboardItem>& items() const { return m_items; }
-    [[nodiscard]] bool isEmpty() const { return m_items.isEmpty(); }
+    [[nodiscard]] const QList<ClipboardItem>& items() const { return m_history.items(); }
+    [[nodiscard]] bool isEmpty() const { return items().isEmpty(); }
+    [[nodiscard]] QString notice() const;
 
     /// Pinned entries first, then the newest; without images.
     [[nodiscard]] const QList<ClipboardItem>& textualItems() const { return m_textualModel.items(); }
@@ -51,26 +52,31 @@ public:
     [[nodiscard]] ClipboardListModel* textualModel() { return &m_textualModel; }
     [[nodiscard]] ClipboardListModel* imageModel() { return &m_imageModel; }
 
-    [[nodiscard]] const ClipboardItem* find(const QUuid& id) const;
+    [[nodiscard]] const ClipboardItem* find(const QUuid& id) const { return m_history.find(id); }
     /// Of an image entry; empty for every other.
     Q_INVOKABLE [[nodiscard]] QUrl imageUrl(const QUuid& id) const;
 
     void addText(const QString& text, const std::optional<QString>& sourceApp);
+    /// An image file of the history's own brings its entry to the top. More than 10,000 files, or 4 MiB of
+    /// paths, are not recorded.
     void addFiles(const QList<QUrl>& urls, const std::optional<QString>& sourceApp);
     /// The entry appears once its file is on disk; without the file there is no entry.
     void addImage(const QByteArray& pngData, const std::optional<QString>& sourceApp);
-    /// A file that the system's screenshot tool has written; it stays where it is.
+    /// A file that the system's screenshot tool has written; it stays where it is. The same picture copied by
+    /// that tool, seconds before or after, is one entry with it.
     void addScreenshot(const QUrl& url);
 
+    /// Nothing where there is no room for one more pinned entry.
     Q_INVOKABLE void togglePin(const QUuid& id);
-    /// Removes the entry and the file that the store wrote for it.
+    /// Removes the entry and the file that the store wrote for it, on disk as well at once.
     Q_INVOKABLE void remove(const QUuid& id);
-    /// Removes every entry that is not pinned.
+    /// Removes every entry that is not pinned, on disk as well at once.
     Q_INVOKABLE void clear();
 
     void enforceLimit();
 
-    /// Puts everything that is pending on the disk and waits for it, for at most 3 s. For the end of the program.
+    /// Saves all that is pending, also what is still on its way into the history, and waits for it a few
+    /// seconds at most. Blocks: for the end of the program alone.
     void flush();
 
     /// Called for every entry that was not there before, after `items` has it.
@@ -85,55 +91,52 @@ public:
 
 Q_SIGNALS:
     void itemsChanged();
+    void noticeChanged();
     /// These image files belong to no entry any more.
     void imagesDropped(const QList<QUrl>& files);
 
 private:
-    /// Which entry has some content, and when it was captured last.
-    struct Capture {
+    /// An image that has just been copied or saved.
+    struct RecentImage {
         QUuid id;
-        QDateTime at;
-        friend bool operator==(const Capture&, const Capture&) = default;
+        Clock::Instant at;
+    };
+    struct ImageFile {
+        QUuid id;
+        QString path;
     };
 
-    void load();
-    void tidy(bool indexIsKnown);
     void insertText(const QString& text, const QString& key, const std::optional<QString>& sourceApp);
     void storeImage(const QByteArray& pngData, const QString& key, const std::optional<QString>& sourceApp);
+    void insertScreenshot(const ClipboardItem& item);
+    /// Puts the screenshot into the place of the entry that is the same picture.
+    void becomeScreenshot(const ClipboardItem& copied, ClipboardItem screenshot);
+    /// Screenshots, or images that are none, of the last seconds.
+    [[nodiscard]] QList<ImageFile> recentImages(bool screenshots);
     [[nodiscard]] ClipboardItem makeItem(
         ClipboardItem::Kind kind, const QString& key, const std::optional<QString>& sourceApp) const;
-    void remember(const ClipboardItem& item);
-    [[nodiscard]] QList<ClipboardItem>::iterator findCaptured(const QString& key);
-    /// True when an entry with this hash is at the top now.
-    bool promoteExisting(const QString& key);
+    /// True when an entry with this hash, or this identifier, is at the top now.
+    template <typename Key>
+    bool promote(const Key& key);
     void insert(const ClipboardItem& item);
     void promoteOrInsert(const ClipboardItem& item);
-    /// Takes the oldest entries out that are above the limit.
-    [[nodiscard]] QList<ClipboardItem> takeOverflow();
-    /// Of entries that are no longer in the history.
-    void letGo(const QList<ClipboardItem>& removed);
-    /// Deletes the files that the store wrote for these entries and that no other entry has.
+    /// Of entries that are no longer in the history: their files go with the next save.
     void dropImages(const QList<ClipboardItem>& removed);
+    void removed(const QList<ClipboardItem>& items);
     /// An entry that has just come to the top, and as it was `before`, if it was there.
     void show(const ClipboardItem& item, const ClipboardItem* before);
     /// After any other change.
     void publish();
-    void scheduleSave();
-    void save();
 
     const Settings& m_settings;
     const Clock& m_clock;
-    Scheduler& m_scheduler;
-    QString m_directory;
-    QString m_imagesDirectory;
-    QString m_indexPath;
-    QList<ClipboardItem> m_items;
-    QMultiHash<QString, Capture> m_capturesByHash;
+    ClipboardHistory m_history;
     ClipboardListModel m_textualModel;
     ClipboardListModel m_imageModel;
-    std::unique_ptr<WorkQueue> m_io;
-    /// Set while the index on disk is behind.
-    Timer m_saveTimer;
+    QList<RecentImage> m_recentImages;
+    /// How many images are copied and not yet in the history.
+    int m_imagesUnderWay = 0;
+    HistoryFiles m_files;
 };
 
 } // namespace nimbarrow

@@ -80,6 +80,9 @@ constexpr std::array table {
     Text { L10n::Key::ShareShowInFolder, u"Show in folder", u"Показати в теці" },
     Text { L10n::Key::ShareOpen, u"Open", u"Відкрити" },
     Text { L10n::Key::ShareNothing, u"No app to share with", u"Немає кому передати" },
+    Text { L10n::Key::HistoryNotSaved, u"Cannot be saved to disk", u"Не вдається зберегти на диск" },
+    Text { L10n::Key::OldHistoryKept, u"Old history unreadable, kept aside",
+        u"Стара історія не читається, її відкладено" },
 };
 
 constexpr bool isInKeyOrder()
@@ -92,7 +95,7 @@ constexpr bool isInKeyOrder()
     return true;
 }
 static_assert(isInKeyOrder());
-static_assert(table.size() == static_cast<std::size_t>(L10n::Key::ShareNothing) + 1);
+static_assert(table.size() == static_cast<std::size_t>(L10n::Key::OldHistoryKept) + 1);
 
 QStringView ukrainianFiles(qsizetype count)
 {

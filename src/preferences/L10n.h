@@ -82,6 +82,8 @@ public:
         ShareShowInFolder,
         ShareOpen,
         ShareNothing,
+        HistoryNotSaved,
+        OldHistoryKept,
     };
     Q_ENUM(Key)
 

@@ -62,6 +62,13 @@ private Q_SLOTS:
         everything.contentHash = u"2cf2"_s;
         const QList items { everything, hello() };
         QCOMPARE(clipboardindex::decode(clipboardindex::encode(items)), items);
+        for (const auto* const letters : { u"x", u"/\"\\", u"\x1\n\t\x1f", u"ї", u"字", u"\U0001f468" }) {
+            everything.text = QString::fromUtf16(letters).repeated(1000) + QChar(0xdc00);
+            everything.filePaths = QStringList { *everything.text, *everything.text };
+            const auto size = clipboardindex::encode({ everything }).size();
+            QVERIFY(clipboardindex::encodedSize(everything) >= size);
+            QVERIFY(clipboardindex::encodedSize(everything) < size + 500);
+        }
         QCOMPARE(clipboardindex::decode("[]"), QList<ClipboardItem>());
     }
 

@@ -1,7 +1,9 @@
 #include "preferences/L10n.h"
 #include "support/HistoryFixture.h"
 
+#include <QBuffer>
 #include <QFile>
+#include <QImage>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -114,6 +116,114 @@ private Q_SLOTS:
         QCOMPARE(store().items().first().imagePath, u"/a/photo.JPG"_s);
         QCOMPARE(store().items().first().sourceApp, u"Files"_s);
         QCOMPARE(store().items().last().filePaths, QStringList({ u"/a/one.png"_s, u"/a/two.png"_s }));
+    }
+
+    void whatIsWrittenCanBeReadAgain()
+    {
+        m_fixture->settings.setHistoryLimit(500);
+        const QString marks(1'100'000, QChar(0x301));
+        store().addText(u"pinned"_s + marks, {});
+        m_fixture->queues.runAll();
+        store().togglePin(store().items().first().id);
+        store().addText(u"first"_s + marks, QString(marks));
+        m_fixture->queues.runAll();
+        const auto many = [](int number) {
+            QList<QUrl> urls;
+            for (auto file = 0; file < 10'000; ++file)
+                urls << QUrl::fromLocalFile(u"/%1/%2/%3"_s.arg(QString(380, u'a')).arg(number).arg(file));
+            return urls;
+        };
+        for (auto number = 0; number < 8; ++number)
+            store().addFiles(many(number), {});
+        QCOMPARE(store().items().first().filePaths->size(), 10'000);
+        const auto before = store().items();
+        QVERIFY(before.size() > 5 && before.size() < 9 && before.last().pinned);
+        store().addFiles(many(1) + many(2).first(1), {});
+        store().addFiles(
+            { QUrl::fromLocalFile(u"/"_s + QString(5'000'000, u'a')), QUrl::fromLocalFile(u"/b"_s) }, {});
+        QCOMPARE(store().items(), before);
+        m_fixture->restart();
+        QCOMPARE(store().items().size(), before.size());
+        QCOMPARE(store().items().first().filePaths, before.first().filePaths);
+
+        // Pinned entries leave room for what is copied next.
+        for (const auto& item : QList(store().items()))
+            store().togglePin(item.id);
+        store().addText(u"next"_s, {});
+        QCOMPARE(store().items().first().text, u"next"_s);
+    }
+
+    void aSavedScreenshotIsOneEntryWithItsCopy_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("difference");
+        QTest::addColumn<int>("secondsLater");
+        QTest::addColumn<qsizetype>("entries");
+        QTest::newRow("the same picture") << u"Screenshot.png"_s << 0 << 3 << qsizetype { 1 };
+        QTest::newRow("as a photograph") << u"Screenshot.jpg"_s << 0 << 3 << qsizetype { 1 };
+        QTest::newRow("a letter more") << u"Screenshot.png"_s << 1 << 3 << qsizetype { 2 };
+        QTest::newRow("another photograph") << u"Screenshot.jpg"_s << 100 << 3 << qsizetype { 2 };
+        QTest::newRow("long ago") << u"Screenshot.png"_s << 0 << 11 << qsizetype { 2 };
+    }
+    void aSavedScreenshotIsOneEntryWithItsCopy()
+    {
+        QFETCH(QString, file);
+        QFETCH(int, difference);
+        QFETCH(int, secondsLater);
+        QFETCH(qsizetype, entries);
+        const auto picture = [](int changed) {
+            QImage image(120, 80, QImage::Format_RGB32);
+            for (auto y = 0; y < image.height(); ++y) {
+                for (auto x = 0; x < image.width(); ++x)
+                    image.setPixel(x, y, qRgb(2 * x, y < changed ? 255 - 2 * x : 3 * y, changed));
+            }
+            return image;
+        };
+        const QTemporaryDir screenshots;
+        const auto path = screenshots.filePath(file);
+        auto saved = picture(difference);
+        // Tools write when it was taken and with what.
+        saved.setText(u"Software"_s, u"gnome-screenshot"_s);
+        QVERIFY(saved.save(path));
+        QByteArray copied;
+        QBuffer buffer(&copied);
+        QVERIFY(picture(0).save(&buffer, "png"));
+
+        const auto copy = [&] { store().addImage(copied, u"Shell"_s); };
+        const auto save = [&] { store().addScreenshot(QUrl::fromLocalFile(path)); };
+        enum Order { CopiedFirst, SavedFirst, CopyUnderWay };
+        for (const auto order : { CopiedFirst, SavedFirst, CopyUnderWay }) {
+            init();
+            const auto asTheRowSays = order != CopyUnderWay || secondsLater < 10;
+            if (order == SavedFirst)
+                save();
+            else
+                copy();
+            if (order != CopyUnderWay)
+                m_fixture->queues.runAll();
+            store().addText(u"between"_s, {});
+            if (order != CopyUnderWay)
+                m_fixture->time.advance(std::chrono::seconds(secondsLater));
+            if (order == SavedFirst)
+                copy();
+            else
+                save();
+            m_fixture->queues.runAll();
+            m_fixture->time.advance(1s);
+            m_fixture->queues.runAll();
+            const auto expected = asTheRowSays ? entries : qsizetype { 1 };
+            QCOMPARE(store().imageItems().size(), expected);
+            const auto own = QDir(m_fixture->path(u"images"_s)).entryList(QDir::Files).size();
+            QCOMPARE(own, expected - 1);
+            if (expected > 1)
+                continue;
+            QVERIFY(store().imageItems().first().isScreenshot);
+            QCOMPARE(store().imageItems().first().imagePath, path);
+            QCOMPARE(store().imageItems().first().sourceApp, u"Screenshot"_s);
+            // The same file again is no news.
+            save();
+            QCOMPARE(store().items().size(), 2);
+        }
     }
 
     void removesNoFileOutsideItsFolder_data()

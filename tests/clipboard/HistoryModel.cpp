@@ -24,12 +24,17 @@ bool HistoryModel::promote(const QString& contentHash, const QDateTime& now)
     for (qsizetype row = 0; row < items.size(); ++row) {
         if (items.at(row).contentHash != contentHash)
             continue;
-        items.move(row, 0);
-        items.first().createdAt = now;
-        isChanged = true;
+        promote(row, now);
         return true;
     }
     return false;
+}
+
+void HistoryModel::promote(qsizetype row, const QDateTime& now)
+{
+    items.move(row, 0);
+    items.first().createdAt = now;
+    isChanged = true;
 }
 
 void HistoryModel::togglePin(qsizetype row)
@@ -46,8 +51,8 @@ void HistoryModel::remove(qsizetype row)
 
 void HistoryModel::clear()
 {
-    items.removeIf([](const auto& item) { return !item.pinned; });
-    isChanged = true;
+    if (items.removeIf([](const auto& item) { return !item.pinned; }) > 0)
+        isChanged = true;
 }
 
 void HistoryModel::enforceLimit()

@@ -22,6 +22,7 @@ public:
     void add(const ClipboardItem& item);
     /// Whether the content was there, and is on top now.
     bool promote(const QString& contentHash, const QDateTime& now);
+    void promote(qsizetype row, const QDateTime& now);
     void togglePin(qsizetype row);
     void remove(qsizetype row);
     void clear();

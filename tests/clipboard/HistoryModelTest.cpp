@@ -1,6 +1,7 @@
 #include "clipboard/HistoryPlay.h"
 #include "preferences/L10n.h"
 
+#include <QLoggingCategory>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -22,6 +23,8 @@ private Q_SLOTS:
     void initTestCase()
     {
         L10n::setCurrent(L10n::English);
+        // A disk that fails is said each time.
+        QLoggingCategory::setFilterRules(u"ua.tessak.Nimbarrow.clipboard=false"_s);
         m_isReplay = qEnvironmentVariableIsSet("NIMBARROW_SEED");
         m_firstSeed = m_isReplay ? qEnvironmentVariable("NIMBARROW_SEED").toUInt()
                                  : QRandomGenerator::global()->bounded(1'000'000'000U);
@@ -37,16 +40,19 @@ private Q_SLOTS:
     void outlivesAKillBeforeEveryCall()
     {
         auto kills = 0;
-        for (const auto seed : seeds(6))
-            kills += play(seed, 60, { .kills = true, .onlyNamedFiles = seed % 2 == 0 });
-        qInfo("%d kills", kills);
+        auto seed = m_firstSeed;
+        for (const auto usual : seeds(6))
+            kills += play(seed = usual, 60, { .kills = true });
         QVERIFY2(kills > 0, "No call of the C library was seen.");
+        while (kills < 500 && !m_isReplay && !QTest::currentTestFailed())
+            kills += play(++seed, 60, { .kills = true });
+        qInfo("%d kills", kills);
     }
 
     void goesOnAfterAnyFailedCall()
     {
         for (const auto seed : seeds(2)) {
-            Disk disk { .onlyNamedFiles = seed % 2 == 0, .error = seed % 3 == 0 ? EIO : ENOSPC };
+            Disk disk { .error = seed % 3 == 0 ? EIO : ENOSPC };
             const auto calls = play(seed, 40, disk);
             for (disk.firstFailure = 1; disk.firstFailure <= calls; ++disk.firstFailure) {
                 // Once, or for a while.

@@ -21,8 +21,6 @@ public:
     struct Disk {
         /// Looks before every call that changes files what the next start would find after a kill.
         bool kills = false;
-        /// Some file systems have no files without a name.
-        bool onlyNamedFiles = false;
         /// The calls that fail, counted from 1.
         int firstFailure = 0;
         int failures = 0;
@@ -43,7 +41,7 @@ private:
     struct Operation;
     /// What is in the history only after an answer.
     struct Pending {
-        enum class Next { Nothing, Insert, Write, InsertWritten };
+        enum class Next { Saved, Insert, Write, InsertWritten };
 
         ClipboardItem item;
         Next next;
@@ -66,8 +64,9 @@ private:
     void takeAnswer();
     void settle();
     void restart();
-    /// What is to be on the disk soon.
+    /// What is to be on the disk next: at once, or when the save that runs is over.
     void expectSave();
+    void removed();
 
     void require(bool condition, const QString& complaint);
     /// After everything that is done.
@@ -97,6 +96,8 @@ private:
     std::optional<Clock::Instant> m_due;
     /// The state that was last seen on the disk, and what was to be saved since.
     QList<QList<ClipboardItem>> m_saves { {} };
+    bool m_isSaving = false;
+    bool m_savesAgain = false;
     QList<Crash> m_crashes;
     QString m_complaint;
     int m_inserted = 0;

@@ -1,11 +1,15 @@
 #include "clipboard/PrivateFiles.h"
 
+#include "preferences/L10n.h"
 #include "support/HistoryFixture.h"
+#include "support/TestFolder.h"
 
 #include <QFile>
 #include <QTest>
 
+#include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -26,8 +30,16 @@ void put(const QString& path, const QByteArray& data)
     file.write(data);
 }
 
+QByteArray content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// The work, what it asks for, and what is to be saved of that.
 void settle(HistoryFixture& fixture)
 {
+    fixture.queues.runAll();
     fixture.time.advance(1s);
     fixture.queues.runAll();
 }
@@ -94,28 +106,161 @@ private Q_SLOTS:
         put(image, "x");
         fixture.restart();
         QVERIFY(fixture.store->isEmpty());
-        fixture.queues.runAll();
-        // What cannot be read may still name it.
+        QCOMPARE(fixture.store->notice().isEmpty(), index.isEmpty());
+        for (const auto* const text : { "new", "newer" }) {
+            fixture.store->addText(QString::fromLatin1(text), {});
+            settle(fixture);
+            fixture.restart();
+            fixture.queues.runAll();
+        }
+        QCOMPARE(fixture.store->items().size(), 2);
+        QVERIFY(fixture.store->notice().isEmpty());
+        // What cannot be read may still name it, and stays under another name.
         QCOMPARE(QFile::exists(image), !index.isEmpty());
-        fixture.store->addText(u"new"_s, {});
-        settle(fixture);
-        fixture.restart();
-        fixture.queues.runAll();
-        QCOMPARE(QFile::exists(image), index == "folder");
-        // Nothing takes the place of a folder.
-        QCOMPARE(fixture.store->items().size(), index == "folder" ? 0 : 1);
+        const auto kept = fixture.path(u"index.unreadable.json"_s);
+        QCOMPARE(QFile::exists(kept), !index.isEmpty());
+        if (index.startsWith('[')) {
+            put(path, "[another]");
+            fixture.restart();
+            fixture.store->addText(u"newest"_s, {});
+            settle(fixture);
+            QCOMPARE(content(kept), index);
+            QCOMPARE(content(fixture.path(u"index.unreadable-2.json"_s)), "[another]");
+        }
     }
 
-    void worksWithoutAnImagesFolder()
+    void keepsItsImagesUnderAnyNameOfItsFolder_data()
     {
+        QTest::addColumn<QString>("change");
+        for (const auto* const change : { "linked", "moved", "copied", "named in full" })
+            QTest::newRow(change) << QString::fromLatin1(change);
+    }
+    void keepsItsImagesUnderAnyNameOfItsFolder()
+    {
+        QFETCH(QString, change);
+        HistoryFixture fixture;
+        const auto old = fixture.disk.filePath(u"old"_s);
+        const auto other = fixture.disk.filePath(u"new"_s);
+        const auto start = [&fixture](const QString& home) {
+            fixture.store.reset();
+            fixture.locations.folder = home;
+            fixture.restart();
+            settle(fixture);
+        };
+        if (change == "named in full"_L1) {
+            QDir().mkpath(old);
+            QVERIFY(QFile::link(old, other));
+        }
+        start(change == "named in full"_L1 ? other : old);
+        for (const auto* const data : { "\x89PNG 1", "\x89PNG 2", "\x89PNG 3" }) {
+            fixture.store->addImage(data, {});
+            settle(fixture);
+        }
+        const auto copied = *fixture.store->items().last().imagePath;
+        const auto elsewhere = fixture.disk.filePath(u"text"_s);
+        fixture.store->addFiles({ QUrl::fromLocalFile(copied), QUrl::fromLocalFile(elsewhere) }, {});
+        fixture.store->remove(fixture.store->items().last().id);
+        fixture.store->togglePin(fixture.store->items().last().id);
+        const auto before = fixture.store->items();
+        fixture.store.reset();
+        if (change == "linked"_L1)
+            QVERIFY(QFile::link(old, other));
+        else if (change == "moved"_L1)
+            QVERIFY(QDir().rename(old, other));
+        else if (change == "copied"_L1)
+            std::filesystem::copy(
+                old.toStdString(), other.toStdString(), std::filesystem::copy_options::recursive);
+        start(change == "named in full"_L1 ? old : other);
+        QCOMPARE(fixture.store->items().size(), 3);
+        const auto folder = fixture.path(u"images"_s);
+        QCOMPARE(QDir(folder).entryList(QDir::Files).size(), 3);
+        for (const auto& item : fixture.store->imageItems()) {
+            QVERIFY(item.imagePath->startsWith(folder));
+            QVERIFY(QFile::exists(*item.imagePath));
+        }
+        // Under its former name it is still the same image.
+        fixture.store->addFiles({ QUrl::fromLocalFile(*before.last().imagePath) }, {});
+        QCOMPARE(fixture.store->items().first().id, before.last().id);
+        fixture.store->remove(before.last().id);
+        settle(fixture);
+        QCOMPARE(QDir(folder).entryList(QDir::Files).size(), 2);
+    }
+
+    void saysWhatItCannotWrite_data()
+    {
+        QTest::addColumn<QString>("place");
+        for (const auto* const place : { "no images folder", "images of somebody else",
+                 "a history of somebody else", "read-only index", "no home" })
+            QTest::newRow(place) << QString::fromLatin1(place);
+    }
+    void saysWhatItCannotWrite()
+    {
+        QFETCH(QString, place);
+        const TestFolder foreign;
+        foreign.write(u"theirs.png"_s, "x", QFile::ReadOther);
+        // Somebody else's for root, too; for everybody else the root of all is.
+        const auto isRoot = ::geteuid() == 0;
+        if (isRoot)
+            QCOMPARE(::chown(QFile::encodeName(foreign.path()).constData(), 65534, 65534), 0);
+        const auto theirs = isRoot ? foreign.path() : u"/"_s;
+        const auto modeBefore = mode(theirs);
+
         HistoryFixture fixture;
         fixture.store.reset();
-        QVERIFY(QDir(fixture.path(u"images"_s)).removeRecursively());
-        put(fixture.path(u"images"_s), "in the way");
+        const auto index = fixture.path(u"index.json"_s);
+        const auto images = fixture.path(u"images"_s);
+        if (place == "no home"_L1) {
+            fixture.locations.folder = u"/proc/nobody"_s;
+        } else if (place == "read-only index"_L1) {
+            put(index, "[]");
+            ::chmod(QFile::encodeName(index).constData(), 0400);
+        } else if (place == "a history of somebody else"_L1) {
+            QVERIFY(QDir(fixture.path({})).removeRecursively());
+            QVERIFY(QFile::link(theirs, QDir::cleanPath(fixture.path({}))));
+        } else {
+            QVERIFY(QDir(images).removeRecursively());
+            if (place == "no images folder"_L1)
+                put(images, "in the way");
+            else
+                QVERIFY(QFile::link(theirs, images));
+        }
         fixture.restart();
+        const auto concernsImages = place.contains("images"_L1);
         fixture.store->addImage("\x89PNG", {});
         fixture.store->addText(u"text"_s, {});
         settle(fixture);
+        for (const auto language : { L10n::Ukrainian, L10n::English }) {
+            L10n::setCurrent(language);
+            QCOMPARE(fixture.store->notice(), L10n::text(L10n::Key::HistoryNotSaved));
+        }
+        QCOMPARE(mode(theirs), modeBefore);
+        if (isRoot)
+            QCOMPARE(QDir(theirs).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
+        QCOMPARE(mode(foreign.filePath(u"theirs.png"_s)) & 04U, 04U);
+        if (place == "read-only index"_L1) {
+            QCOMPARE(content(index), "[]");
+            ::chmod(QFile::encodeName(index).constData(), 0600);
+            fixture.time.advance(10s);
+            fixture.queues.runAll();
+            QVERIFY(fixture.store->notice().isEmpty());
+            fixture.restart();
+            QCOMPARE(fixture.store->items().size(), 2);
+        } else {
+            QCOMPARE(QFile::exists(index), concernsImages);
+        }
+    }
+
+    void followsNoLinkWhenItWrites()
+    {
+        HistoryFixture fixture;
+        const auto victim = fixture.disk.filePath(u"victim"_s);
+        put(victim, "theirs");
+        QVERIFY(QFile::link(victim, fixture.path(u"index.json"_s)));
+        fixture.restart();
+        fixture.store->addText(u"text"_s, {});
+        settle(fixture);
+        QCOMPARE(content(victim), "theirs");
+        fixture.restart();
         QCOMPARE(fixture.store->items().size(), 1);
     }
 };

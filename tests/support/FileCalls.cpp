@@ -94,17 +94,16 @@ using nimbarrow::denies;
 #pragma GCC visibility push(default)
 extern "C" {
 
-int open64(const char* path, int flags, ...)
+int open(const char* path, int flags, ...)
 {
     std::va_list more;
     va_start(more, flags);
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the analyzer overlooks the start above.
-    const auto mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, mode_t) : 0;
+    const auto mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
     va_end(more);
-    if ((flags & (O_CREAT | O_TRUNC | (O_TMPFILE & ~O_DIRECTORY))) != 0
-        && denies((flags & O_TMPFILE) == O_TMPFILE ? "open unnamed" : "open", path))
-        return -1;
-    return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+    return (flags & (O_CREAT | O_TRUNC)) != 0 && denies(__func__, path)
+        ? -1
+        : static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
 }
 
 int mkdir(const char* path, mode_t mode) noexcept
@@ -122,11 +121,6 @@ int fchmod(int file, mode_t mode) noexcept
     return call(__func__, file, SYS_fchmod, file, mode);
 }
 
-int linkat(int from, const char* path, int to, const char* target, int flags) noexcept
-{
-    return call(__func__, target, SYS_linkat, from, path, to, target, flags);
-}
-
 int rename(const char* path, const char* target) noexcept
 {
     return call(__func__, target, SYS_renameat2, AT_FDCWD, path, AT_FDCWD, target, 0);
@@ -137,7 +131,7 @@ int unlink(const char* path) noexcept
     return call(__func__, path, SYS_unlinkat, AT_FDCWD, path, 0);
 }
 
-int fdatasync(int file)
+int fsync(int file)
 {
     // A kill takes nothing from the kernel, so it need not reach the disk.
     return denies(__func__, file) ? -1 : 0;

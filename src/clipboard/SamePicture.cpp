@@ -1,0 +1,72 @@
+#include "clipboard/SamePicture.h"
+
+#include "clipboard/PrivateFiles.h"
+#include "images/ImageCodec.h"
+
+#include <QBuffer>
+#include <QImage>
+
+#include <cstdlib>
+#include <limits>
+
+namespace nimbarrow {
+
+namespace {
+
+/// In bytes.
+constexpr qsizetype maxImageFile = qsizetype { 256 } * 1024 * 1024;
+/// Of a colour's 256 steps, on average over the picture: what saving as a photograph changes.
+constexpr qint64 maxLoss = 4;
+
+bool isLossy(const QByteArray& data)
+{
+    return !data.startsWith("\x89PNG") && !data.startsWith("BM");
+}
+
+QImage decode(QByteArray data)
+{
+    QBuffer buffer(&data);
+    if (!buffer.open(QBuffer::ReadOnly))
+        return {};
+    return imagecodec::thumbnail(buffer, std::numeric_limits<int>::max())
+        .convertToFormat(QImage::Format_ARGB32);
+}
+
+bool isNearlySame(const QImage& one, const QImage& other)
+{
+    qint64 difference = 0;
+    for (auto y = 0; y < one.height(); ++y) {
+        const auto* const line = one.constScanLine(y);
+        const auto* const otherLine = other.constScanLine(y);
+        for (qsizetype at = 0; at < qsizetype { 4 } * one.width(); ++at)
+            difference += std::abs(line[at] - otherLine[at]);
+    }
+    return difference <= maxLoss * 4 * one.width() * one.height();
+}
+
+bool samePicture(const QByteArray& data, const QByteArray& otherData)
+{
+    if (data.isEmpty() || otherData.isEmpty())
+        return false;
+    if (data == otherData)
+        return true;
+    const auto one = decode(data);
+    const auto other = one.isNull() ? QImage() : decode(otherData);
+    if (other.isNull() || one.size() != other.size())
+        return false;
+    return isLossy(data) || isLossy(otherData) ? isNearlySame(one, other) : one == other;
+}
+
+} // namespace
+
+bool samePicture(const QString& path, const QString& otherPath)
+{
+    return samePicture(privatefiles::read(path, maxImageFile).value_or(QByteArray()), otherPath);
+}
+
+bool samePicture(const QByteArray& data, const QString& otherPath)
+{
+    return samePicture(data, privatefiles::read(otherPath, maxImageFile).value_or(QByteArray()));
+}
+
+} // namespace nimbarrow
