@@ -13,7 +13,7 @@ WIDTH, HEIGHT, SIDE = 4000, 3000, 200
 RUNS = 9
 # The noise is what a camera's picture has, and what makes it hard to pack.
 PHOTO = (f"gradients=size={WIDTH}x{HEIGHT}:seed=7:nb_colors=6:duration=1", "noise=alls=12:allf=u")
-FORMATS = ("png", "jpeg", "tiff")
+FORMATS = ("png", "jpeg")
 
 
 def make_picture(path):

@@ -1,7 +1,5 @@
 #include "images/ImageCodec.h"
 
-#include "images/TiffStrips.h"
-
 #include <QBuffer>
 #include <QImageReader>
 #include <QImageWriter>
@@ -9,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 
@@ -18,7 +17,10 @@ namespace {
 
 /// A file of a few bytes can claim any size, and the size is what memory is taken for.
 constexpr qint64 maxPixels = 100'000'000;
-constexpr qint64 bytesPerPixel = 4;
+/// In megabytes. What its format cannot make smaller while it is read must not be larger; 67 million pixels.
+constexpr int maxWhole = 256;
+/// From here on pictures are decoded one after the other.
+constexpr qint64 largePixels = 4'000'000;
 
 bool isTooLarge(qint64 width, qint64 height)
 {
@@ -94,14 +96,14 @@ bool prepare(QImageReader& reader)
         return false;
     reader.setAutoDetectImageFormat(false);
     reader.setFormat(format);
-    // Qt's own bound is lower than ours, and also holds for readers that tell no size beforehand.
-    static const auto raised = [] {
-        QImageReader::setAllocationLimit(static_cast<int>(maxPixels * bytesPerPixel / 1'000'000));
+    // Also holds for readers that tell no size beforehand.
+    static const auto limited = [] {
+        QImageReader::setAllocationLimit(maxWhole);
         return true;
     }();
     const auto size = reader.size();
     reader.setAutoTransform(true);
-    return raised && !isTooLarge(size.width(), size.height());
+    return limited && !isTooLarge(size.width(), size.height());
 }
 
 QSize fitted(QSize size, int maxPixel)
@@ -113,18 +115,15 @@ QSize fitted(QSize size, int maxPixel)
     return QSize(qRound(size.width() * factor), qRound(size.height() * factor)).expandedTo({ 1, 1 });
 }
 
-// Qt has no reader that makes a TIFF smaller while it reads it. Null when this is none, or none of the usual
-// kind.
-QImage smallTiff(const QImageReader& reader, int maxPixel)
+/// Held while a large picture is decoded: several at once would need several times the memory.
+std::unique_lock<std::mutex> turnFor(const QImageReader& reader)
 {
+    static std::mutex one;
     const auto size = reader.size();
-    const auto factor = std::max(size.width(), size.height()) / maxPixel;
-    if (factor < 2 || !reader.format().startsWith("tif"))
-        return {};
-    const auto image = tiffstrips::reduced(*reader.device(), size, factor);
-    return image.isNull()
-        ? image
-        : image.scaled(fitted(size, maxPixel), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const auto pixels = qint64 { size.width() } * size.height();
+    // Who tells no size may have any.
+    return size.isValid() && pixels < largePixels ? std::unique_lock(one, std::defer_lock)
+                                                  : std::unique_lock(one);
 }
 
 } // namespace
@@ -138,7 +137,10 @@ std::optional<QByteArray> pngData(const QByteArray& data)
     source.open(QIODevice::ReadOnly);
     QImageReader reader(&source);
     QImage image;
-    if (!prepare(reader) || !reader.read(&image))
+    if (!prepare(reader))
+        return std::nullopt;
+    const auto turn = turnFor(reader);
+    if (!reader.read(&image))
         return std::nullopt;
     QByteArray png;
     QBuffer target(&png);
@@ -151,19 +153,20 @@ QImage thumbnail(QIODevice& source, int maxPixel)
     QImageReader reader(&source);
     if (maxPixel <= 0 || !prepare(reader))
         return {};
-    auto image = smallTiff(reader, maxPixel);
-    if (image.isNull()) {
-        // The limit is a square, so a picture that lies on its side until it is turned fits it as well.
-        if (const auto size = reader.size(); size.isValid())
-            reader.setScaledSize(fitted(size, maxPixel));
-        image = reader.read();
-        if (const auto size = fitted(image.size(), maxPixel); size != image.size())
-            image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    }
+    const auto turn = turnFor(reader);
+    // The limit is a square, so a picture that lies on its side until it is turned fits it as well.
+    if (const auto size = reader.size(); size.isValid())
+        reader.setScaledSize(fitted(size, maxPixel));
+    auto image = reader.read();
     if (image.isNull())
         return {};
-    return std::move(image).convertToFormat(
+    // Before it is scaled, where a large one is changed in its place, or scaling would make a copy for
+    // itself.
+    image = std::move(image).convertToFormat(
         image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    if (const auto size = fitted(image.size(), maxPixel); size != image.size())
+        image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return image;
 }
 
 } // namespace nimbarrow::imagecodec

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QHash>
+#include <QCache>
 #include <QImage>
 #include <QString>
 
-#include <list>
+#include <utility>
 
 namespace nimbarrow {
 
@@ -16,26 +16,15 @@ public:
     static constexpr qsizetype maxCost = 209'715'200;
 
     /// Null when it is not there. Counts as a use.
-    [[nodiscard]] QImage find(const QString& path, int maxPixel);
+    [[nodiscard]] QImage find(const QString& path, int maxPixel) const;
     /// A picture that is larger than the limit alone is not kept.
     void insert(const QString& path, int maxPixel, const QImage& image);
     /// Every size of a file.
     void remove(const QString& path);
+    void clear() { m_images.clear(); }
 
 private:
-    struct Entry {
-        QString key;
-        QString path;
-        QImage image;
-    };
-    using Entries = std::list<Entry>;
-
-    void erase(Entries::iterator entry);
-
-    /// The latest used first.
-    Entries m_entries;
-    QHash<QString, Entries::iterator> m_places;
-    qsizetype m_cost = 0;
+    QCache<std::pair<QString, int>, QImage> m_images { maxCost };
 };
 
 } // namespace nimbarrow

@@ -36,7 +36,7 @@ public:
     /// Forgets every size of these files.
     void forget(const QList<QUrl>& files);
     /// Forgets every picture; views keep those that they show.
-    void clear() { m_cache = {}; }
+    void clear() { m_cache.clear(); }
 
 private:
     struct Waiter {
@@ -54,8 +54,7 @@ private:
 
     void finish(const std::shared_ptr<Load>& load, const QImage& image);
 
-    /// Looking up changes which entry is the next to go.
-    mutable ThumbnailCache m_cache;
+    ThumbnailCache m_cache;
     QList<std::shared_ptr<Load>> m_loads;
     std::unique_ptr<WorkQueue> m_queue;
 };
