@@ -87,7 +87,7 @@ public:
     std::function<void()> onPlayPause;
 
 private:
-    [[nodiscard]] QSizeF currentExpandedSize() const;
+    void updateExpandedSize();
     void layOut(NotchState::Mode mode);
     void vanish();
     void resizeForCalendar();
