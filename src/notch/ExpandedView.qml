@@ -31,7 +31,7 @@ Item {
     Component.onDestruction: handoff.sharing?.cancel()
 
     // The surface's height without the day; the day hangs below what that leaves.
-    readonly property real _withoutDay: 240
+    readonly property real _withoutDay: 240 + notch.notchSurplus.height
     readonly property real _aboveDay: 10
     readonly property real _mainHeight: _withoutDay - notchHeight - 2 * Theme.insetY
 

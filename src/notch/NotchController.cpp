@@ -19,11 +19,6 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr double expandedWidth = 460;
-constexpr double heightWithoutCalendar = 240;
-constexpr double heightWithFoldedCalendar = 258;
-constexpr double heightWithUnfoldedCalendar = 322;
-
 constexpr auto peekDuration = 2400ms;
 constexpr auto collapseAfterExit = 40ms;
 constexpr auto collapseAfterRelease = 150ms;
@@ -80,17 +75,8 @@ void NotchController::start()
     relayout();
 }
 
-QSizeF NotchController::currentExpandedSize() const
-{
-    if (!m_services.settings.showCalendar())
-        return { expandedWidth, heightWithoutCalendar };
-    return { expandedWidth,
-        m_state.calendarExpanded() ? heightWithUnfoldedCalendar : heightWithFoldedCalendar };
-}
-
 void NotchController::relayout()
 {
-    m_state.setExpandedSize(currentExpandedSize());
     const auto geometry = m_services.sessionLock.isLocked()
         ? std::nullopt
         : NotchGeometry::find(m_services.screens.screens());
@@ -99,6 +85,7 @@ void NotchController::relayout()
         return;
     }
     m_state.setGeometry(geometry);
+    updateExpandedSize();
     layOut(m_state.mode());
     m_panel.orderFront();
 }
@@ -116,6 +103,12 @@ void NotchController::vanish()
     m_state.setGeometry(std::nullopt);
 }
 
+void NotchController::updateExpandedSize()
+{
+    m_state.setExpandedSize(NotchPanel::expandedSize(
+        *m_state.geometry(), m_services.settings.showCalendar(), m_state.calendarExpanded()));
+}
+
 void NotchController::layOut(NotchState::Mode mode)
 {
     const auto& geometry = *m_state.geometry();
@@ -125,8 +118,10 @@ void NotchController::layOut(NotchState::Mode mode)
 
 void NotchController::resizeForCalendar()
 {
-    m_state.setExpandedSize(currentExpandedSize());
-    if (m_state.mode() == NotchState::Expanded && m_state.geometry())
+    if (!m_state.geometry())
+        return;
+    updateExpandedSize();
+    if (m_state.mode() == NotchState::Expanded)
         layOut(NotchState::Expanded);
 }
 

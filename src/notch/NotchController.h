@@ -53,7 +53,7 @@ public:
     std::function<void()> onExpand;
 
 private:
-    [[nodiscard]] QSizeF currentExpandedSize() const;
+    void updateExpandedSize();
     void layOut(NotchState::Mode mode);
     void vanish();
     void resizeForCalendar();

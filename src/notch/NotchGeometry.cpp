@@ -1,8 +1,16 @@
 #include "notch/NotchGeometry.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace nimbarrow {
+
+namespace {
+
+// Beside it the header's controls have room, and below it the content.
+constexpr QSizeF largestUsualNotch(212, 38);
+
+} // namespace
 
 std::optional<NotchGeometry> NotchGeometry::find(const QList<Screen>& screens)
 {
@@ -27,6 +35,12 @@ ScreenRect NotchGeometry::hangingFrame(double width, double height) const
 {
     // std::round rounds half away from zero.
     return { std::round(notchRect.midX() - width / 2), screenFrame.maxY() - height, width, height };
+}
+
+QSizeF NotchGeometry::surplus() const
+{
+    return { std::max(0.0, std::ceil(notchRect.width - largestUsualNotch.width())),
+        std::max(0.0, std::ceil(notchRect.height - largestUsualNotch.height())) };
 }
 
 } // namespace nimbarrow

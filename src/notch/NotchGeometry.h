@@ -4,6 +4,7 @@
 #include "platform/Screens.h"
 
 #include <QList>
+#include <QSizeF>
 
 #include <optional>
 
@@ -20,6 +21,10 @@ struct NotchGeometry {
 
     /// A frame of this size that hangs from the top edge of the screen, centred on the notch.
     [[nodiscard]] ScreenRect hangingFrame(double width, double height) const;
+
+    /// How much larger the notch is than any that the surface is drawn for, in whole points: one on a screen
+    /// that is not scaled up as much as it should be. The surface is larger by that.
+    [[nodiscard]] QSizeF surplus() const;
 
     friend bool operator==(const NotchGeometry&, const NotchGeometry&) = default;
 };

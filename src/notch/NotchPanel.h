@@ -22,6 +22,9 @@ public:
     void orderFront();
     void orderOut();
 
+    /// The size of the grown surface in points.
+    [[nodiscard]] static QSizeF expandedSize(
+        const NotchGeometry& geometry, bool hasCalendar, bool isUnfolded);
     /// The frame of a mode; `expandedSize` in points.
     [[nodiscard]] static ScreenRect frameFor(
         NotchState::Mode mode, const NotchGeometry& geometry, QSizeF expandedSize);

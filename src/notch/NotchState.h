@@ -22,6 +22,8 @@ class NotchState : public QObject {
     Q_PROPERTY(bool hasNotch READ hasNotch NOTIFY geometryChanged FINAL)
     /// Size of the notch in points; 0 x 0 without one.
     Q_PROPERTY(QSizeF notchSize READ notchSize NOTIFY geometryChanged FINAL)
+    /// How much larger the notch is than any that the surface is drawn for, in points.
+    Q_PROPERTY(QSizeF notchSurplus READ notchSurplus NOTIFY geometryChanged FINAL)
     /// Size of the expanded surface in points.
     Q_PROPERTY(QSizeF expandedSize READ expandedSize NOTIFY expandedSizeChanged FINAL)
     Q_PROPERTY(bool calendarExpanded READ calendarExpanded NOTIFY calendarExpandedChanged FINAL)
@@ -50,6 +52,7 @@ public:
     [[nodiscard]] const std::optional<NotchGeometry>& geometry() const { return m_geometry; }
     [[nodiscard]] bool hasNotch() const { return m_geometry.has_value(); }
     [[nodiscard]] QSizeF notchSize() const;
+    [[nodiscard]] QSizeF notchSurplus() const { return m_geometry ? m_geometry->surplus() : QSizeF(0, 0); }
     [[nodiscard]] QSizeF expandedSize() const { return m_expandedSize; }
     [[nodiscard]] bool calendarExpanded() const { return m_calendarExpanded; }
     [[nodiscard]] const std::optional<PeekContent>& peek() const { return m_peek; }

@@ -36,6 +36,7 @@ SurfaceFixture::SurfaceFixture(QSizeF notch)
     actions.onPreview = [this](const QUuid& item) { state.setPreview(item); };
     state.setGeometry(NotchGeometry { .screenFrame = { 0, 0, 1512, 982 },
         .notchRect = { (1512 - notch.width()) / 2, 982 - notch.height(), notch.width(), notch.height() } });
+    state.setExpandedSize(NotchPanel::expandedSize(*state.geometry(), true, false));
     view.setColor(Qt::transparent);
     view.setFlag(Qt::FramelessWindowHint);
     view.setResizeMode(QQuickView::SizeRootObjectToView);

@@ -57,6 +57,44 @@ private Q_SLOTS:
         QCOMPARE(m_surface->shape()->outline().boundingRect(), bounds);
     }
 
+    void nothingLiesBehindALargeNotch_data()
+    {
+        QTest::addColumn<QSizeF>("notch");
+        QTest::newRow("usual") << QSizeF(184, 32);
+        QTest::newRow("scale 1.5") << QSizeF(246, 42.67);
+        QTest::newRow("scale 1.25") << QSizeF(295, 51.2);
+        QTest::newRow("scale 1") << QSizeF(368, 64);
+    }
+
+    void nothingLiesBehindALargeNotch()
+    {
+        QFETCH(const QSizeF, notch);
+        m_surface.reset();
+        m_surface = std::make_unique<SurfaceFixture>(notch);
+        m_surface->keepAwake.activate(3599.0);
+        m_surface->show(NotchState::Expanded);
+        const QRectF behind((m_surface->view.width() - notch.width()) / 2, 0, notch.width(), notch.height());
+        for (const auto* type :
+            { "Line", "IconButton", "OwlButton", "NowPlayingColumn", "ClipboardColumn", "DayTimelineView" }) {
+            for (auto which = 0; auto* const item = m_surface->find(type, which); ++which) {
+                const auto place = item->mapRectToScene(item->boundingRect());
+                QVERIFY2(!place.intersects(behind) && place.left() >= 0, type);
+            }
+        }
+        // The content has what it is drawn for.
+        QVERIFY(m_surface->find("NowPlayingColumn")->height() >= 172);
+        QCOMPARE(m_surface->find("DayTimelineView")->height(), 8.0);
+
+        m_surface->show(NotchState::Collapsed);
+        m_surface->state.setPeek(PeekContent::make(u"link"_s, u"example.org"_s));
+        m_surface->show(NotchState::Peek);
+        QVERIFY(m_surface->shape()->outline().boundingRect().bottom() <= m_surface->view.height());
+        QVERIFY(!m_surface->find("PeekView")
+                     ->mapRectToScene({ 46 + notch.width(), 0, 150, 6 })
+                     .intersects(QRectF(
+                         (m_surface->view.width() - notch.width()) / 2, 0, notch.width(), notch.height())));
+    }
+
     void staysOverTheNotchWhileTheWindowJumps()
     {
         Motion::instance().setReduced(false);

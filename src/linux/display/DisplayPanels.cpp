@@ -90,10 +90,13 @@ DisplayPanels::DisplayPanels(QStringList dataFolders, const QString& deviceTree)
 
 std::optional<QRectF> DisplayPanels::topCutout(const QString& screen, QSize mode) const
 {
-    // The device tree describes the machine, so it says nothing of a monitor plugged into it.
-    auto keys = isBuiltIn(screen) ? m_compatibles : QStringList();
+    // What somebody says of this very screen comes before what is known of machines of this kind.
+    QStringList keys;
     if (isFileName(screen))
         keys << screen;
+    // The device tree describes the machine, so it says nothing of a monitor plugged into it.
+    if (isBuiltIn(screen))
+        keys << m_compatibles;
     for (const auto& key : std::as_const(keys)) {
         if (const auto panel = panelFor(key))
             return panel->topCutout(mode, isBuiltIn(screen) ? m_hiddenRows : 0);

@@ -9,8 +9,8 @@
 
 namespace nimbarrow {
 
-/// The cut-outs that display-panel descriptions tell of: files named for the machine, which count for its
-/// built-in screen, or for a screen.
+/// The cut-outs that display-panel descriptions tell of: files named for a screen, or else for the machine,
+/// which count for its built-in screen.
 class DisplayPanels final : public ScreenCutouts {
     Q_OBJECT
 

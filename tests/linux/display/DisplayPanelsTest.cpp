@@ -95,6 +95,11 @@ private Q_SLOTS:
         QVERIFY(!panels.topCutout(u"DP-1"_s, fullMode));
         QCOMPARE(panels.topCutout(u"HDMI-1"_s, { 100, 50 }), std::optional(QRectF(0, 0, 10, 5)));
         QVERIFY(!panels.topCutout(u"../display-panels/HDMI-1"_s, { 100, 50 }));
+
+        // What the user says of the screen itself comes first.
+        m_folder->write(u"data/Nimbarrow/display-panels/eDP-1.json"_s, description("M100 0H200V20H100Z"));
+        const DisplayPanels own({ path(u"data"_s), path(u"shipped"_s) }, path(u"tree"_s));
+        QCOMPARE(own.topCutout(u"eDP-1"_s, fullMode), std::optional(QRectF(100, 0, 100, 20)));
     }
 
     void shippedDescriptionsAreReadable()
