@@ -230,7 +230,8 @@ class Desktop:
         self.bus_daemon.kill()
         self.bus_daemon.wait()
         (self.home / "bus").unlink()
-        time.sleep(1)
+        # Longer than three tries in vain take.
+        time.sleep(13)
         self.usual_log += ["adapter exited (ready: 1)"]
         self._start_bus()
 

@@ -2,14 +2,47 @@
 
 #include "linux/media/PublicAddress.h"
 
+#include <QLibrary>
+
 #include <curl/curl.h>
 #include <memory>
+#include <optional>
 #include <sys/socket.h>
+#include <type_traits>
 #include <utility>
 
 namespace nimbarrow {
 
 namespace {
+
+/// The library comes with a score of others, which take more memory than the whole companion: it is loaded
+/// with the first picture that is fetched.
+struct Curl {
+    decltype(&curl_easy_init) init;
+    decltype(&curl_easy_setopt) setopt;
+    decltype(&curl_easy_perform) perform;
+    decltype(&curl_easy_getinfo) getinfo;
+    decltype(&curl_easy_cleanup) cleanup;
+
+    /// Null without the library.
+    static const Curl* loaded()
+    {
+        static const auto curl = [] {
+            QLibrary library(QStringLiteral("curl"), 4);
+            Curl found {};
+            const auto resolve = [&library](auto& function, const char* name) {
+                function
+                    = reinterpret_cast<std::remove_reference_t<decltype(function)>>(library.resolve(name));
+                return function != nullptr;
+            };
+            const bool isWhole = resolve(found.init, "curl_easy_init")
+                && resolve(found.setopt, "curl_easy_setopt") && resolve(found.perform, "curl_easy_perform")
+                && resolve(found.getinfo, "curl_easy_getinfo") && resolve(found.cleanup, "curl_easy_cleanup");
+            return isWhole ? std::optional(found) : std::nullopt;
+        }();
+        return curl ? &*curl : nullptr;
+    }
+};
 
 constexpr long longest = 10'000; // ms
 constexpr long mostRedirections = 3;
@@ -53,15 +86,18 @@ ArtworkDownload::ArtworkDownload(MayConnect mayConnect, QByteArray authorities)
 
 QByteArray ArtworkDownload::run(const QUrl& url, const std::atomic<bool>& cancelled) const
 {
-    const std::unique_ptr<CURL, void (*)(CURL*)> handle(curl_easy_init(), &curl_easy_cleanup);
+    const auto* const library = Curl::loaded();
+    if (library == nullptr)
+        return {};
+    const std::unique_ptr<CURL, decltype(library->cleanup)> handle(library->init(), library->cleanup);
     auto* const curl = handle.get();
     if (curl == nullptr)
         return {};
     const auto address = url.toEncoded();
     QByteArray picture;
     bool accepted = true;
-    const auto set = [curl, &accepted](CURLoption option, auto value) {
-        accepted = accepted && curl_easy_setopt(curl, option, value) == CURLE_OK;
+    const auto set = [&](CURLoption option, auto value) {
+        accepted = accepted && library->setopt(curl, option, value) == CURLE_OK;
     };
     set(CURLOPT_URL, address.constData());
     set(CURLOPT_PROTOCOLS_STR, "https");
@@ -90,10 +126,10 @@ QByteArray ArtworkDownload::run(const QUrl& url, const std::atomic<bool>& cancel
     if (!m_authorities.isEmpty())
         set(CURLOPT_CAINFO, m_authorities.constData());
     // Without one of these the promise would not hold.
-    if (!accepted || curl_easy_perform(curl) != CURLE_OK)
+    if (!accepted || library->perform(curl) != CURLE_OK)
         return {};
     long status = 0;
-    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+    library->getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
     return status == 200 ? picture : QByteArray();
 }
 
