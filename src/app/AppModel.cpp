@@ -14,6 +14,7 @@ namespace nimbarrow {
 AppModel::AppModel(const Platform& platform, QObject* parent)
     : QObject(parent)
     , m_pasteboard(*platform.pasteboard)
+    , m_defaults(*platform.userDefaults)
     , m_about(*platform.opener)
     , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
           *platform.desktopPreferences, *platform.scheduler)
@@ -84,6 +85,7 @@ void AppModel::start(NotchController& notch)
 void AppModel::save()
 {
     m_store.flush();
+    m_defaults.flush();
 }
 
 void AppModel::end()

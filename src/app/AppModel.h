@@ -60,6 +60,7 @@ private:
     void applyWatchScreenshots();
 
     Pasteboard& m_pasteboard;
+    UserDefaults& m_defaults;
     // The members stand in the order they are built.
     About m_about;
     Settings m_settings;

@@ -2,7 +2,7 @@
 
 #include "images/ImageCodec.h"
 #include "clipboard/PasteboardCapture.h"
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 #include "platform/Applications.h"
 
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #include "clipboard/ClipboardStore.h"
 
 #include "clipboard/ClipboardIndex.h"
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 #include "clipboard/TextPrefix.h"
 #include "platform/Clock.h"
 #include "platform/Locations.h"

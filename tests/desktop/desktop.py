@@ -150,14 +150,15 @@ class Desktop:
         self.processes.append(process)
         return process
 
-    def start(self, **environment):
+    def start(self, patience=15, **environment):
         """Starts Nimbarrow and waits until its panel stands over the notch."""
         log = open(self.home / "nimbarrow.log", "ab")
         scale = {"QT_SCALE_FACTOR": str(self.scale)} if self.scale != 1 else {}
         self.nimbarrow = subprocess.Popen([self.program], env={**self.environment, **scale, **environment},
                                           cwd=self.home, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         log.close()
-        wait_until("the panel over the notch", lambda: self._still_runs() and self.is_black(NOTCH_MIDDLE, 16))
+        wait_until("the panel over the notch", lambda: self._still_runs() and self.is_black(NOTCH_MIDDLE, 16),
+                   patience)
 
     def _still_runs(self):
         if self.nimbarrow.poll() is not None:
@@ -217,7 +218,7 @@ class Desktop:
 
     def _start_bus(self):
         configuration = ["--session"] if self.services is None else [f"--config-file={self._bus_configuration()}"]
-        bus = self.spawn(["dbus-daemon", *configuration, "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
+        bus = self.bus_daemon = self.spawn(["dbus-daemon", *configuration, "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
 
     def _bus_configuration(self):

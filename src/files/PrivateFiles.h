@@ -15,6 +15,7 @@ void makeFolder(const QString& path);
 [[nodiscard]] std::optional<QByteArray> read(const QString& path, qsizetype maxSize);
 
 /// All or nothing: after a failure, or the end of the program at any moment, the old file is still whole.
+/// `errno` tells why it failed.
 [[nodiscard]] bool write(const QString& path, const QByteArray& data);
 
 /// Takes the files of a folder away from everybody else, and removes what an interrupted `write` left there.
