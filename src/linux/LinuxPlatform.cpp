@@ -18,6 +18,7 @@
 #include "linux/pasteboard/MimeDropReader.h"
 #include "linux/pasteboard/X11Pasteboard.h"
 #include "linux/power/LinuxPowerAssertions.h"
+#include "linux/power/X11ScreenSaver.h"
 #include "linux/screenshots/DesktopScreenshotFolder.h"
 #include "linux/screenshots/InotifyFolderEvents.h"
 #include "linux/session/AutostartLoginItem.h"
@@ -160,7 +161,8 @@ Platform makePlatform()
     platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();
     platform.sharePicker
         = std::make_unique<PortalSharePicker>(inheritedState(), liveSessionBus(), *platform.workQueues);
-    platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(liveSessionBus(), liveSystemBus()); }, *platform.scheduler);
+    platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
+        liveSessionBus(), liveSystemBus(), [] { return x11::suspendScreenSaver(); }, *platform.scheduler);
     platform.adapterCommand = std::make_unique<LinuxAdapterCommand>(QCoreApplication::applicationDirPath());
     platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
     platform.musicApp = std::make_unique<NoMusicApp>();
