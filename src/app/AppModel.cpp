@@ -13,7 +13,9 @@ namespace nimbarrow {
 
 AppModel::AppModel(const Platform& platform, QObject* parent)
     : QObject(parent)
+    , m_opener(*platform.opener)
     , m_pasteboard(*platform.pasteboard)
+    , m_defaults(*platform.userDefaults)
     , m_about(*platform.opener)
     , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
           *platform.desktopPreferences, *platform.scheduler)
@@ -57,6 +59,18 @@ void AppModel::start(NotchController& notch)
     connect(&m_store, &ClipboardStore::imagesDropped, &m_thumbnails, &ThumbnailLoader::forget);
     connect(&m_settings, &Settings::watchScreenshotsChanged, this, &AppModel::applyWatchScreenshots);
     connect(&m_settings, &Settings::historyLimitChanged, &m_store, &ClipboardStore::enforceLimit);
+    const auto tellThatNothingOpened = [this, controller] {
+        if (!controller || !m_nothingOpened || controller->state().mode() != NotchState::Collapsed)
+            return;
+        m_nothingOpened = false;
+        controller->peek(PeekContent::make(u"arrow.up.forward.app"_s, L10n::text(L10n::Key::NothingOpensIt)));
+    };
+    // There is no room for a notice while the surface is open, from which most is opened. So it waits.
+    connect(&m_opener, &Opener::failed, this, [this, tellThatNothingOpened] {
+        m_nothingOpened = true;
+        tellThatNothingOpened();
+    });
+    connect(&notch.state(), &NotchState::modeChanged, this, tellThatNothingOpened, Qt::QueuedConnection);
     m_hotKey.onPressed = [controller] {
         if (controller)
             controller->toggleKeyboard();
@@ -84,6 +98,7 @@ void AppModel::start(NotchController& notch)
 void AppModel::save()
 {
     m_store.flush();
+    m_defaults.flush();
 }
 
 void AppModel::end()

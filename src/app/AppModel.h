@@ -59,7 +59,9 @@ private:
     void applyShowCalendar();
     void applyWatchScreenshots();
 
+    Opener& m_opener;
     Pasteboard& m_pasteboard;
+    UserDefaults& m_defaults;
     // The members stand in the order they are built.
     About m_about;
     Settings m_settings;
@@ -76,6 +78,8 @@ private:
     Paster m_paster;
     EntryHandoff m_handoff;
     ScreenshotWatcher m_screenshots;
+    /// Nobody has been told yet that what was to be opened could not be.
+    bool m_nothingOpened = false;
 };
 
 } // namespace nimbarrow

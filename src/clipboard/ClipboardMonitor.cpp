@@ -1,7 +1,7 @@
 #include "clipboard/ClipboardMonitor.h"
 
 #include "clipboard/PasteboardCapture.h"
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 #include "images/ImageCodec.h"
 #include "platform/Applications.h"
 

@@ -1,7 +1,9 @@
 #include "clipboard/ClipboardStore.h"
 
+#include "clipboard/ClipboardIndex.h"
 #include "clipboard/SamePicture.h"
 #include "clipboard/TextPrefix.h"
+#include "files/PrivateFiles.h"
 #include "platform/Locations.h"
 #include "preferences/L10n.h"
 #include "preferences/Settings.h"

@@ -1,7 +1,7 @@
 #include "clipboard/HistoryFiles.h"
 
 #include "clipboard/ClipboardIndex.h"
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 #include "platform/WorkQueue.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "clipboard/SamePicture.h"
 
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 #include "images/ImageCodec.h"
 
 #include <QBuffer>

@@ -7,6 +7,7 @@
 #include "linux/display/DisplayPanels.h"
 #include "linux/display/QtScreens.h"
 #include "linux/display/X11Pointer.h"
+#include "linux/display/X11Properties.h"
 #include "linux/keys/X11HotKeys.h"
 #include "linux/keys/X11Keystrokes.h"
 #include "linux/keys/X11Trust.h"
@@ -17,6 +18,7 @@
 #include "linux/pasteboard/X11DropReader.h"
 #include "linux/pasteboard/X11Pasteboard.h"
 #include "linux/power/LinuxPowerAssertions.h"
+#include "linux/power/X11ScreenSaver.h"
 #include "linux/screenshots/DesktopScreenshotFolder.h"
 #include "linux/screenshots/InotifyFolderEvents.h"
 #include "linux/session/AutostartLoginItem.h"
@@ -28,10 +30,10 @@
 #include "linux/session/SessionBus.h"
 #include "linux/session/XdgLocations.h"
 #include "platform/Platform.h"
-#include "qt/QSettingsDefaults.h"
 #include "qt/QtAdapterProcesses.h"
 #include "qt/QtScheduler.h"
 #include "qt/QtWorkQueues.h"
+#include "qt/SettingsFile.h"
 #include "qt/SystemClock.h"
 
 #include <QCoreApplication>
@@ -73,16 +75,16 @@ const InheritedState& inheritedState()
     return state;
 }
 
+using XConnection = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
+
 /// Qt would abort where there is no display, and on another windowing system nothing here would work.
-std::optional<QString> displayObstacle()
+std::optional<QString> displayObstacle(const XConnection& connection)
 {
     const auto platforms = qEnvironmentVariable("QT_QPA_PLATFORM").split(u';', Qt::SkipEmptyParts);
     const bool isX11 = std::ranges::all_of(
         platforms, [](const QString& platform) { return platform.section(u':', 0, 0) == "xcb"_L1; });
     if (!isX11)
         return u"It needs an X server and cannot run with QT_QPA_PLATFORM=%1."_s.arg(platforms.join(u';'));
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
-        xcb_connect(nullptr, nullptr), &xcb_disconnect);
     if (!xcb_connection_has_error(connection.get()))
         return {};
     const auto display = qEnvironmentVariable("DISPLAY");
@@ -119,18 +121,25 @@ std::optional<QString> preparePlatform()
     ::getrlimit(RLIMIT_CORE, &core);
     core.rlim_cur = std::min<rlim_t>(1, core.rlim_max);
     ::setrlimit(RLIMIT_CORE, &core);
-    return displayObstacle();
+    const XConnection connection(xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    if (const auto obstacle = displayObstacle(connection))
+        return obstacle;
+    hideSilentBuses(QString::fromUtf8(x11::property(
+        connection.get(), x11::rootWindow(connection.get()), x11::atom(connection.get(), "AT_SPI_BUS"))));
+    return {};
 }
 
 Platform makePlatform()
 {
+    showHiddenBuses();
     Platform platform;
     platform.clock = std::make_unique<SystemClock>();
     platform.scheduler = std::make_unique<QtScheduler>();
     platform.workQueues = std::make_unique<QtWorkQueues>();
     platform.locations = std::make_unique<XdgLocations>();
     const auto configuration = XdgLocations::configuration();
-    platform.userDefaults = std::make_unique<QSettingsDefaults>(configuration + "/Nimbarrow.conf"_L1);
+    platform.userDefaults = std::make_unique<SettingsFile>(
+        configuration + "/Nimbarrow.conf"_L1, *platform.workQueues, *platform.scheduler);
     platform.desktopPreferences = std::make_unique<LinuxPreferences>(liveSessionBus());
     platform.instance = std::make_unique<BusInstance>();
     platform.programEnd = std::make_unique<LinuxProgramEnd>(liveSystemBus());
@@ -157,7 +166,8 @@ Platform makePlatform()
     platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();
     platform.sharePicker
         = std::make_unique<PortalSharePicker>(inheritedState(), liveSessionBus(), *platform.workQueues);
-    platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(liveSessionBus(), liveSystemBus());
+    platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
+        liveSessionBus(), liveSystemBus(), [] { return x11::suspendScreenSaver(); }, *platform.scheduler);
     platform.adapterCommand = std::make_unique<LinuxAdapterCommand>(QCoreApplication::applicationDirPath());
     platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
     platform.musicApp = std::make_unique<NoMusicApp>();

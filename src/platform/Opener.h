@@ -1,20 +1,27 @@
 #pragma once
 
-#include "platform/Port.h"
-
+#include <QObject>
 #include <QUrl>
 
 namespace nimbarrow {
 
 /// Port: hands a link or a file to the program that the desktop chose for it.
-class Opener : public Port {
+class Opener : public QObject {
+    Q_OBJECT
+
 public:
+    using QObject::QObject;
+
     /// Fire and forget: nobody waits for the program. The links that a calendar event, the system's privacy
     /// settings and the like have elsewhere are given as they are; the adapter finds this desktop's own way.
     virtual void open(const QUrl& url) = 0;
 
     /// Shows a file in its folder, in the desktop's file manager. Fire and forget.
     virtual void reveal(const QUrl& file) = 0;
+
+Q_SIGNALS:
+    /// There is no program that opens this, as far as the desktop told within a few seconds.
+    void failed(const QUrl& url);
 };
 
 } // namespace nimbarrow

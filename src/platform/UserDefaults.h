@@ -1,15 +1,18 @@
 #pragma once
 
-#include "platform/Port.h"
-
+#include <QObject>
 #include <QString>
 #include <QVariantMap>
 
 namespace nimbarrow {
 
 /// Port: what the user chose, kept over restarts, over a layer of defaults for what the user did not choose.
-class UserDefaults : public Port {
+class UserDefaults : public QObject {
+    Q_OBJECT
+
 public:
+    using QObject::QObject;
+
     /// Values for the keys that the user has set nothing for. They are never written.
     virtual void registerDefaults(const QVariantMap& defaults) = 0;
 
@@ -22,6 +25,15 @@ public:
 
     /// `value` is a bool, a qint64 or a QString. It counts at once; the disk follows in a moment.
     virtual void set(QStringView key, const QVariant& value) = 0;
+
+    /// False when the last attempt to keep what was set has failed; it is made again by itself.
+    [[nodiscard]] virtual bool isSaved() const { return true; }
+
+    /// Keeps what was set now and waits for it, for at most 2 s. For the end of the program.
+    virtual void flush() { }
+
+Q_SIGNALS:
+    void isSavedChanged();
 };
 
 } // namespace nimbarrow

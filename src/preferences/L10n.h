@@ -39,6 +39,8 @@ public:
         PasteOnClick,
         HotKey,
         AccessibilityHint,
+        SettingsNotSaved,
+        NothingOpensIt,
         OutsideApplicationsHint,
         Language,
         LanguageSystem,

@@ -63,6 +63,7 @@ Settings::Settings(UserDefaults& defaults, LoginItem& loginItem, AccessibilityTr
     applyLanguage();
     m_launchAtLogin = m_loginItem.isEnabled();
 
+    connect(&m_defaults, &UserDefaults::isSavedChanged, this, &Settings::isSavedChanged);
     connect(&m_trust, &AccessibilityTrust::changed, this,
         [this, &scheduler] { m_trustCheck = scheduler.after(trustDelay, [this] { readTrust(); }); });
 }
@@ -144,6 +145,11 @@ void Settings::applyLaunchAtLogin()
 {
     assign(
         m_launchAtLoginError, m_loginItem.setEnabled(m_launchAtLogin), &Settings::launchAtLoginErrorChanged);
+}
+
+bool Settings::isSaved() const
+{
+    return m_defaults.isSaved();
 }
 
 void Settings::applyLanguage()

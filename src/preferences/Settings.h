@@ -32,6 +32,7 @@ class Settings final : public QObject {
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin NOTIFY launchAtLoginChanged FINAL)
     Q_PROPERTY(QString launchAtLoginError READ launchAtLoginErrorText NOTIFY launchAtLoginErrorChanged FINAL)
     Q_PROPERTY(bool accessibilityGranted READ accessibilityGranted NOTIFY accessibilityGrantedChanged FINAL)
+    Q_PROPERTY(bool isSaved READ isSaved NOTIFY isSavedChanged FINAL)
     Q_PROPERTY(bool runsOutsideApplications READ runsOutsideApplications CONSTANT FINAL)
 
 public:
@@ -53,6 +54,8 @@ public:
     [[nodiscard]] bool launchAtLogin() const { return m_launchAtLogin; }
     [[nodiscard]] const std::optional<QString>& launchAtLoginError() const { return m_launchAtLoginError; }
     [[nodiscard]] bool accessibilityGranted() const { return m_accessibilityGranted; }
+    /// False while the disk does not take what the user chose; it is tried again by itself.
+    [[nodiscard]] bool isSaved() const;
     [[nodiscard]] bool runsOutsideApplications() const { return m_runsOutsideApplications; }
 
     // What follows is kept at once, except where noted.
@@ -86,6 +89,7 @@ Q_SIGNALS:
     void launchAtLoginChanged();
     void launchAtLoginErrorChanged();
     void accessibilityGrantedChanged();
+    void isSavedChanged();
 
 private:
     /// True when the value was another one.

@@ -67,6 +67,12 @@ Item {
             }
 
             SettingsNote {
+                text: L10n.texts[L10n.SettingsNotSaved]
+                visible: !root.settings.isSaved
+                width: parent.width
+            }
+
+            SettingsNote {
                 text: root.settings.launchAtLoginError
                 visible: text !== ""
                 width: parent.width

@@ -2,6 +2,7 @@
 
 #include "notch/NotchController.h"
 #include "platform/Platform.h"
+#include "preferences/L10n.h"
 #include "support/FakeAdapter.h"
 #include "support/FakeApplications.h"
 #include "support/FakeCalendarStore.h"
@@ -158,6 +159,23 @@ private Q_SLOTS:
         QCOMPARE(program.model->store().items().size(), 12);
         program.model->settings().setHistoryLimit(3);
         QCOMPARE(program.model->store().items().size(), 10);
+    }
+
+    void tellsThatNothingOpensSomething()
+    {
+        Program program;
+        program.start();
+        auto& opener = *program.platform.opener;
+        Q_EMIT opener.failed(QUrl(u"https://example.org/"_s));
+        QCOMPARE(program.notch->state().peek()->line, L10n::text(L10n::Key::NothingOpensIt));
+
+        // While the surface is open there is no room; the notice comes when it has closed.
+        program.hotKeys.press(program.hotKeys.lastId);
+        Q_EMIT opener.failed(QUrl(u"https://example.org/"_s));
+        QCOMPARE(program.notch->state().mode(), NotchState::Expanded);
+        program.hotKeys.press(program.hotKeys.lastId);
+        QCoreApplication::processEvents();
+        QCOMPARE(program.notch->state().mode(), NotchState::Peek);
     }
 
     void outlivesItsController()

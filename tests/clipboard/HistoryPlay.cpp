@@ -1,7 +1,7 @@
 #include "clipboard/HistoryPlay.h"
 
 #include "clipboard/ClipboardIndex.h"
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 
 #include <QRandomGenerator>
 

@@ -1,4 +1,4 @@
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 
 #include "preferences/L10n.h"
 #include "support/HistoryFixture.h"

@@ -1,6 +1,6 @@
 #include "clipboard/ClipboardIndex.h"
 #include "clipboard/PasteboardCapture.h"
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 #include "clipboard/ScreenshotWatcher.h"
 #include "images/ThumbnailLoader.h"
 #include "qt/QtWorkQueues.h"

@@ -151,10 +151,11 @@ class Desktop:
         self.processes.append(process)
         return process
 
-    def start(self, **environment):
+    def start(self, patience=15, **environment):
         """Starts Nimbarrow and waits until its panel stands over the notch."""
         self.start_unseen(**environment)
-        wait_until("the panel over the notch", lambda: self._still_runs() and self.is_black(NOTCH_MIDDLE, 16))
+        wait_until("the panel over the notch", lambda: self._still_runs() and self.is_black(NOTCH_MIDDLE, 16),
+                   patience)
 
     def start_unseen(self, **environment):
         """Starts Nimbarrow where nobody can see it."""

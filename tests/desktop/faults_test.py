@@ -2,6 +2,7 @@
 it down or lose what was copied."""
 
 import os
+import pathlib
 import signal
 import subprocess
 import sys
@@ -36,6 +37,15 @@ def frozen_owner(desktop):
     desktop.copy("copied beside a frozen program")
     desktop.wait_for_entry("the copy after a frozen owner", has_text("copied beside a frozen program"), 8)
     os.kill(owner.pid, signal.SIGKILL)
+
+
+def private_memory(desktop):
+    """A crash hands no handler what was copied: that is what a core limit of one byte says to the kernel."""
+    limits = pathlib.Path(f"/proc/{desktop.nimbarrow.pid}/limits").read_text()
+    core = next(line.split() for line in limits.splitlines() if line.startswith("Max core file size"))
+    # Nobody may ask for more than the hard limit.
+    if core[4] != min("1", core[5]):
+        raise StageMissed(f"a core limit of one byte, not {core}")
 
 
 def burst(desktop):
@@ -122,6 +132,49 @@ def lost_display(program):
         print("survived: lost_display", flush=True)
 
 
+def start_beside(program, what, freeze):
+    """What is silent around the program holds up its start no longer than a person notices."""
+    with Desktop(program, settings={"language": "en"}) as desktop:
+        frozen = freeze(desktop)
+        try:
+            for pid in frozen:
+                os.kill(pid, signal.SIGSTOP)
+            # Whoever waits for an answer waits for at least 25 s.
+            desktop.start(patience=10, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+        finally:
+            for pid in frozen:
+                os.kill(pid, signal.SIGCONT)
+    print("survived: a start beside", what, flush=True)
+
+
+def accessibility_launcher(desktop):
+    """The process that serves the accessibility bus's address, started as a screen reader starts it."""
+    desktop.call(["dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
+                  "org.a11y.Bus.GetAddress"])
+    answer = desktop.call(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
+                           "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:org.a11y.Bus"])
+    return int(answer.split()[-1])
+
+
+def pipes(desktop):
+    """Every file that is read at the start, as a pipe that nobody writes to."""
+    for path in ("config/Nimbarrow.conf", "config/autostart/ua.tessak.Nimbarrow.desktop", "data/Nimbarrow/index.json",
+                 "data/applications/program.desktop", "data/Nimbarrow/display-panels/eDP-1.json"):
+        path = desktop.home / path
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.unlink(missing_ok=True)
+        os.mkfifo(path)
+    return []
+
+
+def silent_starts(program):
+    start_beside(program, "a frozen bus", lambda desktop: [desktop.bus_daemon.pid])
+    start_beside(program, "a frozen accessibility service", lambda desktop: [accessibility_launcher(desktop)])
+    start_beside(program, "a frozen accessibility bus",
+                 lambda desktop: desktop.children_of(accessibility_launcher(desktop)))
+    start_beside(program, "pipes", pipes)
+
+
 def no_display(program):
     """Where the program cannot work it says so in one line."""
     for environment in ({"DISPLAY": ":1999"}, {"DISPLAY": ""}, {"QT_QPA_PLATFORM": "offscreen"},
@@ -189,10 +242,10 @@ def play(program, stages, **desktop_options):
 
 
 def main(program, _peers):
-    everything = play(program, [second_instance, uncovered_corners, body_stays_whole, secret, burst, frozen_owner,
+    everything = play(program, [second_instance, uncovered_corners, body_stays_whole, secret, private_memory, burst, frozen_owner,
                                 huge_text, kill, signals])
     bare = play(program, [second_instance, uncovered_corners, kill], compositor=False, bus=False)
-    ends = [plays(test, program) for test in (lost_display, no_display)]
+    ends = [plays(test, program) for test in (lost_display, no_display, silent_starts)]
     return 0 if everything and bare and all(ends) else 1
 
 

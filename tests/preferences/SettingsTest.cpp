@@ -82,6 +82,16 @@ private Q_SLOTS:
         QCOMPARE(L10n::current(), L10n::Ukrainian);
     }
 
+    void tellsWhatTheDiskDoesNotTake()
+    {
+        Fixture f;
+        const auto settings = f.start();
+        const QSignalSpy changed(settings.get(), &Settings::isSavedChanged);
+        f.defaults.fail(true);
+        QVERIFY(!settings->isSaved());
+        QCOMPARE(changed.size(), 1);
+    }
+
     void switchesTheLanguageAtOnce()
     {
         Fixture f;

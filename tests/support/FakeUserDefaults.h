@@ -16,6 +16,15 @@ public:
     [[nodiscard]] QString string(QStringView key) const override { return value(key).toString(); }
     void set(QStringView key, const QVariant& value) override { values.insert(key.toString(), value); }
 
+    [[nodiscard]] bool isSaved() const override { return !m_fails; }
+
+    /// From now on the disk takes nothing, or everything.
+    void fail(bool fails)
+    {
+        m_fails = fails;
+        Q_EMIT isSavedChanged();
+    }
+
 private:
     [[nodiscard]] QVariant value(QStringView key) const
     {
@@ -24,6 +33,7 @@ private:
     }
 
     QVariantMap m_defaults;
+    bool m_fails = false;
 };
 
 } // namespace nimbarrow

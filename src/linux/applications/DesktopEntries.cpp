@@ -1,8 +1,9 @@
 #include "linux/applications/DesktopEntries.h"
 
+#include "files/PrivateFiles.h"
+
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QStandardPaths>
@@ -12,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace nimbarrow {
 namespace {
 
-constexpr qint64 largestEntry = 262'144;
+constexpr qsizetype largestEntry = 262'144;
 constexpr auto mostEntries = 10'000;
 // Only the very first question can come before anything is read.
 constexpr auto firstAnswerMilliseconds = 100;
@@ -49,7 +50,7 @@ struct DesktopEntries::Index {
             const QFileInfo info(files.next());
             if (info.isDir())
                 note(info.filePath());
-            else if (info.suffix() == "desktop"_L1 && info.size() <= largestEntry)
+            else if (info.suffix() == "desktop"_L1)
                 addFile(info.filePath(), folder, locale);
         }
     }
@@ -64,10 +65,8 @@ private:
         // The user's own files come first and stand before the system's of the same name.
         if (byId.contains(id))
             return;
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            return;
-        const auto entry = DesktopEntry::parse(id, file.read(largestEntry), locale);
+        const auto text = privatefiles::read(path, largestEntry);
+        const auto entry = text ? DesktopEntry::parse(id, *text, locale) : std::nullopt;
         if (!entry)
             return;
         byId.insert(id, *entry);

@@ -1,6 +1,6 @@
 #include "linux/applications/DesktopEntry.h"
 
-#include <array>
+#include "files/KeyFile.h"
 
 using namespace Qt::StringLiterals;
 
@@ -31,47 +31,23 @@ QString unescaped(QByteArrayView value)
 std::optional<DesktopEntry> DesktopEntry::parse(
     const QString& id, const QByteArray& text, const QString& locale)
 {
+    const KeyFile file(text);
+    const auto value = [&file](const QByteArray& key) { return file.value("Desktop Entry", key); };
     DesktopEntry entry;
     entry.id = id;
-    // The better a name fits the locale, the further down it stands.
-    const std::array nameKeys { QByteArray("Name"), "Name[" + locale.section(u'_', 0, 0).toUtf8() + ']',
-        "Name[" + locale.toUtf8() + ']' };
-    std::array<QString, nameKeys.size()> names;
-    auto isApplication = false;
-    auto isInside = false;
-    for (const auto lines = text.split('\n'); const auto& line : lines) {
-        const auto trimmed = line.trimmed();
-        if (trimmed.startsWith('[')) {
-            isInside = trimmed == "[Desktop Entry]";
-            continue;
-        }
-        const auto equals = trimmed.indexOf('=');
-        if (!isInside || equals < 0 || trimmed.startsWith('#'))
-            continue;
-        const auto key = trimmed.left(equals).trimmed();
-        const auto value = trimmed.mid(equals + 1).trimmed();
-        if (key == "Type")
-            isApplication = value == "Application";
-        else if (key == "Categories")
-            entry.categories = QString::fromUtf8(value).split(u';', Qt::SkipEmptyParts);
-        else if (key == "StartupWMClass")
-            entry.startupWmClass = unescaped(value);
-        else if (key == "Icon")
-            entry.icon = unescaped(value);
-        else if (key == "Hidden")
-            entry.isHidden = value == "true";
-        for (std::size_t i = 0; i < nameKeys.size(); ++i) {
-            if (key == nameKeys[i])
-                names[i] = unescaped(value);
-        }
-    }
-    for (const auto& name : names) {
-        if (!name.isEmpty())
-            entry.name = name;
-    }
+    entry.isHidden = value("Hidden") == "true";
     if (entry.isHidden)
         return entry;
-    if (!isApplication || entry.name.isEmpty())
+    entry.categories = QString::fromUtf8(value("Categories")).split(u';', Qt::SkipEmptyParts);
+    entry.startupWmClass = unescaped(value("StartupWMClass"));
+    entry.icon = unescaped(value("Icon"));
+    // The better a name fits the locale, the further back it stands.
+    for (const auto& key : { QByteArray("Name"), "Name[" + locale.section(u'_', 0, 0).toUtf8() + ']',
+             "Name[" + locale.toUtf8() + ']' }) {
+        if (const auto name = unescaped(value(key)); !name.isEmpty())
+            entry.name = name;
+    }
+    if (value("Type") != "Application" || entry.name.isEmpty())
         return {};
     return entry;
 }

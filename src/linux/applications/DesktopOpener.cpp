@@ -1,15 +1,18 @@
 #include "linux/applications/DesktopOpener.h"
 
-#include "linux/calendar/EventIdentifier.h"
 #include "linux/applications/StartProgram.h"
+#include "linux/calendar/EventIdentifier.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QElapsedTimer>
 #include <QLoggingCategory>
+#include <QProcess>
 #include <QUrlQuery>
 
 #include <array>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +24,8 @@ Q_LOGGING_CATEGORY(opening, "nimbarrow.opener")
 
 // A file manager that has to be started first needs its time.
 constexpr int fileManagerPatience = 10'000; // ms
+// A tool that has found nothing says so at once.
+constexpr qint64 longestTool = 5'000; // ms
 
 struct SettingsProgram {
     /// As XDG_CURRENT_DESKTOP has it; nothing where the program runs on any desktop.
@@ -63,6 +68,15 @@ DesktopOpener::DesktopOpener(InheritedState inherited, std::optional<QDBusConnec
 {
 }
 
+DesktopOpener::~DesktopOpener()
+{
+    for (auto* const tool : std::as_const(m_tools))
+        tool->disconnect(this);
+    // A process object that goes takes its program along.
+    static auto* const abandoned = new QList<QProcess*>;
+    *abandoned += m_tools;
+}
+
 void DesktopOpener::open(const QUrl& url)
 {
     // Without a scheme it could be read as an option.
@@ -76,18 +90,53 @@ void DesktopOpener::open(const QUrl& url)
         openByDefault(url);
 }
 
-void DesktopOpener::openByDefault(const QUrl& url) const
+void DesktopOpener::openByDefault(const QUrl& url)
 {
     const auto link = url.toString(QUrl::FullyEncoded);
+    QList<QStringList> commands;
     if (const auto tool = program(u"xdg-open"_s); !tool.isEmpty())
-        start(tool, { link });
-    else if (const auto other = program(u"gio"_s); !other.isEmpty())
-        start(other, { u"open"_s, link });
-    else
-        qCWarning(opening, "There is no program to open links with");
+        commands << QStringList { tool, link };
+    // It finds out by itself what kind of file it has. The other one leaves that to the desktop, and where
+    // there is no desktop to programs that may be missing.
+    if (const auto tool = program(u"gio"_s); !tool.isEmpty()) {
+        const bool isBare = m_inherited.environment.value(u"XDG_CURRENT_DESKTOP"_s).isEmpty();
+        commands.insert(isBare ? 0 : commands.size(), QStringList { tool, u"open"_s, link });
+    }
+    openByFirst(commands, url);
 }
 
-void DesktopOpener::openEvent(const EventIdentifier& event) const
+void DesktopOpener::openByFirst(QList<QStringList> commands, const QUrl& url)
+{
+    if (commands.isEmpty()) {
+        qCWarning(opening, "No program opens what was to be opened");
+        Q_EMIT failed(url);
+        return;
+    }
+    auto command = commands.takeFirst();
+    const auto path = command.takeFirst();
+    auto* const tool = new QProcess;
+    prepareProgram(*tool, m_inherited, path, command);
+    const auto over = [this, tool, commands, url](bool isDone) {
+        m_tools.removeOne(tool);
+        tool->deleteLater();
+        if (!isDone)
+            openByFirst(commands, url);
+    };
+    QElapsedTimer began;
+    began.start();
+    connect(tool, &QProcess::finished, this, [over, began](int code, QProcess::ExitStatus status) {
+        // The tool may have become the program that it opened, which ends as it likes.
+        over((code == 0 && status == QProcess::NormalExit) || began.hasExpired(longestTool));
+    });
+    connect(tool, &QProcess::errorOccurred, this, [over](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            over(false);
+    });
+    m_tools << tool;
+    tool->start();
+}
+
+void DesktopOpener::openEvent(const EventIdentifier& event)
 {
     if (event.kind == EventIdentifier::Kind::File) {
         // A link may come from anywhere; it opens nothing but calendars.
@@ -111,6 +160,7 @@ void DesktopOpener::openEvent(const EventIdentifier& event) const
         }
     }
     qCWarning(opening, "There is no program to show a calendar event with");
+    Q_EMIT failed({});
 }
 
 void DesktopOpener::openSettings(bool aboutCalendars) const

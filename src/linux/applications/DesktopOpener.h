@@ -1,13 +1,15 @@
 #pragma once
 
-#include "platform/Opener.h"
 #include "linux/session/InheritedState.h"
+#include "platform/Opener.h"
 
 #include <QDBusConnection>
-#include <QObject>
+#include <QList>
 #include <QStringList>
 
 #include <optional>
+
+class QProcess;
 
 namespace nimbarrow {
 
@@ -16,16 +18,22 @@ struct EventIdentifier;
 /// Opens by the desktop's own tool, and by what is installed for a calendar event or for the settings. Every
 /// program is started as the session would have started it.
 class DesktopOpener final : public Opener {
+    Q_OBJECT
+
 public:
     /// Files are revealed by the file manager on `bus`; without one their folder is opened.
     DesktopOpener(InheritedState inherited, std::optional<QDBusConnection> bus);
+    /// What it has opened stays open.
+    ~DesktopOpener() override;
 
     void open(const QUrl& url) override;
     void reveal(const QUrl& file) override;
 
 private:
-    void openByDefault(const QUrl& url) const;
-    void openEvent(const EventIdentifier& event) const;
+    void openByDefault(const QUrl& url);
+    /// By the first of these command lines that does it.
+    void openByFirst(QList<QStringList> commands, const QUrl& url);
+    void openEvent(const EventIdentifier& event);
     void openSettings(bool aboutCalendars) const;
 
     /// The path of an installed program; empty where there is none.
@@ -34,6 +42,8 @@ private:
 
     InheritedState m_inherited;
     std::optional<QDBusConnection> m_bus;
+    /// The tools that may still tell that they failed.
+    QList<QProcess*> m_tools;
     /// Owns the questions to the file manager that are on their way.
     QObject m_questions;
 };

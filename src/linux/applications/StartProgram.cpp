@@ -4,6 +4,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
@@ -14,9 +16,9 @@ QString installedProgram(const InheritedState& inherited, const QString& name)
     return folders.isEmpty() ? QString() : QStandardPaths::findExecutable(name, folders);
 }
 
-bool startProgram(const InheritedState& inherited, const QString& path, const QStringList& arguments)
+void prepareProgram(
+    QProcess& process, const InheritedState& inherited, const QString& path, const QStringList& arguments)
 {
-    QProcess process;
     // The shell counts in blocks of 512 bytes.
     const auto coreSize
         = inherited.coreSize == RLIM_INFINITY ? u"unlimited"_s : QString::number(inherited.coreSize / 512);
@@ -31,6 +33,13 @@ bool startProgram(const InheritedState& inherited, const QString& path, const QS
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
+    process.setChildProcessModifier([] { ::setsid(); });
+}
+
+bool startProgram(const InheritedState& inherited, const QString& path, const QStringList& arguments)
+{
+    QProcess process;
+    prepareProgram(process, inherited, path, arguments);
     return process.startDetached();
 }
 

@@ -5,6 +5,7 @@
 #include <limits>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace nimbarrow {
 
@@ -12,12 +13,23 @@ namespace {
 
 // For ever: after a question that was given up the service might still grant it, and nobody could release
 // that. A service that ends without an answer is reported by the bus.
-constexpr int patience = std::numeric_limits<int>::max();
+constexpr int noTimeout = std::numeric_limits<int>::max();
+// So long it counts as not having refused.
+constexpr auto answerTimeout = 5s;
+
+std::unique_ptr<InhibitionService::Grant> grantOf(
+    const InhibitionService& service, const QDBusMessage& answer)
+{
+    return answer.type() == QDBusMessage::ReplyMessage ? service.grant(answer) : nullptr;
+}
 
 } // namespace
 
-BusInhibition::BusInhibition(std::vector<InhibitionService> services)
+BusInhibition::BusInhibition(
+    std::vector<InhibitionService> services, Substitute substitute, Scheduler& scheduler)
     : m_services(std::move(services))
+    , m_substitute(std::move(substitute))
+    , m_scheduler(scheduler)
 {
     for (auto& service : m_services) {
         // Without a sender's name: with one, Qt would wait for the bus to tell who that is.
@@ -29,22 +41,28 @@ BusInhibition::BusInhibition(std::vector<InhibitionService> services)
 BusInhibition::~BusInhibition()
 {
     m_holders = 0;
-    settle();
+    m_asked.reset();
+    releaseUnlessHeld();
 }
 
 void BusInhibition::hold(const QString& reason)
 {
     ++m_holders;
-    if (m_asked || m_grant)
+    if (m_asked || m_grant || m_substituted)
         return;
     m_reason = reason;
-    ask(0);
+    // Whoever holds it is told later in any case.
+    if (m_services.empty())
+        QMetaObject::invokeMethod(
+            this, [this] { refuse(0); }, Qt::QueuedConnection);
+    else
+        ask(0);
 }
 
 void BusInhibition::letGo()
 {
     --m_holders;
-    QMetaObject::invokeMethod(this, &BusInhibition::settle, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &BusInhibition::releaseUnlessHeld, Qt::QueuedConnection);
 }
 
 void BusInhibition::ask(std::size_t service)
@@ -53,15 +71,26 @@ void BusInhibition::ask(std::size_t service)
     m_newOwner.reset();
     const auto& asked = m_services[service];
     auto* const watcher
-        = new QDBusPendingCallWatcher(asked.bus.asyncCall(asked.question(m_reason), patience), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, service] {
+        = new QDBusPendingCallWatcher(asked.bus.asyncCall(asked.question(m_reason), noTimeout), this);
+    const auto isLate = std::make_shared<bool>(false);
+    m_timeout = m_scheduler.after(answerTimeout, [this, service, isLate] {
+        *isLate = true;
+        m_asked.reset();
+        refuse(service);
+    });
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, service, isLate] {
         watcher->deleteLater();
-        take(service, watcher->reply());
+        const auto answer = watcher->reply();
+        if (!*isLate)
+            accept(service, answer);
+        else if (auto grant = grantOf(m_services[service], answer))
+            grant->release();
     });
 }
 
-void BusInhibition::take(std::size_t service, const QDBusMessage& answer)
+void BusInhibition::accept(std::size_t service, const QDBusMessage& answer)
 {
+    m_timeout.cancel();
     m_asked.reset();
     // The answer is that of a process which no longer serves the name, or of the bus in its place.
     if (m_newOwner && *m_newOwner != answer.service()) {
@@ -70,10 +99,10 @@ void BusInhibition::take(std::size_t service, const QDBusMessage& answer)
         else if (!m_newOwner->isEmpty() && m_holders > 0)
             ask(service);
         else
-            settle();
+            releaseUnlessHeld();
         return;
     }
-    auto grant = answer.type() == QDBusMessage::ReplyMessage ? m_services[service].take(answer) : nullptr;
+    auto grant = grantOf(m_services[service], answer);
     if (!grant) {
         refuse(service);
         return;
@@ -81,18 +110,22 @@ void BusInhibition::take(std::size_t service, const QDBusMessage& answer)
     // What a restarted service had given before goes only now, so that there is no gap.
     m_grant = std::move(grant);
     m_grantor = service;
-    settle();
+    releaseUnlessHeld();
 }
 
 void BusInhibition::refuse(std::size_t service)
 {
+    if (m_holders > 0 && service == 0 && m_substitute && !m_substituted)
+        m_substituted = m_substitute();
     if (m_holders > 0 && service + 1 < m_services.size()) {
         ask(service + 1);
         return;
     }
     m_grant.reset();
-    if (m_holders > 0)
+    if (m_holders > 0 && !m_substituted)
         Q_EMIT refused();
+    else
+        releaseUnlessHeld();
 }
 
 void BusInhibition::followService(const QString& name, const QString& /*oldOwner*/, const QString& newOwner)
@@ -109,7 +142,7 @@ void BusInhibition::followService(const QString& name, const QString& /*oldOwner
         ask(m_grantor);
 }
 
-void BusInhibition::settle()
+void BusInhibition::releaseUnlessHeld()
 {
     // While a question is on its way, its answer decides.
     if (m_holders > 0 || m_asked)
@@ -117,6 +150,7 @@ void BusInhibition::settle()
     if (m_grant)
         m_grant->release();
     m_grant.reset();
+    m_substituted.reset();
 }
 
 } // namespace nimbarrow

@@ -25,7 +25,7 @@ struct InhibitionService {
     QString name;
     std::function<QDBusMessage(const QString& reason)> question;
     /// Null when the answer makes no sense.
-    std::function<std::unique_ptr<Grant>(const QDBusMessage& answer)> take;
+    std::function<std::unique_ptr<Grant>(const QDBusMessage& answer)> grant;
 };
 
 } // namespace nimbarrow

@@ -69,7 +69,7 @@ InhibitionService screenSaverOf(const QDBusConnection& bus)
                 question << program << reason;
                 return question;
             },
-        .take = [bus, call](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
+        .grant = [bus, call](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
             const auto cookie = answer.arguments().value(0);
             if (cookie.metaType() != QMetaType::fromType<uint>())
                 return nullptr;
@@ -89,7 +89,7 @@ InhibitionService portalOf(const QDBusConnection& bus)
                 question << QString() << idle << QVariantMap { { u"reason"_s, reason } };
                 return question;
             },
-        .take = [bus](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
+        .grant = [bus](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
             const auto request = answer.arguments().value(0).value<QDBusObjectPath>().path();
             if (request.isEmpty())
                 return nullptr;
@@ -110,7 +110,7 @@ InhibitionService loginManagerOf(const QDBusConnection& bus)
                 question << u"sleep:idle"_s << program << reason << u"block"_s;
                 return question;
             },
-        .take = [](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
+        .grant = [](const QDBusMessage& answer) -> std::unique_ptr<InhibitionService::Grant> {
             const auto descriptor = answer.arguments().value(0).value<QDBusUnixFileDescriptor>();
             if (!descriptor.isValid())
                 return nullptr;
@@ -118,9 +118,9 @@ InhibitionService loginManagerOf(const QDBusConnection& bus)
         } };
 }
 
-class Share final : public QObject, public PowerAssertions::Assertion {
+class Holder final : public QObject, public PowerAssertions::Assertion {
 public:
-    Share(BusInhibition& inhibition, const QString& name, std::function<void()> failed)
+    Holder(BusInhibition& inhibition, const QString& name, std::function<void()> failed)
         : m_inhibition(&inhibition)
     {
         // Dropping the assertion inside `failed` ends this object, so it runs from a copy.
@@ -131,31 +131,31 @@ public:
         inhibition.hold(name);
     }
 
-    ~Share() override
+    ~Holder() override
     {
         if (m_inhibition)
             m_inhibition->letGo();
     }
-    Q_DISABLE_COPY_MOVE(Share)
+    Q_DISABLE_COPY_MOVE(Holder)
 
 private:
     QPointer<BusInhibition> m_inhibition;
 };
 
-std::unique_ptr<BusInhibition> oneOf(std::vector<InhibitionService> services)
-{
-    return std::make_unique<BusInhibition>(std::move(services));
-}
-
 } // namespace
 
-LinuxPowerAssertions::LinuxPowerAssertions(
-    const std::optional<QDBusConnection>& session, const std::optional<QDBusConnection>& system)
+LinuxPowerAssertions::LinuxPowerAssertions(const std::optional<QDBusConnection>& session,
+    const std::optional<QDBusConnection>& system, Substitute displaySubstitute, Scheduler& scheduler)
 {
+    std::vector<InhibitionService> services;
     if (session)
-        m_displaySleep = oneOf({ screenSaverOf(*session), portalOf(*session) });
-    if (system)
-        m_systemSleep = oneOf({ loginManagerOf(*system) });
+        services = { screenSaverOf(*session), portalOf(*session) };
+    if (!services.empty() || displaySubstitute)
+        m_displaySleep = std::make_unique<BusInhibition>(services, std::move(displaySubstitute), scheduler);
+    if (system) {
+        m_systemSleep = std::make_unique<BusInhibition>(
+            std::vector { loginManagerOf(*system) }, Substitute(), scheduler);
+    }
 }
 
 LinuxPowerAssertions::~LinuxPowerAssertions() = default;
@@ -166,7 +166,7 @@ std::unique_ptr<PowerAssertions::Assertion> LinuxPowerAssertions::create(
     const auto& inhibition = type == Type::PreventUserIdleDisplaySleep ? m_displaySleep : m_systemSleep;
     if (!inhibition)
         return nullptr;
-    return std::make_unique<Share>(*inhibition, name, std::move(failed));
+    return std::make_unique<Holder>(*inhibition, name, std::move(failed));
 }
 
 } // namespace nimbarrow

@@ -1,12 +1,14 @@
 #include "linux/session/AutostartLoginItem.h"
 
+#include "files/KeyFile.h"
+#include "files/PrivateFiles.h"
+
 #include <QDir>
 #include <QFile>
-#include <QHash>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
@@ -16,24 +18,7 @@ namespace nimbarrow {
 
 namespace {
 
-QHash<QString, QString> readEntry(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    constexpr qint64 most = 65'536;
-    const auto lines = QString::fromUtf8(file.read(most)).split(u'\n');
-    QHash<QString, QString> entry;
-    bool inEntry = false;
-    for (const auto& untrimmed : lines) {
-        const auto line = untrimmed.trimmed();
-        if (line.startsWith(u'['))
-            inEntry = line == "[Desktop Entry]"_L1;
-        else if (const auto equals = line.indexOf(u'='); inEntry && equals > 0 && !line.startsWith(u'#'))
-            entry.insert(line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
-    }
-    return entry;
-}
+constexpr qsizetype largestEntry = 65'536; // bytes
 
 /// Quoted twice: as an argument of the Exec line, and as a value of the file.
 QString execLine(const QString& program)
@@ -77,9 +62,10 @@ AutostartLoginItem::AutostartLoginItem(const QString& configurationFolder, const
 bool AutostartLoginItem::isEnabled() const
 {
     // What Exec names does not matter: a file of this name is the program's, whichever copy of it made it.
-    const auto entry = readEntry(m_path);
-    return !entry.value(u"Exec"_s).isEmpty() && entry.value(u"Hidden"_s) != "true"_L1
-        && entry.value(u"X-GNOME-Autostart-enabled"_s) != "false"_L1;
+    const KeyFile file(privatefiles::read(m_path, largestEntry).value_or(QByteArray()));
+    const auto value = [&file](const char* key) { return file.value("Desktop Entry", key); };
+    return !value("Exec").isEmpty() && value("Hidden") != "true"
+        && value("X-GNOME-Autostart-enabled") != "false";
 }
 
 std::optional<QString> AutostartLoginItem::setEnabled(bool enabled)
@@ -93,19 +79,17 @@ std::optional<QString> AutostartLoginItem::write() const
     std::filesystem::create_directories(native(m_folder), error);
     if (error)
         return words(error);
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
-    file.write("[Desktop Entry]\n"
-               "Type=Application\n"
-               "Name=Nimbarrow\n"
-               "Icon=ua.tessak.Nimbarrow\n"
-               "Exec="
+    const auto entry = "[Desktop Entry]\n"
+                       "Type=Application\n"
+                       "Name=Nimbarrow\n"
+                       "Icon=ua.tessak.Nimbarrow\n"
+                       "Exec="
         + execLine(m_program).toUtf8()
         + "\n"
-          "X-GNOME-Autostart-enabled=true\n");
-    if (!file.commit())
-        return file.errorString();
+          "X-GNOME-Autostart-enabled=true\n";
+    errno = 0;
+    if (!privatefiles::write(m_path, entry))
+        return words(std::error_code(errno != 0 ? errno : EIO, std::generic_category()));
     return {};
 }
 

@@ -6,6 +6,7 @@
 
 #include <QDBusContext>
 #include <QDir>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <sys/resource.h>
@@ -120,6 +121,59 @@ private Q_SLOTS:
         // Nothing of what this program has set for itself.
         QCOMPARE(contents(u"state"_s),
             QStringList { u"0022 %1 unset"_s.arg(std::min<rlim_t>(core.rlim_max, 1024) / 512) });
+    }
+
+    void theNextToolIsTriedWhenOneFails_data()
+    {
+        QTest::addColumn<QString>("desktop");
+        QTest::addColumn<QStringList>("failing");
+        QTest::addColumn<QStringList>("expected");
+        const auto link = u"https://example.org/"_s;
+        QTest::newRow("bare window manager")
+            << QString() << QStringList() << QStringList { u"gio"_s, u"open"_s, link };
+        QTest::newRow("bare, nothing known to the first")
+            << QString() << QStringList { u"gio"_s } << QStringList { u"xdg-open"_s, link };
+        QTest::newRow("desktop") << u"KDE"_s << QStringList() << QStringList { u"xdg-open"_s, link };
+        QTest::newRow("desktop, its own tool fails")
+            << u"KDE"_s << QStringList { u"xdg-open"_s } << QStringList { u"gio"_s, u"open"_s, link };
+        QTest::newRow("nothing opens it")
+            << QString() << QStringList { u"gio"_s, u"xdg-open"_s } << QStringList();
+    }
+
+    void theNextToolIsTriedWhenOneFails()
+    {
+        QFETCH(QString, desktop);
+        QFETCH(QStringList, failing);
+        QFETCH(QStringList, expected);
+        m_state.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
+        for (const auto& tool : { u"gio"_s, u"xdg-open"_s }) {
+            if (failing.contains(tool))
+                m_folder->write("bin/"_L1 + tool, "#!/bin/sh\nexit 3\n", QFile::ExeOwner);
+            else
+                install(tool);
+        }
+        DesktopOpener opener(m_state, {});
+        const QSignalSpy failed(&opener, &Opener::failed);
+        opener.open(QUrl(u"https://example.org/"_s));
+        QTRY_VERIFY(!failed.isEmpty() || !started().isEmpty());
+        QCOMPARE(started(), expected);
+        QCOMPARE(failed.size(), expected.isEmpty() ? 1 : 0);
+    }
+
+    void whatWasOpenedOutlivesTheProgram()
+    {
+        m_folder->write(u"bin/gio"_s,
+            "#!/bin/sh\ntouch '" + m_folder->filePath(u"began"_s).toUtf8() + "'\nwhile [ ! -e '"
+                + m_folder->filePath(u"over"_s).toUtf8() + "' ]; do sleep 0.05; done\ntouch '"
+                + m_folder->filePath(u"ended"_s).toUtf8() + "'\n",
+            QFile::ExeOwner);
+        {
+            DesktopOpener opener(m_state, {});
+            opener.open(QUrl(u"https://example.org/"_s));
+            QTRY_VERIFY(QFile::exists(m_folder->filePath(u"began"_s)));
+        }
+        m_folder->write(u"over"_s, "");
+        QTRY_VERIFY(QFile::exists(m_folder->filePath(u"ended"_s)));
     }
 
     void theRightProgramIsStarted_data()

@@ -50,18 +50,28 @@ public:
     QStringList log;
     bool answers = true;
     bool refuses = false;
+    QDBusMessage unanswered;
+
+    /// Grants what it has not answered so far.
+    void answerLate()
+    {
+        held.insert(1, unanswered.service());
+        bus.send(unanswered.createReply(1U));
+    }
 
 public Q_SLOTS:
     uint Inhibit(const QString& application, const QString& reason) // NOLINT
     {
         constexpr uint cookie = 7;
         log << QStringLiteral("Inhibit %1: %2").arg(application, reason);
-        if (!answers)
+        if (!answers) {
             setDelayedReply(true);
-        else if (refuses)
+            unanswered = message();
+        } else if (refuses) {
             sendErrorReply(QDBusError::AccessDenied, QStringLiteral("no"));
-        else
+        } else {
             held.insert(cookie + uint(held.size()), message().service());
+        }
         return cookie + uint(held.size()) - 1;
     }
 

@@ -1,14 +1,19 @@
 #include "linux/power/LinuxPowerAssertions.h"
 
 #include "keepawake/KeepAwake.h"
+#include "linux/display/X11Properties.h"
 #include "linux/power/FakeSleepServices.h"
+#include "linux/power/X11ScreenSaver.h"
 #include "linux/session/SessionBus.h"
 #include "support/ManualTime.h"
 #include "support/PrivateBus.h"
+#include "support/PrivateXServer.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QTest>
+
+#include <xcb/screensaver.h>
 
 using namespace nimbarrow;
 using namespace Qt::StringLiterals;
@@ -76,8 +81,8 @@ private:
 
 int runAsHolder()
 {
-    LinuxPowerAssertions power(liveSessionBus(), liveSystemBus());
     ManualTime time;
+    LinuxPowerAssertions power(liveSessionBus(), liveSystemBus(), {}, time);
     KeepAwake keepAwake(power, time, time);
     keepAwake.choose(0);
     return QCoreApplication::exec();
@@ -93,14 +98,31 @@ class LinuxPowerAssertionsTest : public QObject {
     std::unique_ptr<LoginManager> m_login;
     std::unique_ptr<FakeScreenSaver> m_saver;
 
+    /// What the windowing system does, while it is done.
+    class Substituted final : public Port {
+    public:
+        explicit Substituted(int& count)
+            : m_count(count)
+        {
+            ++m_count;
+        }
+        ~Substituted() override { --m_count; }
+        Q_DISABLE_COPY_MOVE(Substituted)
+
+    private:
+        int& m_count;
+    };
+    int m_substituted = 0;
+
     struct Program {
-        Program(const std::optional<QDBusConnection>& session, const std::optional<QDBusConnection>& system)
-            : power(session, system)
+        Program(const std::optional<QDBusConnection>& session, const std::optional<QDBusConnection>& system,
+            LinuxPowerAssertions::Substitute substitute = {})
+            : power(session, system, std::move(substitute), time)
         {
         }
 
-        LinuxPowerAssertions power;
         ManualTime time;
+        LinuxPowerAssertions power;
         KeepAwake keepAwake { power, time, time };
     };
     std::unique_ptr<Program> m_program;
@@ -205,12 +227,14 @@ private Q_SLOTS:
         const FakeInhibitPortal portal(m_session.address());
         m_program->keepAwake.choose(0);
         QTRY_COMPARE(m_saver->held.size(), 1);
+        QTRY_COMPARE(m_login->list(), QStringList { ours });
         m_saver.reset();
-        settle();
+        m_login.reset();
         m_saver = std::make_unique<FakeScreenSaver>(m_session.address());
+        m_login = std::make_unique<LoginManager>(m_system.address());
         QTRY_COMPARE(m_saver->held.size(), 1);
+        QTRY_COMPARE(m_login->list(), QStringList { ours });
         QVERIFY(portal.log.isEmpty());
-        QCOMPARE(m_login->list(), QStringList { ours });
 
         // Off while it is away: the next one is not asked, nor told about a number that was another's.
         m_saver.reset();
@@ -222,16 +246,77 @@ private Q_SLOTS:
         QCOMPARE(m_saver->log, QStringList());
     }
 
-    void theLoginManagerMayRestartToo()
+    void aServiceThatNeverAnswersRefuses()
     {
+        m_saver->answers = false;
+        m_program = std::make_unique<Program>(connection(m_session, u"session"_s), std::nullopt);
         m_program->keepAwake.choose(0);
-        QTRY_COMPARE(m_login->list(), QStringList { ours });
-        m_login.reset();
-        m_login = std::make_unique<LoginManager>(m_system.address());
-        QTRY_COMPARE(m_login->list(), QStringList { ours });
-        QCOMPARE(m_saver->log, QStringList { asked() });
+        QTRY_COMPARE(m_saver->log.size(), 1);
+        m_program->time.advance(4999ms);
+        settle();
+        QVERIFY(m_program->keepAwake.isActive());
+        m_program->time.advance(1ms);
+        QTRY_VERIFY(!m_program->keepAwake.isActive());
+        // What it grants now nobody wants any more.
+        m_saver->answerLate();
+        QTRY_COMPARE(m_saver->log, (QStringList { asked(), u"UnInhibit 1"_s }));
+    }
+
+    void theWindowingSystemStandsInForTheScreenSaver_data()
+    {
+        QTest::addColumn<QString>("saver");
+        QTest::addColumn<bool>("substituted");
+        QTest::newRow("it grants") << u"grants"_s << false;
+        QTest::newRow("it refuses, the portal grants what it may not keep") << u"refuses"_s << true;
+        QTest::newRow("it never answers") << u"silent"_s << true;
+        QTest::newRow("no bus") << u"no bus"_s << true;
+    }
+
+    void theWindowingSystemStandsInForTheScreenSaver()
+    {
+        QFETCH(QString, saver);
+        const FakeInhibitPortal portal(m_session.address());
+        m_saver->refuses = saver == "refuses"_L1;
+        m_saver->answers = saver != "silent"_L1;
+        m_program = std::make_unique<Program>(
+            saver == "no bus"_L1 ? std::nullopt : connection(m_session, u"session"_s), std::nullopt,
+            [this] { return std::make_unique<Substituted>(m_substituted); });
+        m_program->keepAwake.choose(0);
+        if (saver == "silent"_L1) {
+            QTRY_COMPARE(m_saver->log.size(), 1);
+            m_program->time.advance(5s);
+        }
+        settle();
+        QTEST(m_substituted == 1, "substituted");
+        QVERIFY(m_program->keepAwake.isActive());
+        m_program->keepAwake.choose(3);
+        settle();
+        QTEST(m_substituted == 1, "substituted");
         m_program->keepAwake.deactivate();
-        QTRY_COMPARE(m_login->list(), QStringList());
+        QTRY_COMPARE(m_substituted, 0);
+    }
+
+    void theXServerBlanksNothingMeanwhile()
+    {
+        const PrivateXServer server;
+        const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> watcher(
+            xcb_connect(server.displayName().constData(), nullptr), &xcb_disconnect);
+        auto held = x11::suspendScreenSaver(server.displayName());
+        QVERIFY(held);
+        constexpr qint16 seconds = 1;
+        xcb_set_screen_saver(watcher.get(), seconds, seconds, 1, 1);
+        const auto isBlank = [&watcher] {
+            const auto cookie = xcb_screensaver_query_info(watcher.get(), x11::rootWindow(watcher.get()));
+            const auto reply = x11::owned(xcb_screensaver_query_info_reply(watcher.get(), cookie, nullptr));
+            return reply && reply->state == XCB_SCREENSAVER_STATE_ON;
+        };
+        // The server keeps this time itself.
+        QTest::qWait(1500);
+        QVERIFY(!isBlank());
+        held.reset();
+        QTRY_VERIFY(isBlank());
+
+        QVERIFY(!x11::suspendScreenSaver(":1999"));
     }
 
     void thePortalStandsInForTheScreenSaver_data()

@@ -1,11 +1,15 @@
 #include "linux/session/AutostartLoginItem.h"
 
 #include "linux/session/XdgLocations.h"
+#include "support/FileCalls.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <cerrno>
+#include <sys/stat.h>
 
 using namespace nimbarrow;
 using namespace Qt::StringLiterals;
@@ -90,6 +94,25 @@ private Q_SLOTS:
         AutostartLoginItem item(folder.filePath(u"config"_s), u"/usr/bin/nimbarrow"_s);
         QVERIFY(!item.setEnabled(true).value_or(QString()).isEmpty());
         QVERIFY(!item.isEnabled());
+    }
+
+    void whatFindsNoRoomLeavesWhatIsThere()
+    {
+        const QTemporaryDir folder;
+        AutostartLoginItem item(folder.path(), u"/usr/bin/nimbarrow"_s);
+        QCOMPARE(item.setEnabled(true), std::nullopt);
+        const FileCalls full(folder.path(), [](const char* name) { return name == "write"_ba ? ENOSPC : 0; });
+        QVERIFY(AutostartLoginItem(folder.path(), u"/other"_s).setEnabled(true)->contains("space"_L1));
+        QVERIFY(item.isEnabled());
+    }
+
+    void nobodyIsWaitedForAtTheOtherEndOfAPipe()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(u"autostart"_s));
+        const auto path = folder.filePath(u"autostart/ua.tessak.Nimbarrow.desktop"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        QVERIFY(!AutostartLoginItem(folder.path(), u"/usr/bin/nimbarrow"_s).isEnabled());
     }
 
     void onlyWholeFoldersCountAsApplications_data()

@@ -1,4 +1,4 @@
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -123,10 +123,15 @@ std::optional<QByteArray> read(const QString& path, qsizetype maxSize)
 bool write(const QString& path, const QByteArray& data)
 {
     const auto folder = QFileInfo(path).path();
+    // There was no room for it when the program started, or somebody has removed it since.
+    if (!QFileInfo::exists(folder))
+        makeFolder(folder);
     const Descriptor directory(QFile::encodeName(folder), O_RDONLY | O_DIRECTORY | O_NONBLOCK);
     const auto target = QFile::encodeName(path);
-    if (!directory.isMine() || isReadOnly(target))
+    if (!directory.isMine() || isReadOnly(target)) {
+        errno = EACCES;
         return false;
+    }
     const auto unfinished = unfinishedName(target);
     Descriptor file(unfinished, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
     // Whatever is put in place is on the disk: a file system may find only then that there is no room.
@@ -136,8 +141,11 @@ bool write(const QString& path, const QByteArray& data)
         ::fsync(directory.number());
         return true;
     }
-    if (file.wasOpened())
+    if (file.wasOpened()) {
+        const int why = errno;
         ::unlink(unfinished.constData());
+        errno = why;
+    }
     return false;
 }
 
