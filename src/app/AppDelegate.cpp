@@ -4,6 +4,7 @@
 #include "app/NotchSurface.h"
 #include "clipboard/ThumbnailFile.h"
 #include "notch/NotchController.h"
+#include "preferences/L10n.h"
 #include "style/Motion.h"
 
 #include <QCoreApplication>
@@ -36,6 +37,7 @@ bool AppDelegate::applicationDidFinishLaunching()
         return false;
     qCInfo(logApp, "did finish launching");
 
+    L10n::setSystemWords(m_platform.words);
     m_model = std::make_unique<AppModel>(m_platform);
     ThumbnailFile::setLoader(&m_model->thumbnails());
     const auto& desktop = *m_platform.desktopPreferences;

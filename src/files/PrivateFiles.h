@@ -15,9 +15,9 @@ bool makeFolder(const QString& path);
 /// The content of a regular file of at most `maxSize` bytes. Never waits for what is no regular file.
 [[nodiscard]] std::optional<QByteArray> read(const QString& path, qsizetype maxSize);
 
-/// All or nothing: after a failure, or the end of the program at any moment, the old file is still whole; after a success
-/// the new one outlives a loss of power. `errno` tells why it failed. Only into a folder of one's own. What stands at
-/// `path` is replaced itself, also a link; what its owner has made read-only stays.
+/// All or nothing: after a failure, or the end of the program at any moment, the old file is still whole;
+/// after a success the new one outlives a loss of power. `errno` tells why it failed. Only into a folder of
+/// one's own. What stands at `path` is replaced itself, also a link; what its owner has made read-only stays.
 [[nodiscard]] bool write(const QString& path, const QByteArray& data);
 
 /// True when there is no such file then. A folder of somebody else keeps its files.

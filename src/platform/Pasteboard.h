@@ -76,6 +76,17 @@ class Pasteboard : public QObject, public PasteboardContent {
 public:
     using QObject::QObject;
 
+    /// Whether the user lets the program read what other programs copy.
+    enum class Access {
+        Granted,
+        /// The system asks each time, or the first time.
+        Asked,
+        Denied
+    };
+
+    /// Asks nobody. Where it is denied there is nothing to read.
+    [[nodiscard]] virtual Access access() const { return Access::Granted; }
+
     /// Moves on with every change, the program's own writes included.
     [[nodiscard]] virtual int changeCount() const = 0;
 

@@ -27,6 +27,7 @@
 #include "platform/Scripting.h"
 #include "platform/SessionLock.h"
 #include "platform/SharePicker.h"
+#include "platform/SystemWords.h"
 #include "platform/UserDefaults.h"
 #include "platform/WorkQueue.h"
 
@@ -70,6 +71,8 @@ struct Platform {
     std::unique_ptr<AdapterCommand> adapterCommand;
     std::unique_ptr<AdapterProcesses> adapterProcesses;
     std::unique_ptr<MusicApp> musicApp;
+
+    SystemWords words;
 
     /// Hands the pages that the heap no longer uses back to the system.
     std::function<void()> returnFreeMemory;

@@ -16,7 +16,7 @@ struct Text {
     QStringView ukrainian;
 };
 
-// In the order of the keys.
+// In the order of the keys. What stands in braces is said in the system's own words.
 constexpr std::array table {
     Text { L10n::Key::Copied, u"Copied", u"Скопійовано" },
     Text { L10n::Key::Pin, u"Pin", u"Закріпити" },
@@ -30,14 +30,14 @@ constexpr std::array table {
     Text { L10n::Key::PeekOnTrackChange, u"Show track changes", u"Показувати зміну треку" },
     Text { L10n::Key::WatchScreenshots, u"Watch for screenshots", u"Стежити за скріншотами" },
     Text { L10n::Key::PasteOnClick, u"Paste on click", u"Вставляти кліком" },
-    Text { L10n::Key::HotKey, u"⌘⇧V hot key", u"Хоткей ⌘⇧V" },
-    Text { L10n::Key::AccessibilityHint, u"Needs permission: System Settings → Privacy → Accessibility",
-        u"Потрібен дозвіл: Системні параметри → Конфіденційність → Універсальний доступ" },
+    Text { L10n::Key::HotKey, u"{hotKey} hot key", u"Хоткей {hotKey}" },
+    Text { L10n::Key::AccessibilityHint, u"Needs permission: {settings} → Privacy → Accessibility",
+        u"Потрібен дозвіл: {settings} → Конфіденційність → Універсальний доступ" },
     Text { L10n::Key::SettingsNotSaved, u"These settings could not be saved. Is the disk full?",
         u"Не вдалося зберегти ці налаштування. Чи є місце на диску?" },
     Text { L10n::Key::NothingOpensIt, u"No program opens this", u"Немає програми, яка це відкриє" },
-    Text { L10n::Key::OutsideApplicationsHint, u"Not running from /Applications: login will open this copy",
-        u"Запущено не з /Applications: при вході відкриється саме ця копія" },
+    Text { L10n::Key::OutsideApplicationsHint, u"Not running from {programs}: login will open this copy",
+        u"Запущено не з {programs}: при вході відкриється саме ця копія" },
     Text { L10n::Key::Language, u"Language", u"Мова" },
     Text { L10n::Key::LanguageSystem, u"System", u"Як у системі" },
     Text { L10n::Key::LanguageUkrainian, u"Українська", u"Українська" },
@@ -56,8 +56,8 @@ constexpr std::array table {
     Text { L10n::Key::DropHere, u"Drop here", u"Кинь сюди" },
     Text { L10n::Key::NothingPlaying, u"Nothing playing", u"Нічого не грає" },
     Text { L10n::Key::MusicPermissionHint,
-        u"Allow Nimbarrow to control Music: System Settings → Privacy → Automation",
-        u"Дозволь Nimbarrow керувати Music: Системні параметри → Конфіденційність → Автоматизація" },
+        u"Allow Nimbarrow to control Music: {settings} → Privacy → Automation",
+        u"Дозволь Nimbarrow керувати Music: {settings} → Конфіденційність → Автоматизація" },
     Text { L10n::Key::Previous, u"Previous", u"Попередній" },
     Text { L10n::Key::PlayPause, u"Play / pause", u"Відтворити / пауза" },
     Text { L10n::Key::Next, u"Next", u"Наступний" },
@@ -74,7 +74,7 @@ constexpr std::array table {
     Text { L10n::Key::TodaysCalendar, u"Today's calendar", u"Календар на сьогодні" },
     Text { L10n::Key::ShowTodaysCalendar, u"Show today's calendar", u"Показати календар на сьогодні" },
     Text { L10n::Key::CalendarNoAccess, u"No access to Calendar", u"Немає доступу до Календаря" },
-    Text { L10n::Key::OpenSystemSettings, u"Open System Settings", u"Відкрити Системні параметри" },
+    Text { L10n::Key::OpenSystemSettings, u"Open {settings}", u"Відкрити {settings}" },
     Text { L10n::Key::NothingToday, u"Nothing today", u"Сьогодні нічого немає" },
     Text { L10n::Key::Join, u"Join", u"Приєднатися" },
     Text { L10n::Key::NewEvent, u"New Event", u"Нова подія" },
@@ -99,6 +99,12 @@ constexpr bool isInKeyOrder()
 }
 static_assert(isInKeyOrder());
 static_assert(table.size() == static_cast<std::size_t>(L10n::Key::OldHistoryKept) + 1);
+
+SystemWords& words()
+{
+    static SystemWords words { u"⌘⇧V"_s, u"/Applications"_s, u"System Settings"_s, u"Системні параметри"_s };
+    return words;
+}
 
 QStringView ukrainianFiles(qsizetype count)
 {
@@ -133,6 +139,12 @@ void L10n::setCurrent(Resolved current)
     Q_EMIT instance().currentChanged();
 }
 
+void L10n::setSystemWords(const SystemWords& systemWords)
+{
+    words() = systemWords;
+    Q_EMIT instance().currentChanged();
+}
+
 L10n::Resolved L10n::resolve(Language language, const QStringList& preferredLanguages)
 {
     switch (language) {
@@ -146,7 +158,12 @@ L10n::Resolved L10n::resolve(Language language, const QStringList& preferredLang
 QString L10n::text(Key key)
 {
     const auto& text = table.at(static_cast<std::size_t>(key));
-    return (current() == Ukrainian ? text.ukrainian : text.english).toString();
+    const auto isUkrainian = current() == Ukrainian;
+    return (isUkrainian ? text.ukrainian : text.english)
+        .toString()
+        .replace("{hotKey}"_L1, words().hotKey)
+        .replace("{programs}"_L1, words().programsFolder)
+        .replace("{settings}"_L1, isUkrainian ? words().settingsUkrainian : words().settingsEnglish);
 }
 
 QString L10n::files(qsizetype count)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/SystemWords.h"
 #include "preferences/Language.h"
 
 #include <QObject>
@@ -94,6 +95,9 @@ public:
 
     [[nodiscard]] static Resolved current() { return instance().m_current; }
     static void setCurrent(Resolved current);
+
+    /// What keys and places are called from now on; until then as on macOS.
+    static void setSystemWords(const SystemWords& systemWords);
 
     /// `preferredLanguages` are the desktop's, the most wanted first.
     [[nodiscard]] static Resolved resolve(Language language, const QStringList& preferredLanguages);

@@ -35,7 +35,7 @@ private:
     void save();
     void saved(bool isWhole);
 
-    const QString m_path;
+    QString m_path;
     Scheduler& m_scheduler;
     KeyFile m_file;
     QVariantMap m_registered;

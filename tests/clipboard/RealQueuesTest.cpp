@@ -1,7 +1,7 @@
 #include "clipboard/ClipboardIndex.h"
 #include "clipboard/PasteboardCapture.h"
-#include "files/PrivateFiles.h"
 #include "clipboard/ScreenshotWatcher.h"
+#include "files/PrivateFiles.h"
 #include "images/ThumbnailLoader.h"
 #include "qt/QtWorkQueues.h"
 #include "support/FakePasteboard.h"

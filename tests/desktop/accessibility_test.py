@@ -11,9 +11,9 @@ from screen_reader import ScreenReader
 SETTINGS = {"en": ("push button", "Settings"), "uk": ("push button", "Налаштування")}
 SWITCHES = {
     "en": ["Launch at login", "Show new clipboard items", "Show track changes", "Watch for screenshots",
-           "Paste on click", "⌘⇧V hot key", "Today's calendar"],
+           "Paste on click", "Super+Shift+V hot key", "Today's calendar"],
     "uk": ["Запускати при вході", "Показувати нове з буфера", "Показувати зміну треку", "Стежити за скріншотами",
-           "Вставляти кліком", "Хоткей ⌘⇧V", "Календар на сьогодні"],
+           "Вставляти кліком", "Хоткей Super+Shift+V", "Календар на сьогодні"],
 }
 CHOICES = {"en": ["50", "100", "200", "System", "Українська", "English"],
            "uk": ["50", "100", "200", "Як у системі", "Українська", "English"]}

@@ -1,7 +1,7 @@
 #include "linux/applications/PortalSharePicker.h"
 
-#include "platform/WorkQueue.h"
 #include "linux/applications/StartProgram.h"
+#include "platform/WorkQueue.h"
 
 #include <QDBusMessage>
 #include <QDBusMetaType>

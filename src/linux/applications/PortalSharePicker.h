@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/SharePicker.h"
 #include "linux/session/InheritedState.h"
+#include "platform/SharePicker.h"
 
 #include <QDBusConnection>
 #include <QObject>

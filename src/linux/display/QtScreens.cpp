@@ -1,7 +1,7 @@
 #include "linux/display/QtScreens.h"
 
-#include "qt/FlippedAxis.h"
 #include "linux/display/ScreenCutouts.h"
+#include "qt/FlippedAxis.h"
 
 #include <QGuiApplication>
 #include <QScreen>

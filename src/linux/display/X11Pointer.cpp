@@ -1,7 +1,7 @@
 #include "linux/display/X11Pointer.h"
 
-#include "qt/FlippedAxis.h"
 #include "linux/display/X11Properties.h"
+#include "qt/FlippedAxis.h"
 
 #include <QCursor>
 

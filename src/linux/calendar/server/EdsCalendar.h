@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/CalendarStore.h"
 #include "linux/calendar/server/EdsPatience.h"
 #include "linux/calendar/server/GObjects.h"
+#include "platform/CalendarStore.h"
 
 #include <QHash>
 #include <QSet>

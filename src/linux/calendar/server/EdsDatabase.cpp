@@ -1,8 +1,8 @@
 #include "linux/calendar/server/EdsDatabase.h"
 
-#include "linux/calendar/server/EdsCalendar.h"
-#include "linux/calendar/folder/EventDetails.h"
 #include "linux/calendar/EventIdentifier.h"
+#include "linux/calendar/folder/EventDetails.h"
+#include "linux/calendar/server/EdsCalendar.h"
 
 #include <QLoggingCategory>
 

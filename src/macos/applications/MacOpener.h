@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Opener.h"
+
+namespace nimbarrow {
+
+/// Opens by the workspace, which understands the system's own links as well.
+class MacOpener final : public Opener {
+public:
+    void open(const QUrl& url) override;
+    void reveal(const QUrl& file) override;
+};
+
+} // namespace nimbarrow
