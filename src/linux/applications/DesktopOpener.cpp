@@ -2,10 +2,8 @@
 
 #include "linux/applications/StartProgram.h"
 #include "linux/calendar/EventIdentifier.h"
+#include "linux/session/BusCalls.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QElapsedTimer>
 #include <QLoggingCategory>
 #include <QProcess>
@@ -190,13 +188,11 @@ void DesktopOpener::reveal(const QUrl& file)
     auto question = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s,
         u"/org/freedesktop/FileManager1"_s, u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
     question << QStringList { file.toString(QUrl::FullyEncoded) } << QString();
-    auto* const watcher
-        = new QDBusPendingCallWatcher(m_bus->asyncCall(question, fileManagerPatience), &m_questions);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &m_questions, [this, watcher, folder] {
-        if (QDBusPendingReply<>(*watcher).isError())
+    const auto answered = [this, folder](const QDBusMessage& answer) {
+        if (answer.type() == QDBusMessage::ErrorMessage)
             openByDefault(folder);
-        watcher->deleteLater();
-    });
+    };
+    callBus(*m_bus, question, this, answered, fileManagerPatience);
 }
 
 QString DesktopOpener::program(const QString& name) const

@@ -44,8 +44,6 @@ private:
     std::optional<QDBusConnection> m_bus;
     /// The tools that may still tell that they failed.
     QList<QProcess*> m_tools;
-    /// Owns the questions to the file manager that are on their way.
-    QObject m_questions;
 };
 
 } // namespace nimbarrow

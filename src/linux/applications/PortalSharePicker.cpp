@@ -1,12 +1,11 @@
 #include "linux/applications/PortalSharePicker.h"
 
 #include "linux/applications/StartProgram.h"
+#include "linux/session/BusCalls.h"
 #include "platform/WorkQueue.h"
 
-#include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 #include <QFile>
@@ -81,13 +80,11 @@ void PortalSharePicker::askVersion(const QString& interface, uint& version)
 {
     auto asked = question(u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     asked << interface << u"version"_s;
-    auto* const watcher = new QDBusPendingCallWatcher(m_bus->asyncCall(asked), &m_questions);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &m_questions, [watcher, &version] {
-        const QDBusPendingReply<QDBusVariant> reply = *watcher;
+    callBus(*m_bus, asked, &m_questions, [&version](const QDBusMessage& answer) {
+        const QDBusReply<QDBusVariant> reply = answer;
         // An error: this desktop has no such portal.
-        if (!reply.isError())
+        if (reply.isValid())
             version = reply.value().variant().toUInt();
-        watcher->deleteLater();
     });
 }
 
@@ -190,16 +187,13 @@ void PortalSharePicker::openFiles(const QStringList& paths, std::function<void(c
 
 void PortalSharePicker::call(const QDBusMessage& question, std::function<void()> failed)
 {
-    auto* const watcher = new QDBusPendingCallWatcher(m_bus->asyncCall(question), &m_questions);
-    QObject::connect(
-        watcher, &QDBusPendingCallWatcher::finished, &m_questions, [watcher, failed = std::move(failed)] {
-            if (watcher->isError()) {
-                qCWarning(sharing, "The portal refused: %ls", qUtf16Printable(watcher->error().name()));
-                if (failed)
-                    failed();
-            }
-            watcher->deleteLater();
-        });
+    callBus(*m_bus, question, &m_questions, [failed = std::move(failed)](const QDBusMessage& answer) {
+        if (answer.type() != QDBusMessage::ErrorMessage)
+            return;
+        qCWarning(sharing, "The portal refused: %ls", qUtf16Printable(answer.errorName()));
+        if (failed)
+            failed();
+    });
 }
 
 } // namespace nimbarrow

@@ -1,5 +1,7 @@
 #include "linux/calendar/DayWatch.h"
 
+#include "linux/session/BusCalls.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -48,9 +50,8 @@ DayWatch::DayWatch(std::optional<QDBusConnection> system, Places places)
     connect(&m_zoneWatch, &QFileSystemWatcher::directoryChanged, this, &DayWatch::zoneMayHaveChanged);
     m_zone = identity(m_places.zoneFile);
     watchZone();
-    // Without a sender's name: with one, Qt would wait for the bus to tell who that is.
     if (system) {
-        system->connect({}, u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s,
+        followBusSignal(*system, u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s,
             u"PrepareForSleep"_s, this, SLOT(sleepTold(bool)));
     }
 }

@@ -1,6 +1,6 @@
 #include "linux/power/BusInhibition.h"
 
-#include <QDBusPendingCallWatcher>
+#include "linux/session/BusCalls.h"
 
 #include <limits>
 
@@ -31,10 +31,9 @@ BusInhibition::BusInhibition(
     , m_substitute(std::move(substitute))
     , m_scheduler(scheduler)
 {
-    for (auto& service : m_services) {
-        // Without a sender's name: with one, Qt would wait for the bus to tell who that is.
-        service.bus.connect({}, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameOwnerChanged"_s,
-            { service.name }, u"sss"_s, this, SLOT(followService(QString, QString, QString)));
+    for (const auto& service : m_services) {
+        followBusSignal(service.bus, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
+            u"NameOwnerChanged"_s, this, SLOT(followService(QString, QString, QString)), { service.name });
     }
 }
 
@@ -70,22 +69,20 @@ void BusInhibition::ask(std::size_t service)
     m_asked = service;
     m_newOwner.reset();
     const auto& asked = m_services[service];
-    auto* const watcher
-        = new QDBusPendingCallWatcher(asked.bus.asyncCall(asked.question(m_reason), noTimeout), this);
     const auto isLate = std::make_shared<bool>(false);
     m_timeout = m_scheduler.after(answerTimeout, [this, service, isLate] {
         *isLate = true;
         m_asked.reset();
         refuse(service);
     });
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, service, isLate] {
-        watcher->deleteLater();
-        const auto answer = watcher->reply();
+    const auto question = asked.question(m_reason);
+    const auto answered = [this, service, isLate](const QDBusMessage& answer) {
         if (!*isLate)
             accept(service, answer);
         else if (auto grant = grantOf(m_services[service], answer))
             grant->release();
-    });
+    };
+    callBus(asked.bus, question, this, answered, noTimeout);
 }
 
 void BusInhibition::accept(std::size_t service, const QDBusMessage& answer)

@@ -1,8 +1,8 @@
 #include "linux/session/LinuxPreferences.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include "linux/session/BusCalls.h"
+
+#include <QDBusReply>
 #include <QLocale>
 
 using namespace Qt::StringLiterals;
@@ -33,9 +33,8 @@ LinuxPreferences::LinuxPreferences(std::optional<QDBusConnection> bus)
 {
     if (!bus)
         return;
-    // Without a sender's name: with one, Qt would wait for the bus to tell who that is.
-    bus->connect({}, portalPath, settingsInterface, u"SettingChanged"_s, this,
-        SLOT(take(QString, QString, QDBusVariant)));
+    followBusSignal(*bus, portalPath, settingsInterface, u"SettingChanged"_s, this,
+        SLOT(accept(QString, QString, QDBusVariant)));
     ask(*bus, appearance, u"reduced-motion"_s);
     ask(*bus, gnomeInterface, u"enable-animations"_s);
     ask(*bus, kdeGlobals, u"AnimationDurationFactor"_s);
@@ -45,17 +44,15 @@ void LinuxPreferences::ask(const QDBusConnection& bus, const QString& space, con
 {
     auto question = QDBusMessage::createMethodCall(portal, portalPath, settingsInterface, u"Read"_s);
     question << space << key;
-    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, space, key] {
-        const QDBusPendingReply<QDBusVariant> reply = *watcher;
+    callBus(bus, question, this, [this, space, key](const QDBusMessage& answer) {
+        const QDBusReply<QDBusVariant> value = answer;
         // An error: this desktop has no such setting.
-        if (!reply.isError())
-            take(space, key, reply.value());
-        watcher->deleteLater();
+        if (value.isValid())
+            accept(space, key, value.value());
     });
 }
 
-void LinuxPreferences::take(const QString& space, const QString& key, const QDBusVariant& wrapped)
+void LinuxPreferences::accept(const QString& space, const QString& key, const QDBusVariant& wrapped)
 {
     const auto value = unwrapped(wrapped.variant());
     bool isNumber = false;

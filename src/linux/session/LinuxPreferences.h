@@ -21,7 +21,7 @@ public:
     [[nodiscard]] bool reduceMotion() const override { return m_reduceMotion; }
 
 private Q_SLOTS:
-    void take(const QString& space, const QString& key, const QDBusVariant& wrapped);
+    void accept(const QString& space, const QString& key, const QDBusVariant& wrapped);
 
 private:
     void ask(const QDBusConnection& bus, const QString& space, const QString& key);

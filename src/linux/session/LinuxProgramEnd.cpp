@@ -1,5 +1,7 @@
 #include "linux/session/LinuxProgramEnd.h"
 
+#include "linux/session/BusCalls.h"
+
 #include <QGuiApplication>
 #include <QSessionManager>
 #include <QThread>
@@ -60,7 +62,7 @@ void setHandler(void (*handler)(int))
 
 } // namespace
 
-LinuxProgramEnd::LinuxProgramEnd(std::optional<QDBusConnection> system)
+LinuxProgramEnd::LinuxProgramEnd(const std::optional<QDBusConnection>& system)
     : m_notifier(QSocketNotifier::Read)
 {
     // At the exit the last one that was registered comes first, before anything of Qt's goes.
@@ -73,9 +75,8 @@ LinuxProgramEnd::LinuxProgramEnd(std::optional<QDBusConnection> system)
         setHandler(writeToPipe);
     }
     followSessionManager();
-    // Without a sender's name: with one, Qt would wait for the bus to tell who that is.
     if (system) {
-        system->connect({}, u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s,
+        followBusSignal(*system, u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s,
             u"PrepareForShutdown"_s, this, SLOT(prepareForShutdown(bool)));
     }
 }

@@ -18,7 +18,7 @@ class LinuxProgramEnd final : public ProgramEnd {
 
 public:
     /// Made behind the application object. `system` is the message bus on which the login manager speaks.
-    explicit LinuxProgramEnd(std::optional<QDBusConnection> system);
+    explicit LinuxProgramEnd(const std::optional<QDBusConnection>& system);
     ~LinuxProgramEnd() override;
 
 private Q_SLOTS:
