@@ -13,6 +13,8 @@ Item {
     property bool active: false
     /// How white it is when nothing happens to it.
     property real restingStrength: 0.5
+    /// A double click counts as one.
+    property bool once: false
     readonly property bool hovered: hover.hovered
 
     signal clicked
@@ -58,7 +60,8 @@ Item {
 
         onTapped: {
             HelpText.withdraw(root);
-            root.clicked();
+            if (!root.once || tapCount === 1)
+                root.clicked();
         }
     }
 }
