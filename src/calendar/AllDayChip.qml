@@ -15,6 +15,7 @@ Item {
     implicitWidth: Math.min(120, title.implicitWidth + 12)
 
     Accessible.onPressAction: timeline.open(modelData)
+    Component.onDestruction: HelpText.withdraw(root)
 
     Rectangle {
         anchors.fill: parent
@@ -35,11 +36,17 @@ Item {
 
     HoverHandler {
         id: hover
+
+        // What is shortened can be read in full.
+        onHoveredChanged: hovered && title.truncated ? HelpText.offer(root, root.modelData.title, Theme.helpDelay) : HelpText.withdraw(root)
     }
 
     TapHandler {
         gesturePolicy: TapHandler.ReleaseWithinBounds
 
-        onTapped: root.timeline.open(root.modelData)
+        onSingleTapped: {
+            HelpText.withdraw(root);
+            root.timeline.open(root.modelData);
+        }
     }
 }

@@ -4,7 +4,8 @@ import QtQuick
 import Nimbarrow.Calendar
 import Nimbarrow.Style
 
-/// The day in one thin line: a dot for each event, and a red one for now.
+/// The day in one thin line: a dot for each event, one at its beginning for those of the whole day, and a red one for
+/// now.
 Item {
     id: root
 
@@ -24,8 +25,17 @@ Item {
         width: root.width
     }
 
+    Rectangle {
+        color: visible ? root.timeline.allDay[0].color : "transparent"
+        height: 4
+        radius: 2
+        visible: root.timeline.access === CalendarAccess.Granted && root.timeline.hasAllDay
+        width: 4
+        y: 2
+    }
+
     Repeater {
-        model: root.timeline.access === CalendarAccess.Granted ? root.timeline.blocks : []
+        model: root.timeline.access === CalendarAccess.Granted ? root.timeline.marks : []
 
         Rectangle {
             required property var modelData

@@ -20,8 +20,10 @@ class DayTimeline final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Made by the application")
     Q_PROPERTY(nimbarrow::calendaraccess::CalendarAccess access READ access NOTIFY accessChanged FINAL)
-    /// The events in their places, each a `Placement`.
-    Q_PROPERTY(QVariantList blocks READ blocks NOTIFY eventsChanged FINAL)
+    /// The events in their places, each a `Placement`; on a crowded day those in sight alone.
+    Q_PROPERTY(QVariantList blocks READ blocks NOTIFY blocksChanged FINAL)
+    /// Where on the day something happens, each a `Placement`; one of those that would be the same dot.
+    Q_PROPERTY(QVariantList marks READ marks NOTIFY eventsChanged FINAL)
     Q_PROPERTY(int rowsUsed READ rowsUsed NOTIFY eventsChanged FINAL)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY eventsChanged FINAL)
     Q_PROPERTY(bool hasAllDay READ hasAllDay NOTIFY eventsChanged FINAL)
@@ -41,15 +43,18 @@ public:
 
     [[nodiscard]] CalendarAccess access() const { return m_model.access(); }
     [[nodiscard]] QVariantList blocks() const;
+    [[nodiscard]] QVariantList marks() const;
     [[nodiscard]] int rowsUsed() const { return m_layout.rowsUsed; }
     [[nodiscard]] bool isEmpty() const { return m_model.events().isEmpty(); }
     [[nodiscard]] bool hasAllDay() const { return !allDay().isEmpty(); }
     [[nodiscard]] QVariantList allDay() const;
     [[nodiscard]] QStringList hours() const;
     [[nodiscard]] static double hourWidth() { return timelinelayout::hourWidth; }
-    [[nodiscard]] static double length() { return hoursShown * timelinelayout::hourWidth; }
+    [[nodiscard]] static double length() { return timelinelayout::dayWidth; }
     [[nodiscard]] double nowX() const { return m_nowX; }
 
+    /// What part of the day can be seen, in points.
+    Q_INVOKABLE void setSight(double x, double width);
     /// The present moment is followed only while somebody can see it.
     Q_INVOKABLE void setActive(bool active);
 
@@ -64,6 +69,7 @@ public:
 Q_SIGNALS:
     void accessChanged();
     void eventsChanged();
+    void blocksChanged();
     void dayChanged();
     void nowChanged();
 
@@ -78,6 +84,9 @@ private:
     Scheduler& m_scheduler;
     Opener& m_opener;
     timelinelayout::Layout m_layout;
+    /// In whole hours, with one more on either side.
+    int m_firstHour = 0;
+    int m_lastHour = 0;
     double m_nowX = 0;
     Timer m_minute;
 };

@@ -80,21 +80,11 @@ Item {
         content: Item {
             anchors.fill: parent
 
-            Row {
+            AllDayChips {
                 id: chips
 
-                clip: true
-                height: root.timeline.hasAllDay ? 14 : 0
-                spacing: 4
+                timeline: root.timeline
                 width: parent.width
-
-                Repeater {
-                    model: root.timeline.allDay
-
-                    AllDayChip {
-                        timeline: root.timeline
-                    }
-                }
             }
 
             TimelinePage {
@@ -103,7 +93,7 @@ Item {
                 height: 58
                 timeline: root.timeline
                 width: parent.width
-                y: root.timeline.hasAllDay ? 14 : 0
+                y: chips.height
             }
 
             EventTooltip {

@@ -13,7 +13,9 @@ Item {
     readonly property var event: modelData.event
     readonly property bool hovered: hover.hovered
 
-    readonly property bool _joinable: event.isMeeting && width >= 40
+    // Even half an hour has room for it, though not for the title beside it.
+    readonly property bool _joinable: event.isMeeting && width >= 22
+    readonly property real _titleEnd: _joinable ? 20 : 4
 
     Accessible.description: event.details
     Accessible.name: event.title
@@ -45,10 +47,10 @@ Item {
     Line {
         anchors.fill: parent
         anchors.leftMargin: 6
-        anchors.rightMargin: root._joinable ? 20 : 4
+        anchors.rightMargin: root._titleEnd
         font.pixelSize: Theme.metaText
         text: root.event.title
-        visible: width >= 12
+        visible: width >= (root._joinable ? 16 : 2)
     }
 
     HoverHandler {
@@ -58,20 +60,25 @@ Item {
     TapHandler {
         gesturePolicy: TapHandler.ReleaseWithinBounds
 
-        onTapped: root.timeline.open(root.event)
+        onSingleTapped: root.timeline.open(root.event)
     }
 
-    IconButton {
+    // Most events have none, and there may be many.
+    Loader {
+        active: root._joinable
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        height: 18
-        help: L10n.texts[L10n.Join]
-        restingStrength: 0.92
-        size: 9
-        symbol: "video.fill"
-        visible: root._joinable
+        height: Math.min(18, parent.height)
         width: 20
 
-        onClicked: root.timeline.join(root.event)
+        sourceComponent: IconButton {
+            help: L10n.texts[L10n.Join]
+            once: true
+            restingStrength: 0.92
+            size: 9
+            symbol: "video.fill"
+
+            onClicked: root.timeline.join(root.event)
+        }
     }
 }

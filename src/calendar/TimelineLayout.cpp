@@ -1,6 +1,8 @@
 #include "calendar/TimelineLayout.h"
 
 #include <algorithm>
+#include <cmath>
+#include <ranges>
 #include <vector>
 
 namespace nimbarrow::timelinelayout {
@@ -51,6 +53,27 @@ Layout place(const QList<DayEvent>& events, const QDateTime& dayStart)
     }
     layout.rowsUsed = std::max(1, static_cast<int>(rowEnds.size()));
     return layout;
+}
+
+QList<Placement> uncovered(const QList<Placement>& placements)
+{
+    // By the point: less of an event cannot be seen or hit. The rows themselves have one event at a time.
+    std::vector<bool> isCovered(static_cast<std::size_t>(dayWidth) + 1);
+    QList<Placement> seen;
+    for (const auto& placement : placements | std::views::reverse) {
+        if (placement.overflow) {
+            const auto first = isCovered.begin() + static_cast<std::ptrdiff_t>(placement.x);
+            const auto end = isCovered.begin()
+                + static_cast<std::ptrdiff_t>(
+                    std::min(std::ceil(placement.x + placement.width), dayWidth + 1));
+            if (std::find(first, end, false) == end)
+                continue;
+            std::fill(first, end, true);
+        }
+        seen << placement;
+    }
+    std::ranges::reverse(seen);
+    return seen;
 }
 
 } // namespace nimbarrow::timelinelayout

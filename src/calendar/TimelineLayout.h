@@ -11,6 +11,7 @@ namespace nimbarrow::timelinelayout {
 
 inline constexpr double hourWidth = 54;
 inline constexpr int maxRows = 2;
+inline constexpr double dayWidth = 24 * hourWidth;
 
 /// One event on the timeline.
 struct Placement {
@@ -43,6 +44,10 @@ struct Layout {
 
 /// All-day events and those of other days are left out.
 [[nodiscard]] Layout place(const QList<DayEvent>& events, const QDateTime& dayStart);
+
+/// Those of which something is to be seen: what lies over others hides some of them, and there may be
+/// thousands.
+[[nodiscard]] QList<Placement> uncovered(const QList<Placement>& placements);
 
 /// From midnight to `moment`.
 [[nodiscard]] double offset(const QDateTime& dayStart, const QDateTime& moment);

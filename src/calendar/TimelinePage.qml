@@ -19,6 +19,9 @@ Item {
     readonly property real _overflowX: 6
     readonly property real _overflowY: 2
 
+    onScrollXChanged: timeline.setSight(scrollX, width)
+    onWidthChanged: timeline.setSight(scrollX, width)
+
     Flickable {
         id: scroller
 

@@ -13,6 +13,8 @@ Item {
     property real margin: 0
     /// Of the corners of the ring around it.
     property real ringRadius: Theme.smallRadius
+    /// A double click counts as one.
+    property bool once: false
     readonly property bool hovered: hover.hovered
 
     signal clicked
@@ -52,6 +54,9 @@ Item {
         gesturePolicy: TapHandler.ReleaseWithinBounds
         margin: root.margin
 
-        onTapped: root.press()
+        onTapped: {
+            if (!root.once || tapCount === 1)
+                root.press();
+        }
     }
 }

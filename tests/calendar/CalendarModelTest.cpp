@@ -247,6 +247,32 @@ private Q_SLOTS:
         QCOMPARE(qRound(f.timeline.nowX() - before), 9);
     }
 
+    void showsOfACrowdedDayWhatIsInSight()
+    {
+        Fixture f;
+        for (auto number = 0; number < 96; ++number)
+            *f.store.held << FakeCalendarStore::event(
+                {}, f.today(0, number * 15), f.today(0, number * 15 + 15));
+        f.model.start();
+        f.queues.runAll();
+        f.timeline.setSight(400, 400);
+        QCOMPARE(f.timeline.blocks().size(), 96);
+        for (auto number = 0; number < 288; ++number)
+            *f.store.held << FakeCalendarStore::event({}, f.today(0, number * 5), f.today(0, number * 5 + 5));
+        f.model.refresh();
+        f.queues.runAll();
+        QSignalSpy blocksChanged(&f.timeline, &DayTimeline::blocksChanged);
+        const auto crowd = f.timeline.blocks();
+        QVERIFY(crowd.size() < 250);
+        // An hour more on either side is there already.
+        QVERIFY(crowd.constFirst().value<timelinelayout::Placement>().x <= 400 - timelinelayout::hourWidth);
+        f.timeline.setSight(410, 400);
+        QCOMPARE(blocksChanged.count(), 0);
+        f.timeline.setSight(500, 400);
+        QCOMPARE(blocksChanged.count(), 1);
+        QVERIFY(f.timeline.blocks() != crowd);
+    }
+
     void countsTheHoursAsTheUserDoes()
     {
         Fixture f;

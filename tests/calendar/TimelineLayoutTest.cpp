@@ -80,6 +80,34 @@ private Q_SLOTS:
         QCOMPARE(found, places);
         QCOMPARE(layout.rowsUsed, rows);
     }
+
+    void leavesOutWhatNobodyCanSee()
+    {
+        const QDateTime dayStart(QDate(2026, 3, 1), QTime(0, 0), QTimeZone::utc());
+        QList<DayEvent> day;
+        const auto add = [&](const QString& title, int from, int to) {
+            DayEvent event;
+            event.title = title;
+            event.start = dayStart.addSecs(from * 60);
+            event.end = dayStart.addSecs(to * 60);
+            day << event;
+        };
+        for (const auto* const name : { "a", "b", "c", "d" })
+            add(QLatin1StringView(name), 540, 600);
+        // It shows behind the last one.
+        add(u"cc"_s, 540, 660);
+        QStringList seen;
+        for (const auto& placement :
+            timelinelayout::uncovered(timelinelayout::place(day, dayStart).placements))
+            seen << placement.event.title;
+        QCOMPARE(seen, (QStringList { u"a"_s, u"b"_s, u"cc"_s, u"d"_s }));
+
+        // However many there are, there are only so many points.
+        for (auto number = 0; number < 20'000; ++number)
+            add(u"x"_s, number % 1440, number % 1440 + 1 + number % 90);
+        const auto crowd = timelinelayout::uncovered(timelinelayout::place(day, dayStart).placements);
+        QVERIFY2(crowd.size() < 1500, qPrintable(QString::number(crowd.size())));
+    }
 };
 
 QTEST_GUILESS_MAIN(TimelineLayoutTest)

@@ -5,6 +5,7 @@
 
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QStyleHints>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -227,6 +228,53 @@ private Q_SLOTS:
         // The first click has copied, and the second has not done it again.
         QCOMPARE(m_surface->pasteboard.changeCount(), copies + 1);
         QCOMPARE(m_surface->pasteboard.content.string, text);
+    }
+
+    void opensAnEventOnce()
+    {
+        auto& time = m_surface->history.time;
+        const auto start = time.wallTime().toLocalTime().date().startOfDay();
+        time.advance(std::chrono::seconds(time.wallTime().secsTo(start.addSecs(12 * 3600))));
+        auto call
+            = FakeCalendarStore::event(u"Call"_s, start.addSecs(12 * 3600), start.addSecs(12 * 3600 + 1500));
+        call.identifier = u"call"_s;
+        call.location = u"https://zoom.us/j/1"_s;
+        auto& held = *m_surface->calendarStore.held;
+        held << call;
+        for (auto number = 0; number < 6; ++number) {
+            held << FakeCalendarStore::event(u"A day that has rather a long name"_s, start, start.addDays(1));
+            held.last().identifier = u"day%1"_s.arg(number);
+            held.last().isAllDay = true;
+        }
+        m_surface->calendar.start();
+        m_surface->state.setCalendarExpanded(true);
+        m_surface->state.setExpandedSize({ 460, 322 });
+        m_surface->show(NotchState::Expanded);
+        auto& opened = m_surface->opener.opened;
+        const auto doubleClick = [this](const QPoint& place) {
+            // Long enough after the last one that it is no third click.
+            QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval() + 50);
+            QTest::mouseDClick(&m_surface->view, Qt::LeftButton, {}, place);
+        };
+
+        auto* const block = m_surface->find("EventBlock");
+        doubleClick(block->mapToScene(QPointF(1, block->height() / 2)).toPoint());
+        QCOMPARE(opened, QList { QUrl(u"ical://ekevent/call"_s) });
+        auto* const join = SurfaceFixture::button(block, u"Join"_s);
+        QVERIFY(join);
+        doubleClick(SurfaceFixture::middle(join));
+        QCOMPARE(opened.sliced(1), QList { QUrl(u"https://zoom.us/j/1"_s) });
+        auto* const chip = m_surface->find("AllDayChip");
+        doubleClick(SurfaceFixture::middle(chip));
+        QCOMPARE(opened.sliced(2), QList { QUrl(u"ical://ekevent/day0"_s) });
+        // A double click makes an event only where there is none.
+        QVERIFY(m_surface->calendarStore.made.isEmpty());
+
+        // What does not fit is reached by the wheel.
+        auto* const last = m_surface->find("AllDayChip", 5);
+        QVERIFY(SurfaceFixture::middle(last).x() > 460);
+        m_surface->wheel(SurfaceFixture::middle(chip), -120);
+        QTRY_VERIFY(SurfaceFixture::middle(chip).x() < 0);
     }
 
     void sharesWhatIsChosen()

@@ -239,6 +239,7 @@ private:
         add(words(1), 12 * 60 + 20, 120, "#30d158", true);
         add(u"Call"_s, 13 * 60 + 25, 60, "#bf5af2");
         add(u"Standup"_s, 13 * 60 + 30, 15, "#000060");
+        add(u"Stand-up"_s, 11 * 60 + 30, 25, "#64d2ff", true);
         add(u"Train to Lviv"_s, 15 * 60 + 5, 300, "#ff375f");
         surface.calendar.refresh();
         surface.settle();
@@ -246,14 +247,17 @@ private:
         unfold(u"day"_s, false);
         surface.moveTo(surface.middle(surface.find("EventBlock", 2)));
         shot(u"day-event"_s);
-        auto holiday = FakeCalendarStore::event(words(4), start, start.addDays(1));
-        holiday.isAllDay = true;
-        holiday.color = QColor("#64d2ff");
-        *surface.calendarStore.held << holiday;
+        for (int chip = 0; chip < 5; ++chip) {
+            auto holiday = FakeCalendarStore::event(words(chip), start, start.addDays(1));
+            holiday.isAllDay = true;
+            holiday.color = QColor(chip % 2 == 0 ? "#64d2ff" : "#ff9f0a");
+            *surface.calendarStore.held << holiday;
+        }
         surface.calendar.refresh();
         shot(u"day-with-chips"_s);
         surface.moveTo({ 5, 5 });
         fold();
+        shot(u"day-folded-with-chips"_s);
     }
 
     void unfold(const QString& name, bool folds = true)
