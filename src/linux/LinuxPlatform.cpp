@@ -108,7 +108,8 @@ Platform makePlatform()
     const auto configuration = XdgLocations::configuration();
     platform.userDefaults = std::make_unique<QSettingsDefaults>(configuration + "/Nimbarrow.conf"_L1);
     platform.desktopPreferences = std::make_unique<LinuxPreferences>(liveSessionBus());
-    platform.instance = std::make_unique<BusInstance>();
+    platform.instance
+        = std::make_unique<BusInstance>(platform.locations->applicationSupport() + "/Nimbarrow"_L1);
     platform.loginItem
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());
     platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
