@@ -141,7 +141,8 @@ Platform makePlatform()
     platform.userDefaults = std::make_unique<SettingsFile>(
         configuration + "/Nimbarrow.conf"_L1, *platform.workQueues, *platform.scheduler);
     platform.desktopPreferences = std::make_unique<LinuxPreferences>(liveSessionBus());
-    platform.instance = std::make_unique<BusInstance>();
+    platform.instance
+        = std::make_unique<BusInstance>(platform.locations->applicationSupport() + "/Nimbarrow"_L1);
     platform.programEnd = std::make_unique<LinuxProgramEnd>(liveSystemBus());
     platform.loginItem
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());

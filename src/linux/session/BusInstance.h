@@ -2,24 +2,32 @@
 
 #include "platform/Instance.h"
 
+#include <QString>
+
 #include <optional>
+#include <vector>
 
 namespace nimbarrow {
 
-/// The one copy of a session owns a name on the message bus; without a bus it holds a locked file. Both end
-/// with the process, however it ends.
+/// The one copy holds a locked file in its data folder, so that no two ever write there, and owns a name on
+/// the message bus, for those that have other data. Without a bus, or a data folder, there is a locked file
+/// of the session. All of it ends with the process, however it ends.
 class BusInstance final : public Instance {
 public:
-    BusInstance() = default;
+    /// `dataFolder` is made where it is missing.
+    explicit BusInstance(QString dataFolder);
     ~BusInstance() override;
 
     [[nodiscard]] bool anotherIsRunning() override;
 
 private:
-    [[nodiscard]] bool anotherHoldsLock();
+    [[nodiscard]] bool findAnother();
+    [[nodiscard]] bool anotherHoldsData();
+    [[nodiscard]] bool anotherHolds(const QString& path);
 
+    QString m_dataFolder;
     std::optional<bool> m_anotherIsRunning;
-    int m_lock = -1;
+    std::vector<int> m_locks;
 };
 
 } // namespace nimbarrow

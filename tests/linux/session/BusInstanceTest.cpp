@@ -2,6 +2,7 @@
 
 #include "support/PrivateBus.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
@@ -19,14 +20,14 @@ namespace {
 /// This test program again, as one copy of the program that says what it found and stays.
 class Copy {
 public:
-    Copy(const QString& bus, const QString& runtimeFolder)
+    Copy(const QString& bus, const QString& runtimeFolder, const QString& dataFolder)
     {
         auto environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus);
         environment.insert(u"XDG_RUNTIME_DIR"_s, runtimeFolder);
         m_process.setProcessEnvironment(environment);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QCoreApplication::applicationFilePath(), { u"--as-copy"_s });
+        m_process.start(QCoreApplication::applicationFilePath(), { u"--as-copy"_s, dataFolder });
         m_process.waitForReadyRead();
         m_answer = m_process.readLine().trimmed();
     }
@@ -49,7 +50,7 @@ private:
 
 int runAsCopy()
 {
-    BusInstance instance;
+    BusInstance instance(QCoreApplication::arguments().last());
     const bool another = instance.anotherIsRunning();
     const bool same = instance.anotherIsRunning() == another;
     std::puts(!same ? "unsure" : another ? "second" : "first");
@@ -114,15 +115,38 @@ private Q_SLOTS:
 
         QElapsedTimer time;
         time.start();
-        Copy first(bus, folder.path());
+        // Without data of their own the session decides.
+        const auto data = u"/proc/nowhere"_s;
+        Copy first(bus, folder.path(), data);
         QCOMPARE(first.answer(), "first"_ba);
-        Copy second(bus, folder.path());
+        Copy second(bus, folder.path(), data);
         QCOMPARE(second.answer(), "second"_ba);
         second.killHard();
         first.killHard();
-        const Copy third(bus, folder.path());
+        const Copy third(bus, folder.path(), data);
         QCOMPARE(third.answer(), "first"_ba);
         QVERIFY(time.elapsed() < 15'000);
+    }
+
+    void oneCopyHasTheDataWhateverTheSession()
+    {
+        const QTemporaryDir folder;
+        const PrivateBus bus;
+        const PrivateBus otherBus;
+        const auto data = folder.filePath(u"share/Nimbarrow"_s);
+        QVERIFY(QDir().mkpath(folder.filePath(u"other"_s)));
+        {
+            Copy first(bus.address(), folder.path(), data);
+            QCOMPARE(first.answer(), "first"_ba);
+            const Copy second(otherBus.address(), folder.filePath(u"other"_s), data);
+            QCOMPARE(second.answer(), "second"_ba);
+            const Copy third({}, folder.filePath(u"other"_s), data);
+            QCOMPARE(third.answer(), "second"_ba);
+            const Copy otherData(bus.address(), folder.path(), folder.filePath(u"more"_s));
+            QCOMPARE(otherData.answer(), "second"_ba);
+        }
+        const Copy next(otherBus.address(), folder.filePath(u"other"_s), data);
+        QCOMPARE(next.answer(), "first"_ba);
     }
 };
 
