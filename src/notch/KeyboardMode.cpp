@@ -73,8 +73,9 @@ void KeyboardMode::close()
         m_focus->drop();
     const auto wasKey = m_services.panelWindow.isKey();
     m_services.panelWindow.resignKey();
-    // Whoever has taken the keyboard from the panel meanwhile was chosen by the user and keeps it.
-    if (m_previousApp && wasKey)
+    // Whoever has taken the keyboard from the panel meanwhile was chosen by the user and keeps it. And who
+    // has it back need not come to the front: where the focus follows the mouse it may lie below others.
+    if (m_previousApp && wasKey && !m_services.panelWindow.hasReturnedKey())
         m_services.applications.activate(*m_previousApp);
     m_previousApp.reset();
 }

@@ -31,6 +31,10 @@ public:
     virtual void resignKey() = 0;
     [[nodiscard]] virtual bool isKey() const = 0;
 
+    /// The last `resignKey` has given the keyboard to the very window that had it before: nobody has to be
+    /// brought to the front for it.
+    [[nodiscard]] virtual bool hasReturnedKey() const { return false; }
+
     /// The drawn outline in window coordinates (points, y down): clicks outside it reach what lies below.
     virtual void setOutline(const QPainterPath& outline) = 0;
 
@@ -38,7 +42,7 @@ Q_SIGNALS:
     void keyPressed(const nimbarrow::KeyEvent& event);
     void keyReleased(const nimbarrow::KeyEvent& event);
 
-    /// Another window has taken the keyboard; not sent after `resignKey`.
+    /// Another window has taken the keyboard, or the user has clicked elsewhere; not sent after `resignKey`.
     void resignedKey();
 };
 

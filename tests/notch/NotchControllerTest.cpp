@@ -425,6 +425,16 @@ private Q_SLOTS:
         QVERIFY(s.state().selection().isNull() == closes);
     }
 
+    void raisesNobodyWhoHasTheKeyboardBack()
+    {
+        Surface s;
+        s.window.returnsKey = true;
+        s.controller.toggleKeyboard();
+        s.window.press(Key::Escape);
+        QVERIFY(!s.window.key);
+        QCOMPARE(s.applications.activated, {});
+    }
+
     void leavesTheKeyboardToWhoeverTookIt()
     {
         Surface s;

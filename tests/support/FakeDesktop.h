@@ -69,6 +69,7 @@ public:
     void makeKey() override { key = true; }
     void resignKey() override { key = false; }
     [[nodiscard]] bool isKey() const override { return key; }
+    [[nodiscard]] bool hasReturnedKey() const override { return returnsKey; }
     void setOutline(const QPainterPath& path) override { outline = path; }
 
     /// Another window takes the keyboard.
@@ -85,6 +86,7 @@ public:
     QPainterPath outline;
     bool visible = false;
     bool key = false;
+    bool returnsKey = false;
 };
 
 } // namespace nimbarrow

@@ -86,6 +86,12 @@ void XClient::restack()
     xcb_flush(c);
 }
 
+void XClient::takeFocus() const
+{
+    xcb_set_input_focus(m_connection.get(), XCB_INPUT_FOCUS_POINTER_ROOT, m_window, XCB_CURRENT_TIME);
+    xcb_flush(m_connection.get());
+}
+
 bool XClient::hasFocus() const
 {
     return focus() == m_window;

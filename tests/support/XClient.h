@@ -26,6 +26,8 @@ public:
     void destroy();
     /// Puts the window on top, and says so as a window manager does; for a test without one.
     void restack();
+    /// Without coming to the front.
+    void takeFocus() const;
     [[nodiscard]] xcb_window_t window() const { return m_window; }
     [[nodiscard]] bool hasFocus() const;
     [[nodiscard]] bool isActive() const;

@@ -84,6 +84,12 @@ void addEventMask(xcb_connection_t* connection, xcb_window_t window, uint32_t ma
     xcb_change_window_attributes(connection, window, XCB_CW_EVENT_MASK, &wider);
 }
 
+uint8_t majorOpcode(xcb_connection_t* connection, xcb_extension_t* extension)
+{
+    const auto* data = xcb_get_extension_data(connection, extension);
+    return data != nullptr && data->present != 0 ? data->major_opcode : uint8_t(0);
+}
+
 xcb_timestamp_t serverTime()
 {
     // Qt reads its connection on a thread, so only a connection of our own can be waited on.

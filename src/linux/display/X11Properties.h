@@ -46,6 +46,9 @@ template <typename Type>
 /// Adds to the events that this connection gets of a window.
 void addEventMask(xcb_connection_t* connection, xcb_window_t window, uint32_t mask);
 
+/// What the server's events and requests of an extension are marked with; 0 when it does not have it.
+[[nodiscard]] uint8_t majorOpcode(xcb_connection_t* connection, xcb_extension_t* extension);
+
 /// The server's time now, for requests that must not carry "any time". One round trip.
 [[nodiscard]] xcb_timestamp_t serverTime();
 

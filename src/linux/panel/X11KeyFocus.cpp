@@ -16,24 +16,20 @@ bool X11KeyFocus::take()
     if (before == m_window)
         return true;
     m_before = before;
-    return set(m_window);
+    return set(m_window, x11::serverTime());
 }
 
-void X11KeyFocus::giveBack()
+bool X11KeyFocus::giveBack(xcb_timestamp_t time)
 {
     if (!isOurs())
-        return;
-    if (isViewable(m_before) && set(m_before))
-        return;
-    if (m_before == XCB_INPUT_FOCUS_POINTER_ROOT) {
-        set(m_before);
-        return;
-    }
+        return false;
+    if ((m_before == XCB_INPUT_FOCUS_POINTER_ROOT || isViewable(m_before)) && set(m_before, time))
+        return true;
     const auto active = x11::windowProperty(
         m_connection, x11::rootWindow(m_connection), x11::atom(m_connection, "_NET_ACTIVE_WINDOW"));
-    if (active && isViewable(*active) && set(*active))
-        return;
-    set(XCB_INPUT_FOCUS_POINTER_ROOT);
+    if (!active || !isViewable(*active) || !set(*active, time))
+        set(XCB_INPUT_FOCUS_POINTER_ROOT, time);
+    return false;
 }
 
 bool X11KeyFocus::isOurs() const
@@ -60,11 +56,10 @@ bool X11KeyFocus::isViewable(xcb_window_t window) const
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
-bool X11KeyFocus::set(xcb_window_t window) const
+bool X11KeyFocus::set(xcb_window_t window, xcb_timestamp_t time) const
 {
     // Without a window that is focused, keys go where the pointer is: nobody is left with a dead keyboard.
-    const auto cookie
-        = xcb_set_input_focus_checked(m_connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, x11::serverTime());
+    const auto cookie = xcb_set_input_focus_checked(m_connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
     return x11::owned(xcb_request_check(m_connection, cookie)) == nullptr;
 }
 

@@ -12,15 +12,16 @@ public:
     /// False when the server refuses it, as for a window that is not mapped.
     bool take();
 
-    /// Back to where it was, if it is still ours.
-    void giveBack();
+    /// Back to where it was, if it is still ours. False when that is gone, and another window has got it, or
+    /// none. `time` is that of what the user did; what others do about it later wins.
+    bool giveBack(xcb_timestamp_t time);
 
     [[nodiscard]] bool isOurs() const;
 
 private:
     [[nodiscard]] xcb_window_t focused() const;
     [[nodiscard]] bool isViewable(xcb_window_t window) const;
-    bool set(xcb_window_t window) const;
+    bool set(xcb_window_t window, xcb_timestamp_t time) const;
 
     xcb_connection_t* m_connection;
     xcb_window_t m_window;

@@ -8,14 +8,22 @@
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTimer>
 
 #include <array>
+
+using namespace std::chrono_literals;
 
 namespace nimbarrow {
 namespace {
 
 // Sums of points leave crumbs that must not cost a whole pixel.
 constexpr auto crumb = 1.0 / 64;
+
+// The wheel's buttons come after it.
+constexpr auto lastButton = 3U;
+// How long a window manager may take to give the keyboard to the window that was clicked.
+constexpr auto clickPatience = 150ms;
 
 xcb_window_t created(QQuickWindow& window)
 {
@@ -50,6 +58,7 @@ X11PanelWindow::X11PanelWindow(QQuickWindow& window)
     , m_cover(m_connection, window)
     , m_raiser(m_connection, window, m_cover)
     , m_focus(m_connection, m_id)
+    , m_inputOpcode(x11::majorOpcode(m_connection, &xcb_input_id))
 {
     setType(m_connection, m_id);
     repeatWithoutReleases(m_connection);
@@ -94,15 +103,51 @@ void X11PanelWindow::makeKey()
         return;
     m_keyboard = X11Keyboard(m_connection);
     m_down.clear();
+    m_hasReturnedKey = false;
     m_isKey = m_focus.take();
+    listenToPresses(m_isKey);
 }
 
 void X11PanelWindow::resignKey()
 {
     if (!m_isKey)
         return;
+    endKey(x11::serverTime());
+}
+
+void X11PanelWindow::endKey(xcb_timestamp_t time)
+{
     m_isKey = false;
-    m_focus.giveBack();
+    listenToPresses(false);
+    m_hasReturnedKey = m_focus.giveBack(time);
+}
+
+void X11PanelWindow::listenToPresses(bool listen)
+{
+    if (m_inputOpcode == 0)
+        return;
+    struct {
+        xcb_input_event_mask_t head { XCB_INPUT_DEVICE_ALL_MASTER, 1 };
+        uint32_t events = 0;
+    } mask;
+    mask.events = listen ? uint32_t(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS) : 0U;
+    xcb_input_xi_select_events(m_connection, x11::rootWindow(m_connection), 1, &mask.head);
+    xcb_flush(m_connection);
+}
+
+void X11PanelWindow::followPress(const xcb_input_raw_button_press_event_t& press)
+{
+    const auto cookie = xcb_query_pointer(m_connection, x11::rootWindow(m_connection));
+    const auto pointer = x11::owned(xcb_query_pointer_reply(m_connection, cookie, nullptr));
+    if (press.detail > lastButton || !pointer || pointer->child == m_id)
+        return;
+    // A window that wants the keyboard has got it by then. The bare desktop and a dock do not want it.
+    QTimer::singleShot(clickPatience, this, [this, time = press.time] {
+        if (!m_isKey || !m_focus.isOurs())
+            return;
+        endKey(time);
+        Q_EMIT resignedKey();
+    });
 }
 
 void X11PanelWindow::setOutline(const QPainterPath& outline)
@@ -182,7 +227,12 @@ bool X11PanelWindow::nativeEventFilter(const QByteArray& type, void* message, qi
     if (!m_isKey || type != "xcb_generic_event_t")
         return false;
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & 0x7f) != XCB_FOCUS_OUT)
+    const auto kind = event->response_type & 0x7f;
+    const auto* generic = reinterpret_cast<const xcb_ge_generic_event_t*>(event);
+    if (kind == XCB_GE_GENERIC && generic->extension == m_inputOpcode
+        && generic->event_type == XCB_INPUT_RAW_BUTTON_PRESS)
+        followPress(*reinterpret_cast<const xcb_input_raw_button_press_event_t*>(event));
+    if (kind != XCB_FOCUS_OUT)
         return false;
     const auto* focusOut = reinterpret_cast<const xcb_focus_out_event_t*>(event);
     // A grabbed keyboard, such as by the hot key, is no change of the focus. Anything else may be an old
@@ -191,6 +241,7 @@ bool X11PanelWindow::nativeEventFilter(const QByteArray& type, void* message, qi
     if (focusOut->event != m_id || isGrab || m_focus.isOurs())
         return false;
     m_isKey = false;
+    listenToPresses(false);
     Q_EMIT resignedKey();
     return false;
 }

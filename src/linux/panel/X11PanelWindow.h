@@ -11,6 +11,7 @@
 #include <QSet>
 
 #include <optional>
+#include <xcb/xinput.h>
 
 class QKeyEvent;
 class QQuickWindow;
@@ -32,6 +33,7 @@ public:
     void makeKey() override;
     void resignKey() override;
     [[nodiscard]] bool isKey() const override { return m_isKey; }
+    [[nodiscard]] bool hasReturnedKey() const override { return m_hasReturnedKey; }
     void setOutline(const QPainterPath& outline) override;
 
     /// What stands above the panel and is to stay there.
@@ -46,6 +48,11 @@ private:
     [[nodiscard]] bool isTakenByControl(QKeyEvent& event) const;
     [[nodiscard]] Key keyOf(const QKeyEvent& event) const;
     [[nodiscard]] KeyEvent translated(const QKeyEvent& event) const;
+    /// As the user has done something at that time.
+    void endKey(xcb_timestamp_t time);
+    /// To those of the pointer's buttons, wherever they go.
+    void listenToPresses(bool listen);
+    void followPress(const xcb_input_raw_button_press_event_t& press);
     void shapeToOutline();
 
     QQuickWindow& m_window;
@@ -60,6 +67,8 @@ private:
     QSet<quint32> m_down;
     std::optional<QPainterPath> m_outline;
     bool m_isKey = false;
+    bool m_hasReturnedKey = false;
+    uint8_t m_inputOpcode;
 };
 
 } // namespace nimbarrow

@@ -15,6 +15,7 @@ using namespace nimbarrow;
 namespace {
 
 const QPoint outsideOutline(570, 100);
+const QPoint bareDesktop(1400, 900);
 constexpr auto returnKey = 36;
 constexpr auto letterKey = 39;
 
@@ -94,7 +95,58 @@ private Q_SLOTS:
         intruder.destroy();
         QTest::qWait(100);
         panel->orderOut();
+        QVERIFY(!panel->hasReturnedKey());
         QTRY_VERIFY(m_user->focus() != panel.id() && m_user->focus() != XCB_NONE);
+    }
+
+    void clickOnTheBareDesktopTakesTheKeyboard_data() { windowManagers(); }
+    void clickOnTheBareDesktopTakesTheKeyboard()
+    {
+        startDesktop();
+        XClient editor("Editor");
+        // A tiling window manager leaves no bare desktop beside a window.
+        QVERIFY(isTiling() || m_desktop->bringUp(editor));
+        TestPanel panel;
+        panel->setOutline(outline());
+        panel->orderFront();
+        QTRY_COMPARE(m_user->topAt(TestPanel::middle), panel.id());
+        QSignalSpy resigned(&panel.port(), &PanelWindow::resignedKey);
+        panel->makeKey();
+        QTRY_COMPARE(m_user->focus(), panel.id());
+        m_user->click(TestPanel::middle);
+        QTest::qWait(200);
+        QVERIFY(panel->isKey());
+
+        m_user->click(bareDesktop);
+        QTRY_COMPARE(resigned.size(), 1);
+        QVERIFY(!panel->isKey());
+        QTRY_VERIFY(m_user->focus() != panel.id() && m_user->focus() != XCB_NONE);
+        panel->makeKey();
+        QVERIFY(panel->isKey());
+    }
+
+    void stackStaysWhenTheKeyboardGoesBack_data() { windowManagers(); }
+    void stackStaysWhenTheKeyboardGoesBack()
+    {
+        startDesktop();
+        XClient editor("Editor");
+        QVERIFY(m_desktop->bringUp(editor));
+        XClient film("Film", QRect(300, 400, 400, 300));
+        QVERIFY(m_desktop->bringUp(film));
+        // As where the focus follows the mouse. One window manager refuses that; one has no stack.
+        if (!isTiling())
+            editor.takeFocus();
+        auto& front = QTest::qWaitFor([&editor] { return editor.isActive(); }, 1000) ? editor : film;
+        QVERIFY(front.isActive() || m_desktop->bringUp(front));
+        const auto top = m_user->topAt({ 350, 450 });
+        TestPanel panel;
+        panel->orderFront();
+        panel->makeKey();
+        QTRY_COMPARE(m_user->focus(), panel.id());
+        panel->resignKey();
+        QVERIFY(panel->hasReturnedKey());
+        QTRY_VERIFY(front.isActive());
+        QCOMPARE(m_user->topAt({ 350, 450 }), top);
     }
 
     void clicksOutsideTheOutlineReachWhatIsBelow()
@@ -220,6 +272,8 @@ private:
                  u"metacity --compositor=none"_s, u"metacity --compositor=xrender"_s, u"kwin_x11"_s })
             QTest::newRow(qPrintable(command)) << command;
     }
+
+    static bool isTiling() { return QByteArrayView(QTest::currentDataTag()).startsWith("i3"); }
 
     void startDesktop()
     {
