@@ -1,7 +1,7 @@
 #include "linux/applications/DesktopOpener.h"
 
-#include "linux/calendar/EventIdentifier.h"
 #include "linux/applications/StartProgram.h"
+#include "linux/calendar/EventIdentifier.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -129,17 +129,25 @@ void DesktopOpener::openSettings(bool aboutCalendars) const
     qCInfo(opening, "This desktop has no settings program that is known");
 }
 
-void DesktopOpener::reveal(const QUrl& file)
+void DesktopOpener::reveal(const QList<QUrl>& files)
 {
-    if (!file.isLocalFile())
+    QStringList links;
+    QUrl folder;
+    for (const auto& file : files) {
+        if (!file.isLocalFile())
+            continue;
+        links << file.toString(QUrl::FullyEncoded);
+        if (folder.isEmpty())
+            folder = file.adjusted(QUrl::StripTrailingSlash)
+                         .adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
+    }
+    if (links.isEmpty())
         return;
-    const auto folder
-        = file.adjusted(QUrl::StripTrailingSlash).adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
     if (!m_bus)
         return openByDefault(folder);
     auto question = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s,
         u"/org/freedesktop/FileManager1"_s, u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
-    question << QStringList { file.toString(QUrl::FullyEncoded) } << QString();
+    question << links << QString();
     auto* const watcher
         = new QDBusPendingCallWatcher(m_bus->asyncCall(question, fileManagerPatience), &m_questions);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &m_questions, [this, watcher, folder] {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Opener.h"
 #include "linux/session/InheritedState.h"
+#include "platform/Opener.h"
 
 #include <QDBusConnection>
 #include <QObject>
@@ -21,7 +21,7 @@ public:
     DesktopOpener(InheritedState inherited, std::optional<QDBusConnection> bus);
 
     void open(const QUrl& url) override;
-    void reveal(const QUrl& file) override;
+    void reveal(const QList<QUrl>& files) override;
 
 private:
     void openByDefault(const QUrl& url) const;
