@@ -97,9 +97,14 @@ ClipboardEntry {
 
             // A click anywhere copies, and the middle says so; the rest keeps to the corners.
             Symbol {
+                Accessible.ignored: root.copiedFlash
+                Accessible.name: L10n.texts[L10n.Copy]
+                Accessible.role: Accessible.Button
                 anchors.centerIn: parent
                 name: "doc.on.doc"
                 visible: !root.copiedFlash
+
+                Accessible.onPressAction: root.copy()
             }
 
             IconButton {

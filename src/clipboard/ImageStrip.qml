@@ -13,6 +13,8 @@ Item {
     required property var selection
     required property bool keyboardMode
 
+    readonly property int _duration: Motion.reduced ? 1 : StripSpring.duration
+
     signal collapseRequested
     signal previewRequested(id: var)
     signal previewDone
@@ -34,6 +36,30 @@ Item {
         rightMargin: 2
         selection: root.selection
         spacing: Theme.thumbGap
+
+        add: Transition {
+            NumberAnimation {
+                duration: root._duration
+                easing: StripSpring.curve
+                from: 0
+                property: "opacity"
+                to: 1
+            }
+        }
+        displaced: Transition {
+            NumberAnimation {
+                duration: root._duration
+                easing: StripSpring.curve
+                property: "x"
+            }
+            // An image that moves while it still comes in would stay half visible.
+            NumberAnimation {
+                duration: Theme.slideDuration
+                property: "opacity"
+                to: 1
+            }
+        }
+        move: displaced
 
         delegate: ClipboardThumb {
             handoff: root.handoff

@@ -74,9 +74,17 @@ void SharePresenter::perform(Action action)
     switch (action) {
     case Action::Email: m_picker.share(m_items, ShareService::Email); break;
     case Action::OpenWith: m_picker.share(m_items, ShareService::OpenWith); break;
-    case Action::ShowInFolder: m_opener.reveal(std::get<QUrl>(m_items.first())); break;
+    case Action::ShowInFolder: reveal(); break;
     case Action::Open: m_opener.open(std::get<QUrl>(m_items.first())); break;
     }
+}
+
+void SharePresenter::reveal()
+{
+    QList<QUrl> files;
+    for (const auto& item : std::as_const(m_items))
+        files << std::get<QUrl>(item);
+    m_opener.reveal(files);
 }
 
 void SharePresenter::close()

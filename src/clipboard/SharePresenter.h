@@ -41,6 +41,7 @@ public:
 private:
     void offer();
     void perform(ShareChoice::Action action);
+    void reveal();
     void close();
 
     SharePicker& m_picker;

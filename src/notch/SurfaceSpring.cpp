@@ -1,9 +1,7 @@
 #include "notch/SurfaceSpring.h"
 
 #include "notch/NotchMotion.h"
-
-#include <cmath>
-#include <numbers>
+#include "style/Spring.h"
 
 namespace nimbarrow {
 
@@ -25,12 +23,7 @@ qreal SurfaceSpring::position(qreal progress)
     if (progress >= 1)
         return 1;
     const auto seconds = progress * std::chrono::duration<double>(notchmotion::settleDelay).count();
-    const auto frequency = 2 * std::numbers::pi / notchmotion::springResponse;
-    const auto decay = notchmotion::springDamping * frequency;
-    const auto swing = frequency * std::sqrt(1 - notchmotion::springDamping * notchmotion::springDamping);
-    return 1
-        - std::exp(-decay * seconds)
-        * (std::cos(swing * seconds) + decay / swing * std::sin(swing * seconds));
+    return springPosition(seconds, notchmotion::springResponse, notchmotion::springDamping);
 }
 
 } // namespace nimbarrow

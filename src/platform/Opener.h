@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/Port.h"
+
+#include <QList>
 #include <QObject>
 #include <QUrl>
 
@@ -16,8 +19,8 @@ public:
     /// settings and the like have elsewhere are given as they are; the adapter finds this desktop's own way.
     virtual void open(const QUrl& url) = 0;
 
-    /// Shows a file in its folder, in the desktop's file manager. Fire and forget.
-    virtual void reveal(const QUrl& file) = 0;
+    /// Shows files in their folders, in the desktop's file manager, together where it can. Fire and forget.
+    virtual void reveal(const QList<QUrl>& files) = 0;
 
 Q_SIGNALS:
     /// There is no program that opens this, as far as the desktop told within a few seconds.

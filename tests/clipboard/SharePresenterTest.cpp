@@ -84,6 +84,16 @@ private Q_SLOTS:
         m_picker.presents = false;
     }
 
+    void severalFilesAreShownTogether()
+    {
+        m_opener.revealed.clear();
+        m_picker.offered.clear();
+        const QUrl other(u"file:///b"_s);
+        SharePresenter presenter(m_picker, m_opener, { file, other }, [] {});
+        presenter.choose(0);
+        QCOMPARE(m_opener.revealed, (QList { file, other }));
+    }
+
     void isDoneWithoutAChoice()
     {
         m_picker.used.reset();

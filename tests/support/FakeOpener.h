@@ -9,7 +9,7 @@ namespace nimbarrow {
 class FakeOpener final : public Opener {
 public:
     void open(const QUrl& url) override { opened << url; }
-    void reveal(const QUrl& file) override { revealed << file; }
+    void reveal(const QList<QUrl>& files) override { revealed << files; }
 
     QList<QUrl> opened;
     QList<QUrl> revealed;

@@ -177,17 +177,25 @@ void DesktopOpener::openSettings(bool aboutCalendars) const
     qCInfo(opening, "This desktop has no settings program that is known");
 }
 
-void DesktopOpener::reveal(const QUrl& file)
+void DesktopOpener::reveal(const QList<QUrl>& files)
 {
-    if (!file.isLocalFile())
+    QStringList links;
+    QUrl folder;
+    for (const auto& file : files) {
+        if (!file.isLocalFile())
+            continue;
+        links << file.toString(QUrl::FullyEncoded);
+        if (folder.isEmpty())
+            folder = file.adjusted(QUrl::StripTrailingSlash)
+                         .adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
+    }
+    if (links.isEmpty())
         return;
-    const auto folder
-        = file.adjusted(QUrl::StripTrailingSlash).adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
     if (!m_bus)
         return openByDefault(folder);
     auto question = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s,
         u"/org/freedesktop/FileManager1"_s, u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
-    question << QStringList { file.toString(QUrl::FullyEncoded) } << QString();
+    question << links << QString();
     const auto answered = [this, folder](const QDBusMessage& answer) {
         if (answer.type() == QDBusMessage::ErrorMessage)
             openByDefault(folder);

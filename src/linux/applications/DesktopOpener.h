@@ -27,7 +27,7 @@ public:
     ~DesktopOpener() override;
 
     void open(const QUrl& url) override;
-    void reveal(const QUrl& file) override;
+    void reveal(const QList<QUrl>& files) override;
 
 private:
     void openByDefault(const QUrl& url);

@@ -250,14 +250,14 @@ private Q_SLOTS:
         QVERIFY2(started()[1].endsWith("/a%20b.ics"_L1) || started()[1] == path, qPrintable(started()[1]));
     }
 
-    void aFileIsShownByTheFileManager_data()
+    void filesAreShownByTheFileManager_data()
     {
         QTest::addColumn<bool>("fails");
-        QTest::newRow("it shows it") << false;
+        QTest::newRow("it shows them") << false;
         QTest::newRow("it fails, the folder is opened") << true;
     }
 
-    void aFileIsShownByTheFileManager()
+    void filesAreShownByTheFileManager()
     {
         QFETCH(bool, fails);
         FileManager manager;
@@ -270,19 +270,20 @@ private Q_SLOTS:
 
         DesktopOpener opener(m_state, QDBusConnection::connectToBus(m_bus.address(), u"program"_s));
         const auto file = QUrl::fromLocalFile(m_folder->filePath(u"shots/one.txt"_s));
-        opener.reveal(file);
+        const auto other = QUrl::fromLocalFile(m_folder->filePath(u"shots/two.txt"_s));
+        opener.reveal({ file, QUrl(u"https://example.org"_s), other });
         if (fails) {
             QTRY_COMPARE(started().size(), 2);
             QVERIFY(started()[1].endsWith("/shots"_L1));
         } else {
-            QTRY_COMPARE(manager.shown, QStringList { file.toString() });
+            QTRY_COMPARE(manager.shown, (QStringList { file.toString(), other.toString() }));
         }
     }
 
     void withoutABusTheFolderIsOpened()
     {
         m_folder->write(u"shots/one.txt"_s, "1");
-        DesktopOpener(m_state, {}).reveal(QUrl::fromLocalFile(m_folder->filePath(u"shots/one.txt"_s)));
+        DesktopOpener(m_state, {}).reveal({ QUrl::fromLocalFile(m_folder->filePath(u"shots/one.txt"_s)) });
         QTRY_COMPARE(started().size(), 2);
         QVERIFY(started()[1].endsWith("/shots"_L1));
     }
