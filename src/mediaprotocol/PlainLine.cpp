@@ -57,7 +57,8 @@ QString plainLine(QStringView text)
         hasVisible = hasVisible || kind == Kind::Visible;
         if (kind == Kind::Breaking)
             line += u' ';
-        else if (marks <= mostMarks)
+        // A byte order mark inside a text means nothing, and readers drop it at the beginning of one.
+        else if (marks <= mostMarks && units[0] != QChar::ByteOrderMark)
             line += units;
     }
     return hasVisible ? line.simplified() : QString();

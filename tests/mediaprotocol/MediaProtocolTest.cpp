@@ -223,6 +223,7 @@ private Q_SLOTS:
         QTest::newRow("turned around") << u"abc \u202egnp.exe\u2066\u2069"_s << u"abc gnp.exe"_s;
         QTest::newRow("both directions") << u"שלום abc"_s << u"שלום abc"_s;
         QTest::newRow("nothing to see") << u"\u200b\u2060\u3164 \u2800\ufeff"_s << QString();
+        QTest::newRow("byte order") << u"\ufeffa"_s << u"a"_s;
         QTest::newRow("marks alone") << mark << QString();
         QTest::newRow("joined") << u"👩\u200d👩\u200d👧"_s << u"👩\u200d👩\u200d👧"_s;
         QTest::newRow("accents") << u"a"_s + mark + u"o"_s + mark << u"a"_s + mark + u"o"_s + mark;
