@@ -50,6 +50,9 @@ QString displayLine(QStringView text, qsizetype longest)
         char32_t character = text[place++].unicode();
         if (QChar::isHighSurrogate(character) && place < text.size() && text[place].isLowSurrogate())
             character = QChar::surrogateToUcs4(static_cast<char16_t>(character), text[place++].unicode());
+        // Inside a text it means nothing, and readers drop it at the beginning of one.
+        if (character == QChar::ByteOrderMark)
+            continue;
         if (isControl(character))
             character = U' ';
         if (isVisible(character)) {

@@ -47,6 +47,8 @@ private Q_SLOTS:
         QCOMPARE(settings->historyLimit(), 100);
         QCOMPARE(settings->language(), Language::System);
         QVERIFY(f.defaults.values.isEmpty());
+        f.defaults.values[u"fetchArtwork"_s] = false;
+        QVERIFY(!f.start()->fetchArtwork());
     }
 
     void keepsEveryChoice()

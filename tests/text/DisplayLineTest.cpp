@@ -21,6 +21,7 @@ private Q_SLOTS:
         row("isolated", u"\u2067a\u2069"_s, u"a"_s);
         row("right to left by itself", u"שלום\u200f!"_s, u"שלום\u200f!"_s);
         row("line breaks and controls", u"a\nb\tc\u2028d\x1b[0m"_s, u"a b c d [0m"_s);
+        row("byte order", u"\ufeffa"_s, u"a"_s);
         row("accents", u"Việt e\u0323\u0302"_s, u"Việt e\u0323\u0302"_s);
         row("a tower of marks", u"e"_s + QString(50, u'\u0301') + u"f"_s,
             u"e"_s + QString(4, u'\u0301') + u"f"_s);

@@ -119,8 +119,8 @@ QString trackID(const QVariant& given)
     const auto value = unwrapped(given);
     const bool isPath = value.metaType() == QMetaType::fromType<QDBusObjectPath>();
     auto id = isPath ? value.value<QDBusObjectPath>().path() : value.toString();
-    if (id.size() > longestTrackID || !id.isValidUtf16() || id == "/"_L1
-        || id.endsWith("/NoTrack"_L1, Qt::CaseInsensitive))
+    if (id.size() > longestTrackID || !id.isValidUtf16() || id.startsWith(QChar::ByteOrderMark)
+        || id == "/"_L1 || id.endsWith("/NoTrack"_L1, Qt::CaseInsensitive))
         return {};
     return id;
 }
