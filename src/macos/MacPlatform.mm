@@ -22,6 +22,8 @@
 #include "macos/session/MacLocations.h"
 #include "macos/session/MacLoginItem.h"
 #include "macos/session/MacPreferences.h"
+#include "macos/session/MacProgramEnd.h"
+#include "macos/session/MacSessionLock.h"
 #include "macos/session/MacUserDefaults.h"
 #include "macos/session/UnifiedLog.h"
 #include "qt/QtAdapterProcesses.h"
@@ -49,7 +51,7 @@ void setUnlessSet(const char* variable, const char* value)
 
 } // namespace
 
-void preparePlatform()
+std::optional<QString> preparePlatform()
 {
     unifiedlog::start();
     // The panel is small; a GPU renderer would cost more memory than the whole program.
@@ -64,6 +66,7 @@ void preparePlatform()
     ::getrlimit(RLIMIT_CORE, &core);
     core.rlim_cur = 0;
     ::setrlimit(RLIMIT_CORE, &core);
+    return {};
 }
 
 Platform makePlatform()
@@ -76,6 +79,8 @@ Platform makePlatform()
     platform.userDefaults = std::make_unique<MacUserDefaults>();
     platform.desktopPreferences = std::make_unique<MacPreferences>();
     platform.instance = std::make_unique<MacInstance>();
+    platform.programEnd = std::make_unique<MacProgramEnd>();
+    platform.sessionLock = std::make_unique<MacSessionLock>();
     platform.loginItem = std::make_unique<MacLoginItem>();
     platform.screens = std::make_unique<MacScreens>();
     platform.pointer = std::make_unique<MacPointer>();

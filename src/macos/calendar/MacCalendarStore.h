@@ -17,7 +17,7 @@ public:
     MacCalendarStore();
     ~MacCalendarStore() override;
 
-    [[nodiscard]] Authorization authorization() const override;
+    [[nodiscard]] Authorization authorization() override;
     void requestFullAccess(std::function<void(bool)> answered) override;
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end) override;

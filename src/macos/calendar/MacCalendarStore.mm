@@ -105,7 +105,7 @@ MacCalendarStore::MacCalendarStore()
 
 MacCalendarStore::~MacCalendarStore() = default;
 
-CalendarStore::Authorization MacCalendarStore::authorization() const
+CalendarStore::Authorization MacCalendarStore::authorization()
 {
     return calendarAuthorization(
         static_cast<int>([EKEventStore authorizationStatusForEntityType:EKEntityTypeEvent]));

@@ -2,49 +2,52 @@
 
 namespace nimbarrow {
 
-CarbonHotKey::CarbonHotKey(quint32 place, quint32 modifiers, quint32 signature, quint32 number)
+namespace {
+
+/// "NBRW": whose hot key it is.
+constexpr quint32 signature = 0x4E425257;
+
+} // namespace
+
+CarbonHotKey::CarbonHotKey(quint32 place, quint32 modifiers, quint32 number, std::function<void()> pressed)
+    : m_number(number)
+    , m_pressed(std::move(pressed))
 {
+    constexpr EventTypeSpec pressedKeys { kEventClassKeyboard, kEventHotKeyPressed };
+    auto* const target = GetApplicationEventTarget();
+    if (InstallEventHandler(target, &CarbonHotKey::handle, 1, &pressedKeys, this, &m_handler) != noErr) {
+        m_handler = nullptr;
+        return;
+    }
     const EventHotKeyID identifier { signature, number };
     constexpr OptionBits noOptions = 0;
-    if (RegisterEventHotKey(place, modifiers, identifier, GetApplicationEventTarget(), noOptions, &m_reference)
-        != noErr)
+    if (RegisterEventHotKey(place, modifiers, identifier, target, noOptions, &m_reference) != noErr)
         m_reference = nullptr;
 }
 
 CarbonHotKey::~CarbonHotKey()
 {
+    // The handler goes last: no key may arrive without one.
     if (m_reference)
         UnregisterEventHotKey(m_reference);
+    if (m_handler)
+        RemoveEventHandler(m_handler);
 }
 
-CarbonHotKeyHandler::CarbonHotKeyHandler(Pressed pressed)
-    : m_pressed(std::move(pressed))
+OSStatus CarbonHotKey::handle(EventHandlerCallRef /*next*/, EventRef event, void* hotKey)
 {
-    constexpr EventTypeSpec pressedKeys { kEventClassKeyboard, kEventHotKeyPressed };
-    if (InstallEventHandler(GetApplicationEventTarget(), &CarbonHotKeyHandler::handle, 1, &pressedKeys, this,
-            &m_reference)
-        != noErr)
-        m_reference = nullptr;
-}
-
-CarbonHotKeyHandler::~CarbonHotKeyHandler()
-{
-    if (m_reference)
-        RemoveEventHandler(m_reference);
-}
-
-OSStatus CarbonHotKeyHandler::handle(EventHandlerCallRef /*next*/, EventRef event, void* handler)
-{
-    if (!event || !handler)
+    if (!event || !hotKey)
         return noErr;
+    // Zeros that no key has, for an event that does not tell.
     EventHotKeyID identifier {};
-    if (GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof identifier, nullptr,
-            &identifier)
-        != noErr)
-        identifier = {};
-    // The key may end this handler.
-    const auto pressed = static_cast<CarbonHotKeyHandler*>(handler)->m_pressed;
-    pressed(identifier.signature, identifier.id);
+    const auto status = GetEventParameter(
+        event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof identifier, nullptr, &identifier);
+    const auto& self = *static_cast<const CarbonHotKey*>(hotKey);
+    // Every hot key of the program has a handler of its own.
+    if (status != noErr || identifier.signature != signature || identifier.id != self.m_number)
+        return eventNotHandledErr;
+    const auto pressed = self.m_pressed;
+    pressed();
     return noErr;
 }
 

@@ -7,39 +7,30 @@ namespace nimbarrow {
 
 namespace {
 
-template <typename Held>
-class Holding final : public HotKeys::Handle {
+class Registered final : public HotKeys::Registration {
 public:
-    template <typename... Arguments>
-    explicit Holding(Arguments&&... arguments)
-        : m_held(std::forward<Arguments>(arguments)...)
+    Registered(quint32 place, quint32 modifiers, quint32 number, std::function<void()> pressed)
+        : m_hotKey(place, modifiers, number, std::move(pressed))
     {
     }
 
 private:
-    Held m_held;
+    CarbonHotKey m_hotKey;
 };
 
 /// For a key that has no place on this system's keyboards.
-class HoldingNothing final : public HotKeys::Handle { };
+class Unregistered final : public HotKeys::Registration { };
 
 } // namespace
 
-std::unique_ptr<HotKeys::Handle> MacHotKeys::installHandler(Handler handler)
-{
-    return std::make_unique<Holding<CarbonHotKeyHandler>>(
-        [handler = std::move(handler)](quint32 signature, quint32 number) {
-            handler({ signature, number });
-        });
-}
-
-std::unique_ptr<HotKeys::Handle> MacHotKeys::registerKey(Key key, KeyModifiers modifiers, HotKeyId id)
+std::unique_ptr<HotKeys::Registration> MacHotKeys::registerKey(
+    Key key, KeyModifiers modifiers, std::function<void()> pressed)
 {
     const auto place = keycodes::placeOf(key);
     if (!place)
-        return std::make_unique<HoldingNothing>();
-    return std::make_unique<Holding<CarbonHotKey>>(
-        *place, keycodes::hotKeyModifiers(modifiers), id.signature, id.number);
+        return std::make_unique<Unregistered>();
+    return std::make_unique<Registered>(
+        *place, keycodes::hotKeyModifiers(modifiers), ++m_lastNumber, std::move(pressed));
 }
 
 } // namespace nimbarrow

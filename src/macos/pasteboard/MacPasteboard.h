@@ -22,9 +22,12 @@ public:
     [[nodiscard]] std::optional<QString> string() const override;
     [[nodiscard]] QList<QUrl> urls() const override;
     void write(const QList<PasteboardObject>& objects) override;
+    void handOver() override;
 
 private:
     std::unique_ptr<WorkQueue> m_reading;
+    /// What `changeCount` was after the last write.
+    int m_written = -1;
 };
 
 } // namespace nimbarrow

@@ -78,7 +78,7 @@ NSPasteboardItem* itemOf(const PasteboardObject& object, WorkQueue& queue)
     auto* const item = [[NSPasteboardItem alloc] init];
     if (object.url) {
         [item setString:QString::fromUtf8(object.url->toEncoded()).toNSString()
-                forType:object.url->isLocalFile() ? NSPasteboardTypeFileURL : NSPasteboardTypeURL];
+                forType:PasteboardContent::isFile(*object.url) ? NSPasteboardTypeFileURL : NSPasteboardTypeURL];
     }
     if (object.string)
         [item setString:object.string->toNSString() forType:NSPasteboardTypeString];
@@ -148,6 +148,14 @@ void MacPasteboard::write(const QList<PasteboardObject>& objects)
         [items addObject:itemOf(object, *m_reading)];
     [general() clearContents];
     [general() writeObjects:items];
+    m_written = changeCount();
+}
+
+void MacPasteboard::handOver()
+{
+    // The system keeps what it was given; the picture it was only promised, and asking for it gives it.
+    if (m_written == changeCount())
+        [general() dataForType:NSPasteboardTypePNG];
 }
 
 } // namespace nimbarrow

@@ -5,6 +5,7 @@
 
 #include <dispatch/dispatch.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace nimbarrow {
@@ -14,8 +15,10 @@ namespace {
 class KernelWatch final : public FolderEvents::Watch {
 public:
     /// Takes the descriptor of a folder.
-    KernelWatch(int folder, std::function<void()> changed)
-        : m_changed(std::make_shared<std::function<void()>>(std::move(changed)))
+    KernelWatch(int folder, QByteArray path, std::function<void()> changed)
+        : m_folder(folder)
+        , m_path(std::move(path))
+        , m_changed(std::make_shared<std::function<void()>>(std::move(changed)))
         , m_source(dispatch_source_create(DISPATCH_SOURCE_TYPE_VNODE, static_cast<uintptr_t>(folder),
               DISPATCH_VNODE_WRITE | DISPATCH_VNODE_RENAME | DISPATCH_VNODE_DELETE, dispatch_get_main_queue()))
     {
@@ -48,7 +51,17 @@ public:
     // names when they are whole.
     [[nodiscard]] QStringList unfinished() const override { return {}; }
 
+    [[nodiscard]] bool isCurrent() const override
+    {
+        struct stat watched { };
+        struct stat named { };
+        return ::fstat(m_folder, &watched) == 0 && ::stat(m_path.constData(), &named) == 0
+            && watched.st_dev == named.st_dev && watched.st_ino == named.st_ino;
+    }
+
 private:
+    int m_folder;
+    QByteArray m_path;
     std::shared_ptr<std::function<void()>> m_changed;
     dispatch_source_t m_source;
 };
@@ -61,10 +74,11 @@ std::unique_ptr<FolderEvents::Watch> MacFolderEvents::watch(
     if (!QFileInfo(folder).isDir())
         return nullptr;
     // For events alone: a volume that is watched can still be ejected.
-    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_EVTONLY | O_CLOEXEC);
+    const auto path = QFile::encodeName(folder);
+    const int descriptor = ::open(path.constData(), O_EVTONLY | O_CLOEXEC);
     if (descriptor < 0)
         return nullptr;
-    auto watch = std::make_unique<KernelWatch>(descriptor, std::move(changed));
+    auto watch = std::make_unique<KernelWatch>(descriptor, path, std::move(changed));
     if (!watch->isRunning())
         return nullptr;
     return watch;

@@ -55,6 +55,7 @@ SINCE(10.0) @interface NSWorkspace : NSObject
 - (void)activateFileViewerSelectingURLs:(NSArray<NSURL*>*)urls SINCE(10.6);
 @end
 API NSString* const NSWorkspaceApplicationKey SINCE(10.6);
+API const NSNotificationName NSWorkspaceWillPowerOffNotification SINCE(10.0);
 API const NSNotificationName NSWorkspaceDidTerminateApplicationNotification SINCE(10.0);
 API const NSNotificationName NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification SINCE(10.10);
 

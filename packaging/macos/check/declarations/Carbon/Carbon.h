@@ -24,6 +24,7 @@ enum : UInt32 {
 };
 enum : OSStatus {
     noErr SINCE(10.0) = 0,
+    eventNotHandledErr SINCE(10.0) = -9874,
 };
 API OSStatus RegisterEventHotKey(UInt32 code, UInt32 modifiers, EventHotKeyID identifier, EventTargetRef target, OptionBits options, EventHotKeyRef _Nullable* _Nonnull out) SINCE(10.0);
 API OSStatus UnregisterEventHotKey(EventHotKeyRef hotKey) SINCE(10.0);

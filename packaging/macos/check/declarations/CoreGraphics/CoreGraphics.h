@@ -23,6 +23,7 @@ OPTIONS(uint32_t, CGBitmapInfo) {
     kCGBitmapByteOrder32Little SINCE(10.4) = 2 << 12,
 };
 API const CFStringRef kCGColorSpaceSRGB SINCE(10.5);
+API CFDictionaryRef _Nullable CGSessionCopyCurrentDictionary(void) SINCE(10.3) __attribute__((cf_returns_retained));
 API CGEventSourceRef _Nullable CGEventSourceCreate(CGEventSourceStateID state) SINCE(10.4) __attribute__((cf_returns_retained));
 API CGEventRef _Nullable CGEventCreateKeyboardEvent(CGEventSourceRef _Nullable source, CGKeyCode key, bool down) SINCE(10.4) __attribute__((cf_returns_retained));
 API void CGEventSetFlags(CGEventRef _Nullable event, CGEventFlags flags) SINCE(10.4);

@@ -40,6 +40,7 @@ SINCE(10.0) @interface NSConstantString : NSSimpleCString
 SINCE(10.0) @interface NSNumber : NSObject <NSCopying>
 + (NSNumber*)numberWithBool:(BOOL)value SINCE(10.0);
 + (NSNumber*)numberWithLongLong:(long long)value SINCE(10.0);
+@property(readonly) BOOL boolValue SINCE(10.0);
 @property(readonly) long long longLongValue SINCE(10.0);
 @end
 SINCE(10.0) @interface NSData : NSObject <NSCopying>

@@ -13,6 +13,8 @@ struct dispatch_source_type_s;
 typedef const struct dispatch_source_type_s* dispatch_source_type_t;
 API struct dispatch_queue_s _dispatch_main_q SINCE(10.6);
 API const struct dispatch_source_type_s _dispatch_source_type_vnode SINCE(10.6);
+API const struct dispatch_source_type_s _dispatch_source_type_signal SINCE(10.6);
+#define DISPATCH_SOURCE_TYPE_SIGNAL (&_dispatch_source_type_signal)
 #define DISPATCH_SOURCE_TYPE_VNODE (&_dispatch_source_type_vnode)
 enum : uintptr_t {
     DISPATCH_VNODE_DELETE SINCE(10.6) = 0x1,
