@@ -3,6 +3,7 @@ it down or lose what was copied."""
 
 import os
 import pathlib
+import re
 import signal
 import subprocess
 import sys
@@ -149,11 +150,14 @@ def start_beside(program, what, freeze):
 
 def accessibility_launcher(desktop):
     """The process that serves the accessibility bus's address, started as a screen reader starts it."""
-    desktop.call(["dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
-                  "org.a11y.Bus.GetAddress"])
-    answer = desktop.call(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
-                           "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:org.a11y.Bus"])
-    return int(answer.split()[-1])
+    def ask(name, path, method, *arguments):
+        return desktop.call(["gdbus", "call", "--session", "--dest", name, "--object-path", path, "--method", method,
+                             *arguments]).decode()
+
+    ask("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress")
+    # "(uint32 4711,)"
+    return int(re.search(r" (\d+)", ask("org.freedesktop.DBus", "/", "org.freedesktop.DBus.GetConnectionUnixProcessID",
+                                        "org.a11y.Bus"))[1])
 
 
 def pipes(desktop):
