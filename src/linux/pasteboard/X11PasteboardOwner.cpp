@@ -42,12 +42,6 @@ void X11PasteboardOwner::add(const QByteArray& target, const QByteArray& bytes)
     m_content.insert(m_connection.atom(target), bytes);
 }
 
-void X11PasteboardOwner::release()
-{
-    m_content.clear();
-    m_saving = false;
-}
-
 void X11PasteboardOwner::save()
 {
     auto* const xcb = m_connection.get();

@@ -23,13 +23,14 @@ public:
     void setTime(xcb_timestamp_t time) { m_time = time; }
 
     /// Somebody else owns the selection. What is on its way out still arrives.
-    void release();
+    void release() { m_content.clear(); }
 
     /// Asks the clipboard manager to take over all of the content. Nothing happens where there is no content
     /// of ours or no manager.
     void save();
-    /// Until the manager has said that it has everything.
-    [[nodiscard]] bool isSaving() const { return m_saving; }
+    /// Until the manager has said that it is done, and everybody has what is on its way. A manager may own
+    /// the selection before it has all of it.
+    [[nodiscard]] bool isGiving() const { return m_saving || !m_deliveries.empty(); }
 
     void handle(const xcb_generic_event_t& event);
     void expire(Instant now);

@@ -130,7 +130,7 @@ void X11PasteboardThread::serveHandOver()
         m_owner->save();
         m_handOver = HandOver::Begun;
     }
-    if (m_handOver == HandOver::Begun && !m_owner->isSaving()) {
+    if (m_handOver == HandOver::Begun && !m_owner->isGiving()) {
         m_handOver = HandOver::None;
         m_handedOver.notify_all();
     }

@@ -23,10 +23,10 @@ class Manager {
 public:
     explicit Manager(const QByteArray& display, bool frozen = false)
         : m_connection(display)
+        , m_window(m_connection.makeWindow())
     {
-        const auto window = m_connection.makeWindow();
         xcb_set_selection_owner(
-            m_connection.get(), window, m_connection.atom("CLIPBOARD_MANAGER"), XCB_CURRENT_TIME);
+            m_connection.get(), m_window, m_connection.atom("CLIPBOARD_MANAGER"), XCB_CURRENT_TIME);
         m_connection.sync();
         if (!frozen)
             m_thread = std::thread([this] { serve(); });
@@ -40,11 +40,16 @@ public:
     }
     Q_DISABLE_COPY_MOVE(Manager)
 
-    /// What it keeps for programs that end; to be read when they have been told that it has it.
-    QHash<QString, QByteArray> saved;
+    /// What it keeps for programs that end.
+    [[nodiscard]] QHash<QString, QByteArray> saved() const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_saved;
+    }
 
 private:
     using Event = X11PasteboardConnection::Reply<xcb_generic_event_t>;
+    using Transfers = std::vector<std::unique_ptr<X11PasteboardTransfer>>;
 
     Event next()
     {
@@ -67,20 +72,20 @@ private:
     void save(const xcb_selection_request_event_t& request)
     {
         const auto atoms = m_connection.takeProperty(request.requestor, request.property, 4096).bytes;
-        for (qsizetype place = 0; place < atoms.size(); place += 4) {
-            const auto one = atoms.sliced(place, 4);
-            X11PasteboardTransfer transfer(m_connection, m_connection.atom("CLIPBOARD"),
-                qFromUnaligned<xcb_atom_t>(one.constData()), XCB_CURRENT_TIME, 64 << 20, {});
-            xcb_flush(m_connection.get());
-            while (!transfer.complete()) {
-                const auto event = next();
-                if (!event)
-                    return;
-                (void)transfer.handle(*event);
-                xcb_flush(m_connection.get());
-            }
-            saved.insert(m_connection.names(one).first(), transfer.bytes());
-        }
+        Transfers transfers;
+        for (qsizetype place = 0; place < atoms.size(); place += 4)
+            transfers.push_back(std::make_unique<X11PasteboardTransfer>(m_connection,
+                m_connection.atom("CLIPBOARD"), qFromUnaligned<xcb_atom_t>(atoms.constData() + place),
+                XCB_CURRENT_TIME, 64 << 20, X11PasteboardLimits()));
+        awaitAll(transfers, &X11PasteboardTransfer::answered);
+        // As Xfce's does: the pieces of what is large come only now.
+        xcb_set_selection_owner(
+            m_connection.get(), m_window, m_connection.atom("CLIPBOARD"), XCB_CURRENT_TIME);
+        awaitAll(transfers, &X11PasteboardTransfer::complete);
+        const std::scoped_lock lock(m_mutex);
+        for (std::size_t index = 0; index < transfers.size(); ++index)
+            m_saved.insert(
+                m_connection.names(atoms.sliced(qsizetype(index) * 4, 4)).first(), transfers[index]->bytes());
         xcb_selection_notify_event_t reply {};
         reply.response_type = XCB_SELECTION_NOTIFY;
         reply.requestor = request.requestor;
@@ -91,7 +96,24 @@ private:
         xcb_flush(m_connection.get());
     }
 
+    void awaitAll(const Transfers& transfers, bool (X11PasteboardTransfer::*done)() const)
+    {
+        xcb_flush(m_connection.get());
+        while (!std::all_of(
+            transfers.begin(), transfers.end(), [done](const auto& one) { return (*one.*done)(); })) {
+            const auto event = next();
+            if (!event)
+                return;
+            for (const auto& transfer : transfers)
+                (void)transfer->handle(*event);
+            xcb_flush(m_connection.get());
+        }
+    }
+
     X11PasteboardConnection m_connection;
+    xcb_window_t m_window;
+    mutable std::mutex m_mutex;
+    QHash<QString, QByteArray> m_saved;
     std::atomic_bool m_stop = false;
     std::thread m_thread;
 };
@@ -291,20 +313,20 @@ private Q_SLOTS:
         Fixture at;
         Manager manager(at.server.displayName());
         at.pasteboard.handOver();
-        QVERIFY(manager.saved.isEmpty());
+        QVERIFY(manager.saved().isEmpty());
         const QByteArray image(3 << 20, 'P');
         at.pasteboard.write({ { u"Ґ"_s, QUrl(u"file:///a"_s), [image] { return image; } } });
         at.pasteboard.handOver();
-        QCOMPARE(manager.saved.value(u"UTF8_STRING"_s), "Ґ"_ba);
-        QCOMPARE(manager.saved.value(u"text/uri-list"_s), "file:///a\r\n"_ba);
-        QVERIFY(manager.saved.value(u"image/png"_s) == image);
+        QCOMPARE(manager.saved().value(u"UTF8_STRING"_s), "Ґ"_ba);
+        QCOMPARE(manager.saved().value(u"text/uri-list"_s), "file:///a\r\n"_ba);
+        QVERIFY(manager.saved().value(u"image/png"_s) == image);
 
         // What is another program's is that program's to hand over.
-        manager.saved.clear();
+        const auto before = manager.saved();
         (void)at.server.run(u"xclip"_s, { u"-selection"_s, u"clipboard"_s }, "theirs");
         QTRY_COMPARE(at.pasteboard.string(), u"theirs"_s);
         at.pasteboard.handOver();
-        QVERIFY(manager.saved.isEmpty());
+        QVERIFY(manager.saved() == before);
     }
 
     void waitsForNoClipboardManagerForLong()
