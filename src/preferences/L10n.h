@@ -33,6 +33,7 @@ public:
         Share,
         Settings,
         LaunchAtLogin,
+        LaunchAtLoginFailed,
         PeekOnClipboard,
         PeekOnTrackChange,
         WatchScreenshots,
