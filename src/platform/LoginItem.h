@@ -13,7 +13,7 @@ class LoginItem : public Port {
 public:
     [[nodiscard]] virtual bool isEnabled() const = 0;
 
-    /// None when it worked, else why not, in words for the user.
+    /// None when it worked, else where it failed and why, in words for the user.
     virtual std::optional<QString> setEnabled(bool enabled) = 0;
 
     /// True where a program at this place may be gone or moved at the next login.

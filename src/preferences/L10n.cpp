@@ -26,6 +26,8 @@ constexpr std::array table {
     Text { L10n::Key::Share, u"Share", u"Поділитися" },
     Text { L10n::Key::Settings, u"Settings", u"Налаштування" },
     Text { L10n::Key::LaunchAtLogin, u"Launch at login", u"Запускати при вході" },
+    Text { L10n::Key::LaunchAtLoginFailed, u"Launch at login could not be changed: %1",
+        u"Не вдалося змінити запуск при вході: %1" },
     Text { L10n::Key::PeekOnClipboard, u"Show new clipboard items", u"Показувати нове з буфера" },
     Text { L10n::Key::PeekOnTrackChange, u"Show track changes", u"Показувати зміну треку" },
     Text { L10n::Key::WatchScreenshots, u"Watch for screenshots", u"Стежити за скріншотами" },

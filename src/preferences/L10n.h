@@ -34,6 +34,7 @@ public:
         Share,
         Settings,
         LaunchAtLogin,
+        LaunchAtLoginFailed,
         PeekOnClipboard,
         PeekOnTrackChange,
         WatchScreenshots,

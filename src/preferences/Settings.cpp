@@ -141,6 +141,12 @@ void Settings::setLaunchAtLogin(bool on)
     assign(m_launchAtLogin, on, &Settings::launchAtLoginChanged);
 }
 
+void Settings::refreshLaunchAtLogin()
+{
+    setLaunchAtLogin(m_loginItem.isEnabled());
+    assign(m_launchAtLoginError, {}, &Settings::launchAtLoginErrorChanged);
+}
+
 void Settings::applyLaunchAtLogin()
 {
     assign(

@@ -74,6 +74,8 @@ public:
 
     /// Takes effect with `applyLaunchAtLogin`.
     Q_INVOKABLE void setLaunchAtLogin(bool on);
+    /// Reads anew whether the program starts at login: the user may have changed that elsewhere.
+    Q_INVOKABLE void refreshLaunchAtLogin();
     /// Makes the system agree with `launchAtLogin`; a failure becomes `launchAtLoginError`.
     Q_INVOKABLE void applyLaunchAtLogin();
 

@@ -17,11 +17,13 @@ Item {
 
     readonly property Item _focused: Window.activeFocusItem
 
+    Component.onCompleted: settings.refreshLaunchAtLogin()
+
     /// Scrolls no farther than it must for all of what the keyboard has reached to be seen.
     function reveal(item: Item) {
         const top = item.mapToItem(column, 0, 0).y;
         const lowest = Math.max(0, page.contentHeight - page.height);
-        const wanted = Math.max(Math.min(page.contentY, top - Theme.fadeLength), top + item.height + Theme.fadeLength / 2 - page.height);
+        const wanted = Math.max(Math.min(page.contentY, top - Theme.fadeLength), top + item.height + Theme.fadeLength - page.height);
         page.contentY = Math.max(0, Math.min(lowest, wanted));
     }
 
@@ -73,8 +75,8 @@ Item {
             }
 
             SettingsNote {
-                text: root.settings.launchAtLoginError
-                visible: text !== ""
+                text: L10n.texts[L10n.LaunchAtLoginFailed].arg(root.settings.launchAtLoginError)
+                visible: root.settings.launchAtLoginError !== ""
                 width: parent.width
             }
 
@@ -108,45 +110,58 @@ Item {
                 onChoiceMade: index => root.settings.setLanguage(index)
             }
 
-            Item {
+            TextButton {
                 height: 20
+                text: L10n.texts[L10n.ClearHistory]
+
+                onClicked: root.store.clear()
+            }
+
+            TextButton {
+                height: 20
+                text: L10n.texts[L10n.Donate]
+
+                onClicked: root.about.openSupport()
+            }
+
+            Line {
+                Accessible.name: text
+                Accessible.role: Accessible.StaticText
+                color: Theme.secondary
+                font.pixelSize: Theme.metaText
+                height: 20
+                text: root.about.version
                 width: parent.width
-
-                TextButton {
-                    id: clear
-
-                    height: parent.height
-                    text: L10n.texts[L10n.ClearHistory]
-
-                    onClicked: root.store.clear()
-                }
-
-                TextButton {
-                    anchors.left: clear.right
-                    anchors.leftMargin: 2 * Theme.gap
-                    height: parent.height
-                    text: L10n.texts[L10n.Donate]
-
-                    onClicked: root.about.openSupport()
-                }
-
-                Line {
-                    Accessible.name: text
-                    Accessible.role: Accessible.StaticText
-                    anchors.right: parent.right
-                    color: Theme.secondary
-                    font.pixelSize: Theme.metaText
-                    height: parent.height
-                    text: root.about.version
-                }
             }
         }
     }
 
     EdgeFade {
-        anchors.bottom: parent.bottom
-        beyond: page.contentHeight - page.contentY - page.height
+        anchors.left: page.left
+        anchors.right: page.right
+        anchors.top: page.top
+        beyond: page.contentY
+        edge: Qt.TopEdge
         height: Theme.fadeLength / 2
-        width: root.width
+    }
+
+    EdgeFade {
+        anchors.bottom: page.bottom
+        anchors.left: page.left
+        anchors.right: page.right
+        beyond: page.contentHeight - page.contentY - page.height
+        height: Theme.fadeLength
+    }
+
+    // How much of the page is in view, beside it.
+    Rectangle {
+        anchors.left: parent.right
+        anchors.leftMargin: Theme.gap
+        color: Theme.hint
+        height: root.height * page.visibleArea.heightRatio
+        radius: width / 2
+        visible: page.visibleArea.heightRatio < 1
+        width: 3
+        y: root.height * page.visibleArea.yPosition
     }
 }

@@ -3,20 +3,15 @@ import Nimbarrow.Preferences
 import Nimbarrow.Style
 
 /// What can be switched on and off.
-Grid {
+Column {
     id: root
 
     required property Settings settings
 
-    readonly property real _columnWidth: (width - columnSpacing) / columns
-
-    columnSpacing: 2 * Theme.gap
-    columns: 2
-
     ToggleSwitch {
         checked: root.settings.launchAtLogin
         label: L10n.texts[L10n.LaunchAtLogin]
-        width: root._columnWidth
+        width: root.width
 
         onToggled: checked => {
             root.settings.setLaunchAtLogin(checked);
@@ -27,7 +22,7 @@ Grid {
     ToggleSwitch {
         checked: root.settings.peekOnClipboard
         label: L10n.texts[L10n.PeekOnClipboard]
-        width: root._columnWidth
+        width: root.width
 
         onToggled: checked => root.settings.setPeekOnClipboard(checked)
     }
@@ -35,7 +30,7 @@ Grid {
     ToggleSwitch {
         checked: root.settings.peekOnTrackChange
         label: L10n.texts[L10n.PeekOnTrackChange]
-        width: root._columnWidth
+        width: root.width
 
         onToggled: checked => root.settings.setPeekOnTrackChange(checked)
     }
@@ -43,7 +38,7 @@ Grid {
     ToggleSwitch {
         checked: root.settings.watchScreenshots
         label: L10n.texts[L10n.WatchScreenshots]
-        width: root._columnWidth
+        width: root.width
 
         onToggled: checked => root.settings.setWatchScreenshots(checked)
     }
@@ -51,7 +46,7 @@ Grid {
     ToggleSwitch {
         checked: root.settings.pasteOnClick
         label: L10n.texts[L10n.PasteOnClick]
-        width: root._columnWidth
+        width: root.width
 
         onToggled: checked => {
             root.settings.setPasteOnClick(checked);
@@ -62,7 +57,7 @@ Grid {
     ToggleSwitch {
         checked: root.settings.hotKeyEnabled
         label: L10n.texts[L10n.HotKey]
-        width: root._columnWidth
+        width: root.width
 
         onToggled: checked => root.settings.setHotKeyEnabled(checked)
     }
@@ -70,7 +65,7 @@ Grid {
     ToggleSwitch {
         checked: root.settings.showCalendar
         label: L10n.texts[L10n.TodaysCalendar]
-        width: root._columnWidth
+        width: root.width
 
         onToggled: checked => root.settings.setShowCalendar(checked)
     }

@@ -10,7 +10,7 @@ from day_test import calendar, DayFlow, event, STRIP
 from desktop import gradient_png, NOTCH_MIDDLE, StageMissed, wait_until
 from flow import BELOW_THE_SURFACE, CLIPBOARD_LEFT, FIRST_ROW_Y, STRIP_Y
 from player_test import Player
-from settings_test import GEAR, LANGUAGE_Y, PICKER_LEFT, SettingsFlow
+from settings_test import GEAR, LANGUAGE_Y, PICKER_LEFT, SettingsFlow, WHEEL_DOWN
 
 LIMIT = 200
 MOST_PINS = 6
@@ -195,6 +195,7 @@ class BusyDay(SettingsFlow):
             before = self.setting("peekOnTrackChange") or "true"
             self.switch("peekOnTrackChange")
             self.wait_for_setting("peekOnTrackChange", "false" if before == "true" else "true")
+        self.scrolls(WHEEL_DOWN)
         for x, language in ((85, "uk"), (140, "en")):
             self.desktop.click(PICKER_LEFT + x, LANGUAGE_Y)
             self.wait_for_setting("language", language)

@@ -8,17 +8,18 @@ from desktop import gradient_png, NOTCH_LEFT, reached, run_test, StageMissed, wa
 from flow import BELOW_THE_SURFACE, Flow, SURFACE_LEFT
 
 GEAR = (SURFACE_LEFT + 383, 16)
-# The ends of the two columns of switches, and the rows.
-SWITCH_ENDS = (SURFACE_LEFT + 208, SURFACE_LEFT + 417)
+# The switches, one a row, from the top of the page.
+SWITCH_X = SURFACE_LEFT + 417
 FIRST_SWITCH_Y = 76
 SWITCH_HEIGHT = 22
 SWITCHES = ("launchAtLogin", "peekOnClipboard", "peekOnTrackChange", "watchScreenshots", "pasteOnClick",
             "hotKeyEnabled", "showCalendar")
-# Below the switches and the remark that the program does not run from where programs are installed.
+# What stands at the end of the page, when that is in view.
 PICKER_LEFT = SURFACE_LEFT + 271
-HISTORY_Y = 183
-LANGUAGE_Y = 209
-CLEAR = (SURFACE_LEFT + 50, 232)
+HISTORY_Y = 139
+LANGUAGE_Y = 165
+CLEAR = (SURFACE_LEFT + 50, 189)
+WHEEL_UP, WHEEL_DOWN = 4, 5
 
 
 class SettingsFlow(Flow):
@@ -30,8 +31,14 @@ class SettingsFlow(Flow):
         time.sleep(0.4)
 
     def switch(self, name):
-        row, column = divmod(SWITCHES.index(name), 2)
-        self.desktop.click(SWITCH_ENDS[column] - 6, FIRST_SWITCH_Y + SWITCH_HEIGHT * row)
+        self.desktop.click(SWITCH_X, FIRST_SWITCH_Y + SWITCH_HEIGHT * SWITCHES.index(name))
+
+    def scrolls(self, button):
+        """To the end of the page on that side."""
+        self.desktop.move(SURFACE_LEFT + 150, 150)
+        for _ in range(10):
+            self.desktop.xdotool("click", button)
+        time.sleep(0.5)
 
     def setting(self, name):
         lines = (self.desktop.home / "config" / "Nimbarrow.conf").read_text().splitlines()
@@ -51,7 +58,13 @@ class SettingsFlow(Flow):
             self.switch(name)
             self.wait_for_setting(name, first)
         self.switch("launchAtLogin")
-        wait_until("the program among those that start at login", lambda: list(autostart.glob("*.desktop")), 5)
+        entry = wait_until("the program among those that start at login", lambda: list(autostart.glob("*.desktop")), 5)
+        self.leave()
+        # Taken away elsewhere, it is off here too, and the switch makes a new one.
+        entry[0].unlink()
+        self.opens_settings()
+        self.switch("launchAtLogin")
+        wait_until("an entry for the next login", entry[0].exists, 5)
         self.leave()
         desktop.key("super+shift+v")
         time.sleep(0.5)
@@ -112,6 +125,8 @@ class SettingsFlow(Flow):
         """The history's size and the language, which changes the whole surface at once."""
         desktop = self.desktop
         self.opens_settings()
+        self.scrolls(WHEEL_DOWN)
+        self.show("settings-end")
         desktop.click(PICKER_LEFT + 20, HISTORY_Y)
         self.wait_for_setting("historyLimit", "50")
         desktop.click(PICKER_LEFT + 140, HISTORY_Y)
@@ -137,6 +152,7 @@ class SettingsFlow(Flow):
         wait_until("no stored image", lambda: not list(stored.iterdir()))
         if len(list((desktop.home / "home" / "Pictures" / "Screenshots").iterdir())) != 3:
             raise StageMissed("the screenshots in the user's own folder")
+        self.scrolls(WHEEL_UP)
         self.switch("showCalendar")
         self.wait_for_setting("showCalendar", "false")
         wait_until("a lower surface without the calendar",

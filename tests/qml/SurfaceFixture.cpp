@@ -111,9 +111,14 @@ void SurfaceFixture::addImage(const QImage& image)
 
 QQuickItem* SurfaceFixture::find(const char* type, int which) const
 {
+    return findAll(type).value(which);
+}
+
+QList<QQuickItem*> SurfaceFixture::findAll(const char* type) const
+{
     QList<QQuickItem*> found;
     collect(view.contentItem(), QByteArray(type) + "_QMLTYPE_", found);
-    return found.value(which);
+    return found;
 }
 
 QQuickItem* SurfaceFixture::button(QQuickItem* within, const QString& name)

@@ -76,6 +76,7 @@ public:
 
     /// The first item of a QML type that is to be seen, in the order of drawing; null when there is none.
     [[nodiscard]] QQuickItem* find(const char* type, int which = 0) const;
+    [[nodiscard]] QList<QQuickItem*> findAll(const char* type) const;
     /// The button of this name inside `within`.
     [[nodiscard]] static QQuickItem* button(QQuickItem* within, const QString& name);
     [[nodiscard]] static QPoint middle(const QQuickItem* item);

@@ -426,6 +426,8 @@ private Q_SLOTS:
             QCOMPARE(m_surface->find("ToggleSwitch", which)->property("checked").toBool(), !before);
         }
         QVERIFY(!m_surface->find("ToggleSwitch", static_cast<int>(switches.size())));
+        m_surface->wheel(m_surface->middle(m_surface->find("SettingsColumn")), -2400);
+        m_surface->settle();
         QVERIFY(m_surface->history.loginItem.enabled);
 
         const auto choose = [this](int picker, int choice) {
@@ -470,7 +472,49 @@ private Q_SLOTS:
         m_surface->history.loginItem.error = u"The disk is full"_s;
         settings.setLaunchAtLogin(true);
         settings.applyLaunchAtLogin();
-        QCOMPARE(remarks().constFirst(), u"The disk is full"_s);
+        QCOMPARE(remarks().constFirst(), u"Launch at login could not be changed: The disk is full"_s);
+
+        // Without the calendar the page is lower; its end is within reach all the same, and at both ends it
+        // says so.
+        m_surface->state.setExpandedSize({ 460, 240 });
+        m_surface->view.resize(460, 240);
+        m_surface->settle();
+        auto* const page = m_surface->find("SettingsColumn");
+        const auto lowest = [&] {
+            const auto lines = m_surface->findAll("Line");
+            const auto* version = *std::ranges::find_if(lines,
+                [](const QQuickItem* line) { return line->property("text").toString() == About::version(); });
+            return version->mapRectToItem(page, version->boundingRect()).bottom();
+        };
+        const auto edges = [&] { return m_surface->findAll("EdgeFade").size(); };
+        QVERIFY(lowest() > page->height());
+        QCOMPARE(edges(), 1);
+        m_surface->wheel(m_surface->middle(page), -120);
+        m_surface->settle();
+        QCOMPARE(edges(), 2);
+        for (auto turns = 0; turns < 10; ++turns)
+            m_surface->wheel(m_surface->middle(page), -1200);
+        QTRY_VERIFY(lowest() <= page->height());
+        QTRY_COMPARE(edges(), 1);
+    }
+
+    void readsTheLoginItemAnewWhenTheSettingsOpen()
+    {
+        m_surface->show(NotchState::Expanded);
+        auto& history = m_surface->history;
+        history.loginItem.error = u"The disk is full"_s;
+        history.settings.setLaunchAtLogin(true);
+        history.settings.applyLaunchAtLogin();
+        m_surface->state.setShowSettings(true);
+        m_surface->settle();
+        QVERIFY(!m_surface->find("ToggleSwitch")->property("checked").toBool());
+        QVERIFY(!m_surface->find("SettingsNote"));
+        m_surface->state.setShowSettings(false);
+        m_surface->settle();
+        history.loginItem.enabled = true;
+        m_surface->state.setShowSettings(true);
+        m_surface->settle();
+        QVERIFY(m_surface->find("ToggleSwitch")->property("checked").toBool());
     }
 
     void takesTextsAsTheyAre()

@@ -286,6 +286,19 @@ private:
         m_surface.history.settings.setPasteOnClick(true);
         m_surface.history.settings.applyPasteOnClick();
         shot(u"settings-notes"_s);
+        m_surface.history.loginItem.outsideApplications = true;
+        m_surface.history.loginItem.error
+            = u"/home/olena/.config/autostart/ua.tessak.Nimbarrow.desktop: Permission denied"_s;
+        m_surface.history.settings.setLaunchAtLogin(true);
+        m_surface.history.settings.applyLaunchAtLogin();
+        m_surface.state.setExpandedSize({ 460, 240 });
+        m_surface.view.resize(460, 240);
+        m_surface.wheel({ 230, 150 }, -120);
+        shot(u"settings-failure"_s);
+        m_surface.wheel({ 230, 150 }, -2400);
+        shot(u"settings-end"_s);
+        m_surface.state.setExpandedSize({ 460, 258 });
+        m_surface.view.resize(460, 258);
         m_surface.state.setShowSettings(false);
     }
 

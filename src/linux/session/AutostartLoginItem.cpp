@@ -70,7 +70,8 @@ bool AutostartLoginItem::isEnabled() const
 
 std::optional<QString> AutostartLoginItem::setEnabled(bool enabled)
 {
-    return enabled ? write() : remove();
+    const auto failure = enabled ? write() : remove();
+    return failure ? std::optional(m_path + ": "_L1 + *failure) : std::nullopt;
 }
 
 std::optional<QString> AutostartLoginItem::write() const
