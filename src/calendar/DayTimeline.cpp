@@ -19,8 +19,6 @@ constexpr double hour = 3600; // s
 constexpr qint64 snap = 900; // s
 constexpr qint64 latestStart = 85'500; // s
 constexpr qint64 minute = 60'000; // ms
-/// Up to this many, all are there for assistive programs, too, wherever the day is scrolled to.
-constexpr qsizetype mostBlocks = 200;
 constexpr double markDistance = 3;
 
 } // namespace
@@ -47,35 +45,8 @@ DayTimeline::DayTimeline(
 void DayTimeline::layOut()
 {
     m_layout = timelinelayout::place(m_model.events(), m_model.dayStart());
-    m_layout.placements = timelinelayout::uncovered(m_layout.placements);
+    m_blocks.setPlacements(timelinelayout::uncovered(m_layout.placements));
     Q_EMIT eventsChanged();
-    Q_EMIT blocksChanged();
-}
-
-void DayTimeline::setSight(double x, double width)
-{
-    const auto first = static_cast<int>(std::floor(x / timelinelayout::hourWidth)) - 1;
-    const auto last = static_cast<int>(std::ceil((x + width) / timelinelayout::hourWidth)) + 1;
-    if (first == m_firstHour && last == m_lastHour)
-        return;
-    m_firstHour = first;
-    m_lastHour = last;
-    if (m_layout.placements.size() > mostBlocks)
-        Q_EMIT blocksChanged();
-}
-
-QVariantList DayTimeline::blocks() const
-{
-    const bool isCrowded = m_layout.placements.size() > mostBlocks;
-    QVariantList blocks;
-    for (const auto& placement : m_layout.placements) {
-        if (isCrowded
-            && (placement.x > m_lastHour * timelinelayout::hourWidth
-                || placement.x + placement.width < m_firstHour * timelinelayout::hourWidth))
-            continue;
-        blocks << QVariant::fromValue(placement);
-    }
-    return blocks;
 }
 
 QVariantList DayTimeline::marks() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "calendar/BlockModel.h"
 #include "calendar/CalendarModel.h"
 #include "calendar/TimelineLayout.h"
 #include "platform/Scheduler.h"
@@ -20,8 +21,8 @@ class DayTimeline final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Made by the application")
     Q_PROPERTY(nimbarrow::calendaraccess::CalendarAccess access READ access NOTIFY accessChanged FINAL)
-    /// The events in their places, each a `Placement`; on a crowded day those in sight alone.
-    Q_PROPERTY(QVariantList blocks READ blocks NOTIFY blocksChanged FINAL)
+    /// The events in their places, each a `Placement`.
+    Q_PROPERTY(QAbstractListModel* blocks READ blocks CONSTANT FINAL)
     /// Where on the day something happens, each a `Placement`; one of those that would be the same dot.
     Q_PROPERTY(QVariantList marks READ marks NOTIFY eventsChanged FINAL)
     Q_PROPERTY(int rowsUsed READ rowsUsed NOTIFY eventsChanged FINAL)
@@ -42,7 +43,7 @@ public:
         QObject* parent = nullptr);
 
     [[nodiscard]] CalendarAccess access() const { return m_model.access(); }
-    [[nodiscard]] QVariantList blocks() const;
+    [[nodiscard]] QAbstractListModel* blocks() { return &m_blocks; }
     [[nodiscard]] QVariantList marks() const;
     [[nodiscard]] int rowsUsed() const { return m_layout.rowsUsed; }
     [[nodiscard]] bool isEmpty() const { return m_model.events().isEmpty(); }
@@ -54,7 +55,7 @@ public:
     [[nodiscard]] double nowX() const { return m_nowX; }
 
     /// What part of the day can be seen, in points.
-    Q_INVOKABLE void setSight(double x, double width);
+    Q_INVOKABLE void setSight(double x, double width) { m_blocks.setSight(x, width); }
     /// The present moment is followed only while somebody can see it.
     Q_INVOKABLE void setActive(bool active);
 
@@ -69,7 +70,6 @@ public:
 Q_SIGNALS:
     void accessChanged();
     void eventsChanged();
-    void blocksChanged();
     void dayChanged();
     void nowChanged();
 
@@ -84,9 +84,7 @@ private:
     Scheduler& m_scheduler;
     Opener& m_opener;
     timelinelayout::Layout m_layout;
-    /// In whole hours, with one more on either side.
-    int m_firstHour = 0;
-    int m_lastHour = 0;
+    BlockModel m_blocks;
     double m_nowX = 0;
     Timer m_minute;
 };

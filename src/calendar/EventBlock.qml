@@ -50,7 +50,7 @@ Item {
         anchors.rightMargin: root._titleEnd
         font.pixelSize: Theme.metaText
         text: root.event.title
-        visible: width >= (root._joinable ? 16 : 2)
+        visible: width >= 12
     }
 
     HoverHandler {
