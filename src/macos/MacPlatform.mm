@@ -1,4 +1,3 @@
-#include "platform/Platform.h"
 #include "macos/applications/MacApplications.h"
 #include "macos/applications/MacOpener.h"
 #include "macos/applications/MacSharePicker.h"
@@ -26,6 +25,7 @@
 #include "macos/session/MacSessionLock.h"
 #include "macos/session/MacUserDefaults.h"
 #include "macos/session/UnifiedLog.h"
+#include "platform/Platform.h"
 #include "qt/QtAdapterProcesses.h"
 #include "qt/QtScheduler.h"
 #include "qt/QtWorkQueues.h"

@@ -24,8 +24,8 @@ NSRunningApplication* running(const RunningApplication& application)
 {
     if (application.handle == 0)
         return nil;
-    auto* const found = [NSRunningApplication
-        runningApplicationWithProcessIdentifier:static_cast<pid_t>(application.handle)];
+    auto* const found =
+        [NSRunningApplication runningApplicationWithProcessIdentifier:static_cast<pid_t>(application.handle)];
     // The number of a program that has ended may be another one's by now.
     return found && QString::fromNSString(found.bundleIdentifier) == application.identifier ? found : nil;
 }

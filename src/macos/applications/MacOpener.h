@@ -8,7 +8,7 @@ namespace nimbarrow {
 class MacOpener final : public Opener {
 public:
     void open(const QUrl& url) override;
-    void reveal(const QUrl& file) override;
+    void reveal(const QList<QUrl>& files) override;
 };
 
 } // namespace nimbarrow

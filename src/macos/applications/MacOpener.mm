@@ -1,5 +1,7 @@
 #include "macos/applications/MacOpener.h"
 
+#include <QPointer>
+
 #include <AppKit/AppKit.h>
 
 namespace nimbarrow {
@@ -9,16 +11,29 @@ void MacOpener::open(const QUrl& url)
     auto* const target = url.toNSURL();
     if (!target)
         return;
+    const QPointer<MacOpener> self(this);
     // The plain call waits until the program has started.
     [NSWorkspace.sharedWorkspace openURL:target
                            configuration:[NSWorkspaceOpenConfiguration configuration]
-                       completionHandler:nil];
+                       completionHandler:^(NSRunningApplication* program, NSError* error) {
+                           Q_UNUSED(program);
+                           if (!error)
+                               return;
+                           [NSOperationQueue.mainQueue addOperationWithBlock:^{
+                               if (self)
+                                   Q_EMIT self->failed(url);
+                           }];
+                       }];
 }
 
-void MacOpener::reveal(const QUrl& file)
+void MacOpener::reveal(const QList<QUrl>& files)
 {
-    if (auto* const target = file.toNSURL())
-        [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ target ]];
+    auto* const targets = [NSMutableArray<NSURL*> array];
+    for (const auto& file : files) {
+        if (auto* const target = file.toNSURL())
+            [targets addObject:target];
+    }
+    [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:targets];
 }
 
 } // namespace nimbarrow

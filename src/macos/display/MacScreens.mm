@@ -4,7 +4,6 @@
 #include "macos/display/ScreenRects.h"
 
 #include <AppKit/AppKit.h>
-
 #include <chrono>
 
 using namespace std::chrono_literals;

@@ -11,8 +11,7 @@ void MacKeystrokes::postPaste()
 {
     const CfOwner<CGEventSourceRef> source(CGEventSourceCreate(kCGEventSourceStateCombinedSessionState));
     for (const bool down : { true, false }) {
-        const CfOwner<CGEventRef> event(
-            CGEventCreateKeyboardEvent(source.get(), keycodes::placeOfV, down));
+        const CfOwner<CGEventRef> event(CGEventCreateKeyboardEvent(source.get(), keycodes::placeOfV, down));
         if (!event)
             continue;
         // Command alone, whatever the user still holds down.

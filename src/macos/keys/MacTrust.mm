@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 namespace nimbarrow {
 
 MacTrust::MacTrust()
-    : m_listChanged(Observation::Centre::Distributed, u"com.apple.accessibility.api"_s,
-          [this] { Q_EMIT changed(); })
+    : m_listChanged(
+        Observation::Centre::Distributed, u"com.apple.accessibility.api"_s, [this] { Q_EMIT changed(); })
 {
 }
 
@@ -21,7 +21,7 @@ bool MacTrust::isTrusted() const
 void MacTrust::prompt()
 {
     auto* const options =
-        @{(__bridge NSString*)kAXTrustedCheckOptionPrompt : (__bridge NSNumber*)kCFBooleanTrue};
+        @ { (__bridge NSString*)kAXTrustedCheckOptionPrompt : (__bridge NSNumber*)kCFBooleanTrue };
     AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options);
 }
 

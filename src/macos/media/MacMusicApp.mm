@@ -17,7 +17,7 @@ constexpr int largestIcon = 128;
 
 MacMusicApp::MacMusicApp()
     : m_playerInfo(Observation::Centre::Distributed, u"com.apple.Music.playerInfo"_s,
-          [this] { Q_EMIT playerInfoChanged(); })
+        [this] { Q_EMIT playerInfoChanged(); })
     , m_terminated(Observation::Centre::Workspace,
           QString::fromNSString(NSWorkspaceDidTerminateApplicationNotification),
           [this](const QString& program) {

@@ -43,13 +43,13 @@ MacPanelWindow::MacPanelWindow(QQuickWindow& window)
     [host addSubview:view];
     *m_native = { panel, host, view, nil };
     [host onPointer:[this](QPointF place) { m_hover.pointerAt(place, NSApp.active); }
-               gone:[this] { m_hover.pointerGone(NSApp.active); }];
+        gone:[this] { m_hover.pointerGone(NSApp.active); }];
 }
 
 MacPanelWindow::~MacPanelWindow()
 {
     ignoreKeys();
-    [m_native->host onPointer:{} gone:{}];
+    [m_native->host onPointer:{} gone: {}];
     [m_native->panel orderOut:nil];
     // The view goes with its Qt window, the panel before it.
     [m_native->view removeFromSuperview];
@@ -124,15 +124,15 @@ void MacPanelWindow::setOutline(const QPainterPath& outline)
 
 void MacPanelWindow::watchKeys()
 {
-    m_native->keys = [NSEvent
-        addLocalMonitorForEventsMatchingMask:NSEventMaskKeyDown | NSEventMaskKeyUp
-                                     handler:^NSEvent*(NSEvent* event) {
-                                         const bool isDown = event.type == NSEventTypeKeyDown;
-                                         const KeyEvent key { keycodes::keyAt(event.keyCode),
-                                             keycodes::modifiersOf(event.modifierFlags),
-                                             isDown && event.ARepeat };
-                                         return takeKey(event.keyCode, key, isDown) ? nil : event;
-                                     }];
+    m_native->keys =
+        [NSEvent addLocalMonitorForEventsMatchingMask:NSEventMaskKeyDown | NSEventMaskKeyUp
+                                              handler:^NSEvent*(NSEvent* event) {
+                                                  const bool isDown = event.type == NSEventTypeKeyDown;
+                                                  const KeyEvent key { keycodes::keyAt(event.keyCode),
+                                                      keycodes::modifiersOf(event.modifierFlags),
+                                                      isDown && event.ARepeat };
+                                                  return takeKey(event.keyCode, key, isDown) ? nil : event;
+                                              }];
 }
 
 void MacPanelWindow::ignoreKeys()

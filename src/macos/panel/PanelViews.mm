@@ -85,7 +85,7 @@ constexpr NSWindowLevel panelLevel = 27;
         [self removeTrackingArea:_area];
     _area = [[NSTrackingArea alloc] initWithRect:NSMakeRect(0, 0, 0, 0)
                                          options:NSTrackingMouseEnteredAndExited | NSTrackingMouseMoved
-                                             | NSTrackingActiveAlways | NSTrackingInVisibleRect
+                                         | NSTrackingActiveAlways | NSTrackingInVisibleRect
                                            owner:self
                                         userInfo:nil];
     [self addTrackingArea:_area];

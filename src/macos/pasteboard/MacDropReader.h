@@ -1,5 +1,6 @@
 #pragma once
 
+#include "macos/pasteboard/DroppedContent.h"
 #include "platform/DropReader.h"
 
 namespace nimbarrow {
@@ -7,8 +8,14 @@ namespace nimbarrow {
 /// Understands a drag as Qt has translated it from this system's types.
 class MacDropReader final : public DropReader {
 public:
-    [[nodiscard]] QStringList types(const QMimeData& drag) const override;
-    [[nodiscard]] std::unique_ptr<PasteboardContent> read(const QMimeData& drop) const override;
+    [[nodiscard]] QStringList types(const QMimeData& drag) const override
+    {
+        return DroppedContent::typesOf(drag);
+    }
+    [[nodiscard]] std::unique_ptr<PasteboardContent> read(const QMimeData& drop) const override
+    {
+        return std::make_unique<DroppedContent>(drop);
+    }
 };
 
 } // namespace nimbarrow

@@ -77,8 +77,9 @@ NSPasteboardItem* itemOf(const PasteboardObject& object, WorkQueue& queue)
 {
     auto* const item = [[NSPasteboardItem alloc] init];
     if (object.url) {
-        [item setString:QString::fromUtf8(object.url->toEncoded()).toNSString()
-                forType:PasteboardContent::isFile(*object.url) ? NSPasteboardTypeFileURL : NSPasteboardTypeURL];
+        [item
+            setString:QString::fromUtf8(object.url->toEncoded()).toNSString()
+              forType:PasteboardContent::isFile(*object.url) ? NSPasteboardTypeFileURL : NSPasteboardTypeURL];
     }
     if (object.string)
         [item setString:object.string->toNSString() forType:NSPasteboardTypeString];

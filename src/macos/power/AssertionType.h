@@ -7,6 +7,11 @@
 namespace nimbarrow {
 
 /// By which the system's power management knows a kind of assertion.
-[[nodiscard]] QString assertionType(PowerAssertions::Type type);
+[[nodiscard]] inline QString assertionType(PowerAssertions::Type type)
+{
+    return type == PowerAssertions::Type::PreventUserIdleDisplaySleep
+        ? QStringLiteral("PreventUserIdleDisplaySleep")
+        : QStringLiteral("PreventSystemSleep");
+}
 
 } // namespace nimbarrow

@@ -20,9 +20,8 @@ public:
     ~HeldAssertion() override
     {
         // After this turn of the main loop: the one that follows it is there by then, and leaves no gap.
-        dispatch_async(dispatch_get_main_queue(), [identifier = m_identifier] {
-            IOPMAssertionRelease(identifier);
-        });
+        dispatch_async(
+            dispatch_get_main_queue(), [identifier = m_identifier] { IOPMAssertionRelease(identifier); });
     }
 
 private:

@@ -20,7 +20,8 @@ public:
         , m_path(std::move(path))
         , m_changed(std::make_shared<std::function<void()>>(std::move(changed)))
         , m_source(dispatch_source_create(DISPATCH_SOURCE_TYPE_VNODE, static_cast<uintptr_t>(folder),
-              DISPATCH_VNODE_WRITE | DISPATCH_VNODE_RENAME | DISPATCH_VNODE_DELETE, dispatch_get_main_queue()))
+              DISPATCH_VNODE_WRITE | DISPATCH_VNODE_RENAME | DISPATCH_VNODE_DELETE,
+              dispatch_get_main_queue()))
     {
         if (!m_source) {
             ::close(folder);
@@ -33,9 +34,7 @@ public:
                 (*held)();
         });
         // The system may still look at the descriptor until then.
-        dispatch_source_set_cancel_handler(m_source, ^{
-            ::close(folder);
-        });
+        dispatch_source_set_cancel_handler(m_source, ^{ ::close(folder); });
         dispatch_activate(m_source);
     }
 

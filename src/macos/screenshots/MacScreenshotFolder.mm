@@ -21,8 +21,8 @@ namespace {
 std::optional<bool> markOf(const QString& path)
 {
     std::array<char, capturemark::longest> bytes {};
-    const auto size
-        = getxattr(QFile::encodeName(path).constData(), capturemark::attribute, bytes.data(), bytes.size(), 0, 0);
+    const auto size = getxattr(
+        QFile::encodeName(path).constData(), capturemark::attribute, bytes.data(), bytes.size(), 0, 0);
     if (size <= 0)
         return {};
     return capturemark::valueOf(QByteArray(bytes.data(), static_cast<qsizetype>(size)));

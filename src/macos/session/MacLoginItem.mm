@@ -16,7 +16,8 @@ std::optional<QString> MacLoginItem::setEnabled(bool enabled)
 {
     auto* const service = SMAppService.mainAppService;
     NSError* error = nil;
-    const bool done = enabled ? [service registerAndReturnError:&error] : [service unregisterAndReturnError:&error];
+    const bool done
+        = enabled ? [service registerAndReturnError:&error] : [service unregisterAndReturnError:&error];
     if (done)
         return {};
     return QString::fromNSString(error.localizedDescription);

@@ -33,9 +33,7 @@ MacProgramEnd::MacProgramEnd()
             std::signal(number, SIG_DFL);
             continue;
         }
-        dispatch_source_set_event_handler(source, ^{
-            Q_EMIT requested();
-        });
+        dispatch_source_set_event_handler(source, ^{ Q_EMIT requested(); });
         dispatch_activate(source);
         m_signals->sources.at(place) = source;
     }

@@ -25,9 +25,7 @@
         [self tell:identifier];
         return;
     }
-    [queue addOperationWithBlock:^{
-        [self tell:identifier];
-    }];
+    [queue addOperationWithBlock:^{ [self tell:identifier]; }];
 }
 
 - (void)tell:(const QString&)identifier
