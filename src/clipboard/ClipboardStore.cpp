@@ -233,13 +233,19 @@ void ClipboardStore::becomeScreenshot(const ClipboardItem& copied, ClipboardItem
     m_files.saveSoon();
 }
 
-QList<ClipboardStore::ImageFile> ClipboardStore::recentImages(bool screenshots)
+void ClipboardStore::noteRecentImage(const ClipboardItem& item)
 {
-    m_recentImages.removeIf(
-        [now = m_clock.now()](const auto& image) { return now - image.at > sameActionTime; });
+    const auto now = m_clock.now();
+    m_recentImages.removeIf([now](const auto& image) { return now - image.at > sameActionTime; });
+    if (item.kind == Kind::Image)
+        m_recentImages << RecentImage { item.id, now };
+}
+
+QList<ClipboardStore::ImageFile> ClipboardStore::recentImages(bool screenshots) const
+{
     QList<ImageFile> files;
-    for (const auto& image : std::as_const(m_recentImages)) {
-        const auto* const item = find(image.id);
+    for (const auto& image : m_recentImages) {
+        const auto* const item = m_clock.now() - image.at <= sameActionTime ? find(image.id) : nullptr;
         if (item && item->imagePath && item->isScreenshot == screenshots)
             files << ImageFile { item->id, *item->imagePath };
     }
@@ -256,25 +262,25 @@ void ClipboardStore::togglePin(const QUuid& id)
 
 void ClipboardStore::remove(const QUuid& id)
 {
-    removed(m_history.remove(id));
+    finishRemoval(m_history.remove(id));
 }
 
 void ClipboardStore::clear()
 {
-    removed(m_history.removeUnpinned());
+    finishRemoval(m_history.removeUnpinned());
 }
 
 void ClipboardStore::enforceLimit()
 {
-    removed(m_history.removeOverflow(std::max(m_settings.historyLimit(), lowestLimit)));
+    finishRemoval(m_history.removeOverflow(std::max(m_settings.historyLimit(), lowestLimit)));
 }
 
-void ClipboardStore::removed(const QList<ClipboardItem>& items)
+void ClipboardStore::finishRemoval(const QList<ClipboardItem>& removed)
 {
-    if (items.isEmpty())
+    if (removed.isEmpty())
         return;
     publish();
-    dropImages(items);
+    dropImages(removed);
     // What the user no longer wants to keep is not to stay on disk, whatever happens next.
     m_files.saveNow();
 }
@@ -303,8 +309,7 @@ bool ClipboardStore::promote(const Key& key)
     const auto before = m_history.promote(key, m_clock.wallTime());
     if (!before)
         return false;
-    if (before->kind == Kind::Image)
-        m_recentImages << RecentImage { before->id, m_clock.now() };
+    noteRecentImage(*before);
     show(items().first(), &*before);
     m_files.saveSoon();
     return true;
@@ -313,8 +318,7 @@ bool ClipboardStore::promote(const Key& key)
 void ClipboardStore::insert(const ClipboardItem& item)
 {
     m_history.add(item);
-    if (item.kind == Kind::Image)
-        m_recentImages << RecentImage { item.id, m_clock.now() };
+    noteRecentImage(item);
     const auto overflow = m_history.removeOverflow(std::max(m_settings.historyLimit(), lowestLimit));
     if (overflow.isEmpty()) {
         show(item, nullptr);

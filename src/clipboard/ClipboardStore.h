@@ -111,8 +111,9 @@ private:
     void insertScreenshot(const ClipboardItem& item);
     /// Puts the screenshot into the place of the entry that is the same picture.
     void becomeScreenshot(const ClipboardItem& copied, ClipboardItem screenshot);
+    void noteRecentImage(const ClipboardItem& item);
     /// Screenshots, or images that are none, of the last seconds.
-    [[nodiscard]] QList<ImageFile> recentImages(bool screenshots);
+    [[nodiscard]] QList<ImageFile> recentImages(bool screenshots) const;
     [[nodiscard]] ClipboardItem makeItem(
         ClipboardItem::Kind kind, const QString& key, const std::optional<QString>& sourceApp) const;
     /// True when an entry with this hash, or this identifier, is at the top now.
@@ -122,7 +123,7 @@ private:
     void promoteOrInsert(const ClipboardItem& item);
     /// Of entries that are no longer in the history: their files go with the next save.
     void dropImages(const QList<ClipboardItem>& removed);
-    void removed(const QList<ClipboardItem>& items);
+    void finishRemoval(const QList<ClipboardItem>& removed);
     /// An entry that has just come to the top, and as it was `before`, if it was there.
     void show(const ClipboardItem& item, const ClipboardItem* before);
     /// After any other change.

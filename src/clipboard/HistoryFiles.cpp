@@ -101,6 +101,7 @@ struct HistoryFiles::Save {
     QList<ClipboardItem> entries;
     QSet<QString> unwanted;
     bool isWritten = false;
+    bool canKeepImages = false;
 };
 
 HistoryFiles::HistoryFiles(const QString& folder, Snapshot snapshot, Scheduler& scheduler, WorkQueues& queues)
@@ -197,10 +198,11 @@ void HistoryFiles::saveNow()
     // answer tells that the other thread has read it.
     const auto save = std::make_shared<Save>(Save { m_snapshot(), std::exchange(m_unwanted, {}) });
     m_queue->run(
-        [save, index = m_indexPath, isUnreadable = m_isUnreadable] {
+        [save, index = m_indexPath, images = m_imagesFolder, isUnreadable = m_isUnreadable] {
             if (*isUnreadable && (!isThere(index) || keepAside(index)))
                 *isUnreadable = false;
             save->isWritten = !*isUnreadable && writeIndex(index, save->entries);
+            save->canKeepImages = save->isWritten && privatefiles::makeFolder(images);
             save->unwanted.removeIf([](const QString& path) { return privatefiles::remove(path); });
         },
         this, [this, save] { finishSave(*save); });
@@ -211,6 +213,7 @@ void HistoryFiles::finishSave(const Save& save)
     m_isSaving = false;
     m_unwanted += save.unwanted;
     m_indexFails = !save.isWritten || !save.unwanted.isEmpty();
+    m_imagesFail = !save.canKeepImages;
     if (m_saveAgain)
         saveNow();
     else if (m_indexFails && !m_timer.isSet())

@@ -85,7 +85,7 @@ constexpr std::array table {
     Text { L10n::Key::ShareShowInFolder, u"Show in folder", u"Показати в теці" },
     Text { L10n::Key::ShareOpen, u"Open", u"Відкрити" },
     Text { L10n::Key::ShareNothing, u"No app to share with", u"Немає кому передати" },
-    Text { L10n::Key::HistoryNotSaved, u"Cannot be saved to disk", u"Не вдається зберегти на диск" },
+    Text { L10n::Key::HistoryNotSaved, u"History cannot be saved", u"Історію не вдається зберегти" },
     Text { L10n::Key::OldHistoryKept, u"Old history unreadable, kept aside",
         u"Стара історія не читається, її відкладено" },
 };

@@ -128,6 +128,7 @@ ThreadedQueue::~ThreadedQueue()
 void ThreadedQueue::run(Work work, QObject* receiver, Work done)
 {
     auto answer = done ? std::make_unique<Answer>(receiver, std::move(done)) : nullptr;
+    ++m_handedIn;
     std::list<std::thread> ended;
     {
         const Lock lock(m_mutex);
@@ -153,9 +154,9 @@ bool ThreadedQueue::finish(std::chrono::milliseconds patience)
             if (!m_done.wait_until(lock, end, isDone))
                 return false;
         }
+        const auto handedIn = m_handedIn;
         QCoreApplication::sendPostedEvents(m_mailbox, QEvent::User);
-        const Lock lock(m_mutex);
-        if (isDone())
+        if (m_handedIn == handedIn)
             return true;
     }
 }

@@ -51,6 +51,8 @@ private:
     const unsigned m_mostThreads;
     /// Belongs to the application object, so that answers arrive also after the queue is gone.
     QPointer<Mailbox> m_mailbox;
+    /// How often. Of the main thread alone.
+    quint64 m_handedIn = 0;
 
     std::mutex m_mutex;
     std::condition_variable m_wake;

@@ -1,3 +1,4 @@
+#include "clipboard/BusyCopy.h"
 #include "clipboard/HistoryPlay.h"
 #include "preferences/L10n.h"
 
@@ -7,8 +8,10 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <numeric>
 #include <sys/stat.h>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
@@ -47,6 +50,24 @@ private Q_SLOTS:
         while (kills < 500 && !m_isReplay && !QTest::currentTestFailed())
             kills += play(++seed, 60, { .kills = true });
         qInfo("%d kills", kills);
+    }
+
+    void outlivesKillsOfTheBusyProgram()
+    {
+        const QTemporaryDir home;
+        QRandomGenerator random(m_firstSeed);
+        BusyCopy::Recorded recorded;
+        for (auto kill = 0; kill < 500; ++kill) {
+            BusyCopy copy(home.path(), random.generate());
+            // From its first step to its hundredth or so.
+            std::this_thread::sleep_for(std::chrono::microseconds(random.bounded(25'000)));
+            copy.killHard(recorded);
+            const auto complaint = recorded.compare(home.path());
+            QVERIFY2(complaint.isEmpty(),
+                qPrintable(u"Seed %1, kill %2: %3"_s.arg(m_firstSeed).arg(kill).arg(complaint)));
+        }
+        qInfo("%d entries came and %d went", recorded.added, recorded.removed);
+        QVERIFY(recorded.removed > 100);
     }
 
     void goesOnAfterAnyFailedCall()

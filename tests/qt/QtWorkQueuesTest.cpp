@@ -121,7 +121,11 @@ private Q_SLOTS:
         const auto queue = QtWorkQueues().serial(u"store"_s);
         bool over = false;
         queue->run([] { QThread::msleep(20); }, this,
-            [&] { queue->run([] { QThread::msleep(20); }, this, [&] { over = true; }); });
+            [&] {
+                queue->run([] {}, this, [&] { over = true; });
+                // It has run before this answer is over.
+                QThread::msleep(20);
+            });
         QVERIFY(queue->finish(1min));
         QVERIFY(over);
         std::latch held(1);
