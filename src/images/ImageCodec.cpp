@@ -19,6 +19,8 @@ namespace {
 constexpr qint64 maxPixels = 100'000'000;
 /// In megabytes. What its format cannot make smaller while it is read must not be larger; 67 million pixels.
 constexpr int maxWhole = 256;
+/// In bytes of what a format keeps beside the picture.
+constexpr qint64 maxKept = 300'000'000;
 /// From here on pictures are decoded one after the other.
 constexpr qint64 largePixels = 4'000'000;
 
@@ -88,11 +90,54 @@ bool claimsMoreThanItHas(QIODevice& png)
     return claims;
 }
 
+// A JPEG that comes in several scans is kept whole while it is read, in twice the bytes of its samples,
+// however small it is made; only the frame's header tells.
+bool keepsTooMuch(QIODevice& jpeg)
+{
+    const auto start = jpeg.pos();
+    qint64 kept = 0;
+    int components = 0;
+    bool inScans = false;
+    for (auto at = start + 2; jpeg.seek(at);) {
+        const auto head = jpeg.read(4);
+        if (head.size() != 4 || head[0] != '\xff')
+            break;
+        const auto marker = static_cast<quint8>(head[1]);
+        const auto length = qFromBigEndian<quint16>(head.constData() + 2);
+        const auto segment = jpeg.peek(6 + 4 * 3);
+        if (marker == 0xda) {
+            inScans = inScans || (!segment.isEmpty() && segment[0] < components);
+            break;
+        }
+        if (marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc
+            && segment.size() == 6 + 4 * 3) {
+            inScans = marker == 0xc2;
+            components = std::min<int>(static_cast<quint8>(segment[5]), 4);
+            int samples = 0;
+            int across = 1;
+            int down = 1;
+            for (int component = 0; component < components; ++component) {
+                const auto factors = static_cast<quint8>(segment[7 + 3 * component]);
+                samples += (factors >> 4) * (factors & 15);
+                across = std::max(across, factors >> 4);
+                down = std::max(down, factors & 15);
+            }
+            kept = qint64 { 2 } * qFromBigEndian<quint16>(segment.constData() + 1)
+                * qFromBigEndian<quint16>(segment.constData() + 3) * samples / (across * down);
+        }
+        at += 2 + length;
+    }
+    jpeg.seek(start);
+    return inScans && kept > maxKept;
+}
+
 /// True when the reader may be asked for the image.
 bool prepare(QImageReader& reader)
 {
     const auto format = formatOf(*reader.device());
-    if (format.isEmpty() || (format == "png" && claimsMoreThanItHas(*reader.device())))
+    auto& source = *reader.device();
+    if (format.isEmpty() || (format == "png" && claimsMoreThanItHas(source))
+        || (format == "jpeg" && keepsTooMuch(source)))
         return false;
     reader.setAutoDetectImageFormat(false);
     reader.setFormat(format);

@@ -173,7 +173,21 @@ private Q_SLOTS:
     {
         auto png = encoded({ 7, 5 }, "png");
         png.insert(png.size() - 12, "\x38\x58\0\x25tEXt\0"_ba);
+        QByteArray scans;
+        QBuffer buffer(&scans);
+        buffer.open(QBuffer::WriteOnly);
+        QImageWriter writer(&buffer, "jpeg");
+        writer.setProgressiveScanWrite(true);
+        QVERIFY(writer.write(QImage(40, 30, QImage::Format_RGB32)));
+        QCOMPARE(smallPicture(scans, 20).size(), QSize(20, 15));
+        const auto frame = scans.indexOf("\xff\xc2"_ba);
+        qToBigEndian<quint16>(10'000, scans.data() + frame + 5);
+        qToBigEndian<quint16>(9'000, scans.data() + frame + 7);
+        // Each colour in full, where the writer has halved two of them.
+        scans[frame + 11] = '\x11';
+
         const auto before = peakMemory();
+        QVERIFY(smallPicture(scans, 200).isNull());
         QVERIFY(smallPicture(png, 200).isNull());
         QVERIFY2(peakMemory() - before < 100, qPrintable(QString::number(peakMemory() - before)));
     }
