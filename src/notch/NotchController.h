@@ -10,6 +10,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 namespace nimbarrow {
 
@@ -39,6 +40,8 @@ public:
     /// Finds the notch anew and puts the panel over it, or hides the panel where there is none.
     void relayout();
 
+    /// The pointer is over the panel. It has entered only if it has moved there by itself.
+    void hovered();
     void hoverEntered();
     void hoverExited();
     void dragEntered();
@@ -75,6 +78,8 @@ private:
     KeyboardMode m_keyboard;
     int m_holdCount = 0;
     bool m_dragHeld = false;
+    /// Where the pointer was when the panel last changed under it.
+    std::optional<ScreenPoint> m_restingPointer;
     Timer m_collapseTimer;
     Timer m_peekTimer;
     Timer m_dragWatch;
