@@ -42,7 +42,13 @@ bool HoverTrackingView::isAcceptable(const QDropEvent& event) const
 void HoverTrackingView::hoverEnterEvent(QHoverEvent* event)
 {
     QQuickItem::hoverEnterEvent(event);
-    call(onEnter);
+    call(onHover);
+}
+
+void HoverTrackingView::hoverMoveEvent(QHoverEvent* event)
+{
+    QQuickItem::hoverMoveEvent(event);
+    call(onHover);
 }
 
 void HoverTrackingView::hoverLeaveEvent(QHoverEvent* event)

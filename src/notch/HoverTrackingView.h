@@ -9,7 +9,7 @@
 
 namespace nimbarrow {
 
-/// Fills the panel and tells when the pointer enters and leaves it, and what is dragged over it and dropped.
+/// Fills the panel and tells when the pointer is over it, and what is dragged over it and dropped.
 class HoverTrackingView : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -20,7 +20,8 @@ public:
     /// Without a reader nothing is accepted. It must outlive the view.
     void setDropReader(const DropReader& reader) { m_dropReader = &reader; }
 
-    std::function<void()> onEnter;
+    /// The pointer has come over the view, or has moved there; or the view has come under the pointer.
+    std::function<void()> onHover;
     std::function<void()> onExit;
     std::function<void()> onDragEntered;
     std::function<void()> onDragExited;
@@ -28,6 +29,7 @@ public:
 
 protected:
     void hoverEnterEvent(QHoverEvent* event) override;
+    void hoverMoveEvent(QHoverEvent* event) override;
     void hoverLeaveEvent(QHoverEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;

@@ -52,7 +52,7 @@ void NotchController::attach(HoverTrackingView& view)
                 (self->*verb)();
         };
     };
-    view.onEnter = forward(&NotchController::hoverEntered);
+    view.onHover = forward(&NotchController::hovered);
     view.onExit = forward(&NotchController::hoverExited);
     view.onDragEntered = forward(&NotchController::dragEntered);
     view.onDragExited = forward(&NotchController::dragExited);
@@ -111,6 +111,7 @@ void NotchController::updateExpandedSize()
 
 void NotchController::layOut(NotchState::Mode mode)
 {
+    m_restingPointer = m_services.pointer.location();
     const auto& geometry = *m_state.geometry();
     m_panel.setFrame(m_state.preview().isNull() ? NotchPanel::frameFor(mode, geometry, m_state.expandedSize())
                                                 : NotchPanel::previewFrame(geometry));
@@ -145,6 +146,7 @@ void NotchController::setMode(NotchState::Mode mode)
         m_exitWatch.cancel();
     }
     if (mode == NotchState::Collapsed) {
+        m_restingPointer = m_services.pointer.location();
         // The panel keeps its size until the surface has shrunk inside it.
         settleLater([this] {
             if (m_state.mode() != NotchState::Collapsed || !m_state.geometry())
@@ -174,6 +176,21 @@ void NotchController::peek(const PeekContent& content)
     });
 }
 
+void NotchController::hovered()
+{
+    if (m_state.mode() == NotchState::Expanded) {
+        hoverEntered();
+        return;
+    }
+    if (!m_state.geometry())
+        return;
+    const auto pointer = m_services.pointer.location();
+    // The panel of a surface that still shrinks is larger than what is left of it.
+    const auto frame = NotchPanel::frameFor(m_state.mode(), *m_state.geometry(), m_state.expandedSize());
+    if (pointer != m_restingPointer && frame.grown(1).contains(pointer))
+        hoverEntered();
+}
+
 void NotchController::hoverEntered()
 {
     m_collapseTimer.cancel();
@@ -183,6 +200,8 @@ void NotchController::hoverEntered()
 
 void NotchController::hoverExited()
 {
+    if (m_services.pointer.location() != m_restingPointer)
+        m_restingPointer.reset();
     if (m_state.mode() == NotchState::Expanded)
         scheduleCollapse(collapseAfterExit);
 }

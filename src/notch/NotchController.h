@@ -10,6 +10,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 namespace nimbarrow {
 
@@ -40,6 +41,8 @@ public:
     /// the panel is hidden and refuses everything.
     void relayout();
 
+    /// The pointer is over the panel. It has entered only if it has moved there by itself.
+    void hovered();
     void hoverEntered();
     void hoverExited();
     void dragEntered();
@@ -77,6 +80,8 @@ private:
     KeyboardMode m_keyboard;
     int m_holdCount = 0;
     bool m_dragHeld = false;
+    /// Where the pointer was when the panel last changed under it.
+    std::optional<ScreenPoint> m_restingPointer;
     Timer m_collapseTimer;
     Timer m_peekTimer;
     Timer m_dragWatch;

@@ -157,6 +157,21 @@ class Flow:
         editor.wait_for_text("what was typed after Escape", "back again")
         self.show("keyboard-given-back")
 
+    def stays_closed(self):
+        """A pointer that rests where the surface was has not come back; one that moves there has."""
+        desktop = self.desktop
+        desktop.key("super+shift+v")
+        self.wait_open()
+        desktop.move(NOTCH_MIDDLE, 16)
+        desktop.key("Escape")
+        self.wait_closed()
+        time.sleep(0.8)
+        if self.is_open():
+            raise StageMissed("a surface that stays closed after Escape")
+        desktop.move(NOTCH_MIDDLE + 5, 12)
+        self.wait_open()
+        self.leave()
+
     def drops(self, drag_source):
         """Text dragged out of another program, then a file."""
         desktop = self.desktop

@@ -15,6 +15,7 @@ def play(desktop, peers):
     flow.click_pastes(editor)
     flow.leaves()
     flow.keyboard(editor)
+    flow.stays_closed()
     source = DragSource(desktop, peers)
     flow.drops(source)
     source.close()

@@ -302,6 +302,40 @@ private Q_SLOTS:
         QVERIFY(!s.state().hasPeek());
     }
 
+    void opensForAPointerThatMovesAlone()
+    {
+        Surface s;
+        const ScreenPoint besideNotch { 700, -20 };
+        s.pointer.place = besideNotch;
+        const auto hover = [&s](ScreenPoint place) {
+            s.pointer.place = place;
+            s.controller.hovered();
+            const auto opened = s.isExpanded();
+            s.controller.setMode(NotchState::Collapsed);
+            return opened;
+        };
+        // A notice, and then the surface under the hot key, grow under the pointer and shrink again.
+        s.controller.peek(notice(u"copied"_s));
+        s.controller.hovered();
+        QCOMPARE(s.state().mode(), NotchState::Peek);
+        s.time.advance(5s);
+        s.controller.toggleKeyboard();
+        s.controller.hovered();
+        s.window.press(Key::Escape);
+        QVERIFY(!hover(besideNotch));
+        // What has shrunk already is not there any more, though the panel is.
+        QVERIFY(!hover({ 756, -200 }));
+        QVERIFY(hover(insideNotch));
+        // It has been elsewhere meanwhile.
+        QVERIFY(!hover(insideNotch));
+        s.pointer.place = farAway;
+        s.controller.hoverExited();
+        QVERIFY(hover(insideNotch));
+
+        s.controller.peek(notice(u"copied"_s));
+        QVERIFY(hover({ 600, -20 }));
+    }
+
     void takesWhatIsDropped()
     {
         Surface s;

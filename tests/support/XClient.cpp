@@ -14,7 +14,7 @@ namespace nimbarrow {
 using x11::owned;
 
 XClient::XClient(const QByteArray& windowClass, QRect geometry)
-    : m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect)
+    : m_connection(x11::connect())
     , m_root(x11::rootWindow(m_connection.get()))
     , m_window(xcb_generate_id(m_connection.get()))
 {

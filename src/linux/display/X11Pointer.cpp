@@ -16,14 +16,9 @@ ScreenPoint X11Pointer::location() const
 bool X11Pointer::isAnyButtonDown() const
 {
     constexpr auto buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
-    auto* connection = x11::qtConnection();
-    const auto root = x11::rootWindow(connection);
-    if (root == XCB_NONE)
-        return false;
-    const auto cookie = xcb_query_pointer(connection, root);
-    const auto reply = x11::owned(xcb_query_pointer_reply(connection, cookie, nullptr));
+    const auto pointer = x11::pointer(x11::qtConnection());
     // The other bits are the wheel's, which is never held.
-    return reply && (reply->mask & buttons) != 0;
+    return pointer && (pointer->mask & buttons) != 0;
 }
 
 } // namespace nimbarrow

@@ -22,6 +22,11 @@ int parsedScreenNumber()
 
 } // namespace
 
+Connection connect()
+{
+    return { xcb_connect(nullptr, nullptr), &xcb_disconnect };
+}
+
 xcb_connection_t* qtConnection()
 {
     const auto* application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -74,6 +79,14 @@ std::optional<xcb_window_t> windowProperty(xcb_connection_t* connection, xcb_win
     return result;
 }
 
+Owned<xcb_query_pointer_reply_t> pointer(xcb_connection_t* connection)
+{
+    const auto root = rootWindow(connection);
+    if (root == XCB_NONE)
+        return {};
+    return owned(xcb_query_pointer_reply(connection, xcb_query_pointer(connection, root), nullptr));
+}
+
 void addEventMask(xcb_connection_t* connection, xcb_window_t window, uint32_t mask)
 {
     const auto cookie = xcb_get_window_attributes(connection, window);
@@ -93,8 +106,7 @@ uint8_t majorOpcode(xcb_connection_t* connection, xcb_extension_t* extension)
 xcb_timestamp_t serverTime()
 {
     // Qt reads its connection on a thread, so only a connection of our own can be waited on.
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
-        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    const auto connection = connect();
     const auto root = rootWindow(connection.get());
     if (root == XCB_NONE)
         return XCB_CURRENT_TIME;

@@ -24,6 +24,10 @@ template <typename Type>
     return Owned<Type>(pointer);
 }
 
+/// A connection of one's own; a broken one when there is no server.
+using Connection = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
+[[nodiscard]] Connection connect();
+
 /// The connection that Qt runs its windows on, whose events reach native event filters. Null when the program
 /// runs on another windowing system.
 [[nodiscard]] xcb_connection_t* qtConnection();
@@ -42,6 +46,10 @@ template <typename Type>
 /// The window that a property names; none for 0.
 [[nodiscard]] std::optional<xcb_window_t> windowProperty(
     xcb_connection_t* connection, xcb_window_t window, xcb_atom_t name);
+
+/// The pointer as it is now: place, buttons, and the window right below the root that it is on. Null on a
+/// broken connection.
+[[nodiscard]] Owned<xcb_query_pointer_reply_t> pointer(xcb_connection_t* connection);
 
 /// Adds to the events that this connection gets of a window.
 void addEventMask(xcb_connection_t* connection, xcb_window_t window, uint32_t mask);

@@ -9,11 +9,6 @@
 #include <array>
 #include <optional>
 
-// One of its fields is named like a C++ keyword.
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
-
 namespace nimbarrow {
 namespace {
 
@@ -40,13 +35,14 @@ public:
     };
 
     Grabs()
-        : m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect)
+        : m_connection(x11::connect())
         , m_root(x11::rootWindow(m_connection.get()))
     {
         if (m_root == XCB_NONE)
             return;
         m_keyboard = X11Keyboard(m_connection.get());
-        listenToKeyboard();
+        repeatWithoutReleases(m_connection.get());
+        m_keyboardEvent = followKeyboard(m_connection.get());
         m_notifier.emplace(xcb_get_file_descriptor(m_connection.get()), QSocketNotifier::Read);
         QObject::connect(&*m_notifier, &QSocketNotifier::activated, &*m_notifier, [this] { readEvents(); });
     }
@@ -65,20 +61,6 @@ public:
     }
 
 private:
-    void listenToKeyboard()
-    {
-        const auto* extension = xcb_get_extension_data(m_connection.get(), &xcb_xkb_id);
-        if (extension == nullptr || extension->present == 0)
-            return;
-        m_xkbEvent = extension->first_event;
-        repeatWithoutReleases(m_connection.get());
-        const uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
-        const uint16_t parts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
-        xcb_xkb_select_events(
-            m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts, nullptr);
-        xcb_flush(m_connection.get());
-    }
-
     void takeAll()
     {
         if (m_root == XCB_NONE)
@@ -128,7 +110,7 @@ private:
                 addMatches(*key, pressed);
             } else if (type == XCB_KEY_RELEASE) {
                 m_down.remove(key->detail);
-            } else if (type == XCB_MAPPING_NOTIFY || (m_xkbEvent != 0 && type == m_xkbEvent)) {
+            } else if (type == XCB_MAPPING_NOTIFY || type == m_keyboardEvent) {
                 keyboardChanged = true;
             }
         }
@@ -164,12 +146,12 @@ private:
             takeAll();
     }
 
-    std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> m_connection;
+    x11::Connection m_connection;
     xcb_window_t m_root;
     X11Keyboard m_keyboard;
     QList<std::shared_ptr<Grab>> m_grabs;
     QSet<xcb_keycode_t> m_down;
-    int m_xkbEvent = 0;
+    std::optional<int> m_keyboardEvent;
     /// Goes before the connection that it watches.
     std::optional<QSocketNotifier> m_notifier;
 };

@@ -60,6 +60,18 @@ void repeatWithoutReleases(xcb_connection_t* connection)
     xcb_flush(connection);
 }
 
+std::optional<int> followKeyboard(xcb_connection_t* connection)
+{
+    const auto* extension = xcb_get_extension_data(connection, &xcb_xkb_id);
+    if (extension == nullptr || extension->present == 0)
+        return {};
+    const uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    const uint16_t parts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts, nullptr);
+    xcb_flush(connection);
+    return extension->first_event;
+}
+
 X11Keyboard::X11Keyboard(xcb_connection_t* connection)
 {
     if (xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,

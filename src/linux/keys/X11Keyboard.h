@@ -17,6 +17,10 @@ namespace nimbarrow {
 /// which has begun to use the keyboard extension.
 void repeatWithoutReleases(xcb_connection_t* connection);
 
+/// Asks for an event whenever the keyboard has changed; the kind of that event, or none when the server has
+/// nothing to tell it with.
+[[nodiscard]] std::optional<int> followKeyboard(xcb_connection_t* connection);
+
 /// The core keyboard as the server has it at one moment: where the letters of shortcuts lie, and what is
 /// typed where.
 class X11Keyboard {

@@ -137,8 +137,7 @@ void X11PanelWindow::listenToPresses(bool listen)
 
 void X11PanelWindow::followPress(const xcb_input_raw_button_press_event_t& press)
 {
-    const auto cookie = xcb_query_pointer(m_connection, x11::rootWindow(m_connection));
-    const auto pointer = x11::owned(xcb_query_pointer_reply(m_connection, cookie, nullptr));
+    const auto pointer = x11::pointer(m_connection);
     if (press.detail > lastButton || !pointer || pointer->child == m_id)
         return;
     // A window that wants the keyboard has got it by then. The bare desktop and a dock do not want it.

@@ -53,12 +53,10 @@ xcb_atom_t X11PasteboardConnection::atom(QByteArrayView name)
     const auto known = m_atoms.constFind(key);
     if (known != m_atoms.constEnd())
         return *known;
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(m_connection,
-        xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(key.size()), key.constData()), nullptr));
-    if (!reply)
-        return XCB_ATOM_NONE;
-    m_atoms.insert(key, reply->atom);
-    return reply->atom;
+    const auto atom = x11::atom(m_connection, key);
+    if (atom != XCB_ATOM_NONE)
+        m_atoms.insert(key, atom);
+    return atom;
 }
 
 QStringList X11PasteboardConnection::names(const QByteArray& atoms)

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "linux/display/X11Properties.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QStringList>
 
 #include <chrono>
-#include <cstdlib>
-#include <memory>
 #include <optional>
 #include <xcb/xcb.h>
 
@@ -25,11 +25,8 @@ class X11PasteboardConnection {
 public:
     using Instant = std::chrono::steady_clock::time_point;
 
-    struct FreeReply {
-        void operator()(void* reply) const { std::free(reply); }
-    };
     template <typename T>
-    using Reply = std::unique_ptr<T, FreeReply>;
+    using Reply = x11::Owned<T>;
 
     /// What one property held.
     struct Property {
