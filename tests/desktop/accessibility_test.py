@@ -5,8 +5,8 @@ import sys
 import time
 
 from desktop import reached, run_test, StageMissed, wait_until
-from flow import Flow
 from screen_reader import ScreenReader
+from settings_test import SettingsFlow, WHEEL_DOWN, WHEEL_UP
 
 SETTINGS = {"en": ("push button", "Settings"), "uk": ("push button", "Налаштування")}
 SWITCHES = {
@@ -20,7 +20,7 @@ CHOICES = {"en": ["50", "100", "200", "System", "Українська", "English
 BUTTONS = {"en": ["Clear history", "☕ Buy me a coffee"], "uk": ["Очистити історію", "☕ Підтримати"]}
 
 
-class AccessibilityFlow(Flow):
+class AccessibilityFlow(SettingsFlow):
     def __init__(self, desktop):
         super().__init__(desktop)
         self.reader = ScreenReader(desktop)
@@ -102,12 +102,18 @@ class AccessibilityFlow(Flow):
         wait_until("the owl under the key after the choice", lambda: self.focused() == ["Keep the Mac awake"], 5)
 
     def tells_settings(self, language):
-        self.has_names()
-        for role, expected in (("check box", SWITCHES[language]), ("radio button", CHOICES[language])):
-            if self.named(role) != expected:
-                raise StageMissed(f"{expected}, not {self.named(role)}")
-        if not set(BUTTONS[language]) | {SETTINGS[language][1]} <= set(self.named("push button")):
-            raise StageMissed(f"{BUTTONS[language]} among {self.named('push button')}")
+        """What is in view at the beginning of the page and, then, at its end."""
+        roles = ("check box", "radio button", "push button")
+        told = {role: [] for role in roles}
+        for end in (WHEEL_UP, WHEEL_DOWN):
+            self.scrolls(end)
+            self.has_names()
+            for role in roles:
+                told[role] += [name for name in self.named(role) if name not in told[role]]
+        if told["check box"] != SWITCHES[language] or told["radio button"] != CHOICES[language]:
+            raise StageMissed(f"{SWITCHES[language]} and {CHOICES[language]}, not {told}")
+        if not set(BUTTONS[language]) | {SETTINGS[language][1]} <= set(told["push button"]):
+            raise StageMissed(f"{BUTTONS[language]} among {told['push button']}")
 
     def state(self, name):
         return next(control["checked"] for control in self.reader.controls() if control["name"] == name)
@@ -116,9 +122,11 @@ class AccessibilityFlow(Flow):
         self.press(*SETTINGS["en"])
         wait_until("the switches told", lambda: len(self.named("check box")) == 7)
         self.tells_settings("en")
+        self.scrolls(WHEEL_UP)
         before = self.state("Show track changes")
         self.press("check box", "Show track changes")
         wait_until("the pressed switch in its other state", lambda: self.state("Show track changes") != before, 5)
+        self.scrolls(WHEEL_DOWN)
         self.press("radio button", "200")
         wait_until("the pressed choice", lambda: self.state("200") and not self.state("100"), 5)
         self.press("radio button", "Українська")

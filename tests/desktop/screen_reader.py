@@ -1,7 +1,9 @@
 """What a screen reader is told: the tree of the program on the accessibility bus, read in a process of its own."""
 
 import json
+import subprocess
 import sys
+import time
 
 # The one that the distribution's packages are for; another one may come first in the path.
 PYTHON = "/usr/bin/python3"
@@ -15,7 +17,13 @@ class ScreenReader:
         self.desktop = desktop
 
     def _ask(self, *words):
-        return json.loads(self.desktop.call([PYTHON, __file__, str(self.desktop.nimbarrow.pid), *words]))
+        command = [PYTHON, __file__, str(self.desktop.nimbarrow.pid), *words]
+        try:
+            return json.loads(self.desktop.call(command))
+        except subprocess.CalledProcessError:
+            # Something went while it was being read, such as what fades out; now it is gone.
+            time.sleep(0.5)
+            return json.loads(self.desktop.call(command))
 
     def nodes(self):
         """All that is to be seen now, as a list of role, name, states and actions, in reading order."""
