@@ -65,9 +65,8 @@ bool saysVolumeIsFixed(const QString& description)
 
 } // namespace
 
-MprisPlayer::MprisPlayer(const QDBusConnection& bus, QString service, QString owner)
+MprisPlayer::MprisPlayer(const QDBusConnection& bus, QString owner)
     : m_bus(bus)
-    , m_service(std::move(service))
     , m_owner(std::move(owner))
 {
     m_bus.connect(m_owner, path, propertiesInterface, u"PropertiesChanged"_s, this,
@@ -110,15 +109,16 @@ void MprisPlayer::propertiesChanged(
 {
     if (interface != playerInterface)
         return;
+    const auto before = m_reading.playback;
+    if (!changed.isEmpty()) {
+        auto properties = m_properties;
+        properties.insert(changed);
+        setProperties(properties);
+    }
     // Names without values: some players leave the reading to us. And with its status a player changes more
     // than it says, such as the length that it only now knows.
-    if (!invalidated.isEmpty() || changed.contains(u"PlaybackStatus"_s))
+    if (!invalidated.isEmpty() || m_reading.playback != before)
         readAll();
-    if (changed.isEmpty())
-        return;
-    auto properties = m_properties;
-    properties.insert(changed);
-    setProperties(properties);
 }
 
 void MprisPlayer::positionJumped()

@@ -17,10 +17,9 @@ class MprisPlayer final : public QObject {
     Q_OBJECT
 
 public:
-    /// `owner` is the unique bus name behind the well-known name `service`.
-    MprisPlayer(const QDBusConnection& bus, QString service, QString owner);
+    /// `owner` is the unique bus name behind the well-known one.
+    MprisPlayer(const QDBusConnection& bus, QString owner);
 
-    [[nodiscard]] QString service() const { return m_service; }
     [[nodiscard]] QString owner() const { return m_owner; }
     /// Whether it has answered, or has had its time to.
     [[nodiscard]] bool hasAnswered() const { return m_hasAnswered; }
@@ -60,7 +59,6 @@ private:
     void setVolume(double percent);
 
     QDBusConnection m_bus;
-    const QString m_service;
     const QString m_owner;
     QVariantMap m_properties;
     PlayerReading m_reading;

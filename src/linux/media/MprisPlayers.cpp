@@ -83,7 +83,7 @@ void MprisPlayers::add(const QString& service, const QString& owner)
     if (entry.player && entry.player->owner() == owner)
         return;
     entry = {};
-    entry.player = std::make_unique<MprisPlayer>(m_bus, service, owner);
+    entry.player = std::make_unique<MprisPlayer>(m_bus, owner);
     entry.candidate.service = service;
     auto* const player = entry.player.get();
     connect(player, &MprisPlayer::changed, this, [this, service] { update(service); });
