@@ -12,39 +12,31 @@ Item {
 
     implicitHeight: timeline.hasAllDay ? 14 : 0
 
-    Flickable {
+    ListView {
         id: scroller
 
         anchors.fill: parent
         boundsBehavior: Flickable.StopAtBounds
+        // Assistive programs know of those beside, too, though not of hundreds.
+        cacheBuffer: 2000
         clip: true
-        contentHeight: height
-        contentWidth: row.width
-        flickableDirection: Flickable.HorizontalFlick
+        model: root.timeline.allDay
+        orientation: ListView.Horizontal
         pixelAligned: true
+        spacing: 4
+
+        delegate: AllDayChip {
+            timeline: root.timeline
+        }
 
         // A wheel that only turns one way moves the row as well.
         WheelHandler {
             onWheel: event => scroller.flick(event.angleDelta.y * 6, 0)
         }
-
-        Row {
-            id: row
-
-            spacing: 4
-
-            Repeater {
-                model: root.timeline.allDay
-
-                AllDayChip {
-                    timeline: root.timeline
-                }
-            }
-        }
     }
 
     EdgeFade {
-        beyond: scroller.contentX
+        beyond: scroller.contentX - scroller.originX
         edge: Qt.LeftEdge
         height: parent.height
         width: Theme.fadeLength
@@ -52,7 +44,7 @@ Item {
 
     EdgeFade {
         anchors.right: parent.right
-        beyond: scroller.contentWidth - scroller.contentX - scroller.width
+        beyond: scroller.contentWidth + scroller.originX - scroller.contentX - scroller.width
         edge: Qt.RightEdge
         height: parent.height
         width: Theme.fadeLength
