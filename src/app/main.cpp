@@ -6,13 +6,15 @@
 
 using namespace Qt::StringLiterals;
 
-int main(int argc, char* argv[])
+int main(int /*argc*/, char* argv[])
 {
     if (const auto obstacle = nimbarrow::preparePlatform()) {
         std::fprintf(stderr, "Nimbarrow: %s\n", qUtf8Printable(*obstacle));
         return 1;
     }
-    const QGuiApplication application(argc, argv);
+    // There are no options. Those of the toolkit would lead to displays where the program cannot work.
+    int justTheName = 1;
+    const QGuiApplication application(justTheName, argv);
     QGuiApplication::setApplicationName(u"Nimbarrow"_s);
     QGuiApplication::setDesktopFileName(u"ua.tessak.Nimbarrow"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false);

@@ -114,9 +114,8 @@ std::optional<QString> preparePlatform()
     setUnlessSet("QT_QUICK_BACKEND", "software");
     // What the program writes is what the user copied.
     ::umask(S_IRWXG | S_IRWXO);
-    // So is what its memory holds, and a crash would put it into a file that outlives the entries.
-    // A byte is too little for a file, and keeps the kernel from handing it all to a crash handler as well;
-    // none would not do that.
+    // So is what its memory holds, and a crash would put it into a file that outlives the entries. A byte is
+    // too little for a file, and, unlike none, it keeps the kernel from handing it all to a crash handler.
     rlimit core {};
     ::getrlimit(RLIMIT_CORE, &core);
     core.rlim_cur = std::min<rlim_t>(1, core.rlim_max);

@@ -1,5 +1,6 @@
 #include "linux/calendar/folder/IcsFolder.h"
 
+#include "files/PrivateFiles.h"
 #include "linux/calendar/EventIdentifier.h"
 #include "linux/calendar/folder/EventDetails.h"
 #include "linux/calendar/folder/IcalPointers.h"
@@ -10,9 +11,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QSaveFile>
 #include <QUuid>
 
+#include <cerrno>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -26,7 +27,7 @@ Q_LOGGING_CATEGORY(ics, "nimbarrow.calendar.ics")
 constexpr qint64 largestFile = 16 * 1024 * 1024;
 constexpr qint64 largestSum = 128 * 1024 * 1024;
 constexpr int mostFiles = 20'000;
-constexpr qint64 largestNote = 4096;
+constexpr qsizetype largestNote = 4096;
 
 bool makeFolder(const QString& path)
 {
@@ -35,12 +36,10 @@ bool makeFolder(const QString& path)
         && (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0 || QFileInfo(path).isDir());
 }
 
-/// The beginning of a small file; empty where there is none.
+/// A small file; empty where there is none.
 QByteArray note(const QString& path)
 {
-    // A pipe or a device would make us wait.
-    QFile file(path);
-    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.read(largestNote) : QByteArray();
+    return privatefiles::read(path, largestNote).value_or(QByteArray());
 }
 
 /// What all files together may still be.
@@ -168,16 +167,13 @@ CalendarStore::Created IcsFolder::create(
     icalcomponent_add_property(calendar.get(), icalproperty_new_version("2.0"));
     icalcomponent_add_property(calendar.get(), icalproperty_new_prodid("-//Nimbarrow//Nimbarrow//EN"));
     icalcomponent_add_component(calendar.get(), event);
-    auto* const text = icalcomponent_as_ical_string_r(calendar.get());
+    auto* const buffer = icalcomponent_as_ical_string_r(calendar.get());
+    const QByteArray text(buffer);
+    icalmemory_free_buffer(buffer);
 
     const auto path = folder + u'/' + uid + ".ics"_L1;
-    QSaveFile file(path);
-    bool written = file.open(QIODevice::WriteOnly)
-        && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) && file.write(text) >= 0;
-    icalmemory_free_buffer(text);
-    written = written && file.commit();
-    if (!written)
-        return { Error::Failed, file.errorString(), {} };
+    if (!privatefiles::write(path, text))
+        return { Error::Failed, qt_error_string(errno), {} };
     return { {}, {}, EventIdentifier { EventIdentifier::Kind::File, path, uid, {} }.text() };
 }
 

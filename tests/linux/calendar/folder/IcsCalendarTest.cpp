@@ -2,11 +2,13 @@
 
 #include "linux/calendar/folder/IcsFolder.h"
 #include "linux/calendar/folder/IcsRecurrence.h"
+#include "support/FileCalls.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cerrno>
 #include <ctime>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -313,6 +315,22 @@ private Q_SLOTS:
         QVERIFY(events);
         QCOMPARE(events->size(), 2);
         QVERIFY(!IcsFolder(folder.filePath(u"good.ics"_s)).events({}, {}));
+    }
+
+    void aNewEventThatFindsNoRoomLeavesNothingBehind()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(u"Personal"_s));
+        const auto begin = QDate(2026, 11, 21).startOfDay();
+        const IcsFolder calendars(folder.path());
+        {
+            const FileCalls full(
+                folder.path(), [](const char* name) { return name == "write"_ba ? ENOSPC : 0; });
+            QVERIFY(calendars.create(u"New"_s, begin, begin.addSecs(3600)).error);
+        }
+        QVERIFY(QDir(folder.filePath(u"Personal"_s)).isEmpty());
+        QVERIFY(!calendars.create(u"New"_s, begin, begin.addSecs(3600)).error);
+        QCOMPARE(calendars.events(begin, begin.addDays(1))->size(), 1);
     }
 };
 
