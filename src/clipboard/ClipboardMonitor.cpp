@@ -1,8 +1,8 @@
 #include "clipboard/ClipboardMonitor.h"
 
+#include "images/ImageCodec.h"
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/PrivateFiles.h"
-#include "images/ImageCodec.h"
 #include "platform/Applications.h"
 
 #include <QFileInfo>
