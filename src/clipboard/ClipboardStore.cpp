@@ -118,10 +118,14 @@ void ClipboardStore::addFiles(const QList<QUrl>& urls, const std::optional<QStri
     if (const auto own = isImage ? m_files.ownImageName(paths.first()) : QString(); !own.isEmpty()) {
         const auto entry = std::ranges::find_if(items(),
             [&own](const auto& item) { return item.imagePath && item.imagePath->endsWith(u'/' + own); });
-        // Without an entry it is the file of one that is gone, and goes too.
-        if (entry != items().end())
+        // Without an entry it is the file of one that is gone, and goes too; or it is in a copy of the
+        // folder.
+        if (entry == items().end() && paths.first().startsWith(m_files.imagesFolder() + u'/'))
+            return;
+        if (entry != items().end()) {
             promote(QUuid(entry->id));
-        return;
+            return;
+        }
     }
     auto item = makeItem(isImage ? Kind::Image : Kind::Files, hash(joined), sourceApp);
     if (isImage)

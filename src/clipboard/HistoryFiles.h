@@ -50,6 +50,7 @@ public:
     void flush();
     [[nodiscard]] State state() const { return m_state; }
 
+    [[nodiscard]] const QString& imagesFolder() const { return m_imagesFolder; }
     /// The path for a new image file.
     [[nodiscard]] QString newImagePath() const;
     /// To such a path. Any thread.

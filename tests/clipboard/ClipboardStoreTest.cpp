@@ -113,6 +113,12 @@ private Q_SLOTS:
         store().addFiles({ url(u"/a/photo.JPG"_s) }, {});
         QCOMPARE(store().items().size(), 4);
         QCOMPARE(store().imageItems().size(), 1);
+        const auto name = u"/Nimbarrow/images/0E8E3D3B-5A39-4B6E-8A3C-0B8F8B9B7C1D.png"_s;
+        store().addFiles({ url(m_fixture->locations.folder + name) }, {});
+        QCOMPARE(store().imageItems().size(), 1);
+        store().addFiles({ url(u"/backup"_s + name) }, {});
+        QCOMPARE(store().imageItems().size(), 2);
+        store().remove(store().imageItems().first().id);
         QCOMPARE(store().items().first().imagePath, u"/a/photo.JPG"_s);
         QCOMPARE(store().items().first().sourceApp, u"Files"_s);
         QCOMPARE(store().items().last().filePaths, QStringList({ u"/a/one.png"_s, u"/a/two.png"_s }));

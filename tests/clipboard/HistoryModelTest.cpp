@@ -43,12 +43,9 @@ private Q_SLOTS:
     void outlivesAKillBeforeEveryCall()
     {
         auto kills = 0;
-        auto seed = m_firstSeed;
-        for (const auto usual : seeds(6))
-            kills += play(seed = usual, 60, { .kills = true });
+        for (const auto seed : seeds(4))
+            kills += play(seed, 60, { .kills = true });
         QVERIFY2(kills > 0, "No call of the C library was seen.");
-        while (kills < 500 && !m_isReplay && !QTest::currentTestFailed())
-            kills += play(++seed, 60, { .kills = true });
         qInfo("%d kills", kills);
     }
 

@@ -229,8 +229,5 @@ private Q_SLOTS:
     }
 };
 
-Q_DECLARE_METATYPE(nimbarrow::MediaMessage)
-Q_DECLARE_METATYPE(nimbarrow::MediaCommand)
-
 QTEST_GUILESS_MAIN(MediaProtocolTest)
 #include "MediaProtocolTest.moc"
