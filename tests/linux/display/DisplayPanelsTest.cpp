@@ -151,5 +151,5 @@ private:
     std::unique_ptr<TestFolder> m_folder;
 };
 
-QTEST_GUILESS_MAIN(DisplayPanelsTest)
+QTEST_MAIN(DisplayPanelsTest)
 #include "DisplayPanelsTest.moc"

@@ -65,6 +65,8 @@ private Q_SLOTS:
             QTest::newRow(path) << QByteArray(path);
         QTest::newRow("zero bytes") << QByteArray(1000, '\0');
         QTest::newRow("endless digits") << "M0 0L" + QByteArray(200'000, '9');
+        QTest::newRow("endless segments") << QByteArray("M0 0") + QByteArray("L1 1").repeated(60'000) + "x";
+        QTest::newRow("out of the path") << QByteArray("M0 0H5V5Z\"/><path id=\"path");
         QTest::newRow("endless exponent") << "M0 0L1e" + QByteArray(200'000, '9');
     }
 
@@ -75,5 +77,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SvgPathBoundsTest)
+QTEST_MAIN(SvgPathBoundsTest)
 #include "SvgPathBoundsTest.moc"
