@@ -47,8 +47,11 @@ std::vector<icalrecurrencetype> rulesOf(const QByteArray& component)
          at = component.indexOf("\r\nRRULE", at + 1)) {
         const auto end = component.indexOf("\r\n", at + 2);
         const auto colon = component.indexOf(':', at);
-        if (colon >= 0 && colon < end)
-            rules.push_back(ruleOf(component.mid(colon + 1, end - colon - 1).trimmed()));
+        if (colon < 0 || colon >= end)
+            continue;
+        const auto rule = ruleOf(component.mid(colon + 1, end - colon - 1).trimmed());
+        if (rule.freq != ICAL_NO_RECURRENCE)
+            rules.push_back(rule);
     }
     return rules;
 }

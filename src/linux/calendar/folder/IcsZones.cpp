@@ -20,13 +20,13 @@ constexpr qsizetype mostZones = 200;
 constexpr std::size_t mostChanges = 2000;
 constexpr qint64 budgetOfZone = 2'000'000;
 
-const QString zonesFolder = u"/usr/share/zoneinfo/"_s;
+constexpr auto zonesFolder = "/usr/share/zoneinfo/"_L1;
 
 /// The names that zones once had, and those that they have now. Not every system has files for the old ones.
 QHash<QByteArray, QByteArray> readAliases()
 {
     QHash<QByteArray, QByteArray> aliases;
-    QFile file(zonesFolder + "tzdata.zi"_L1);
+    QFile file(zonesFolder + u"tzdata.zi"_s);
     if (!file.open(QIODevice::ReadOnly))
         return aliases;
     for (const auto& line : file.readAll().split('\n')) {
