@@ -98,7 +98,7 @@ bool keepsTooMuch(QIODevice& jpeg)
     qint64 kept = 0;
     int components = 0;
     bool inScans = false;
-    for (auto at = start + 2; jpeg.seek(at);) {
+    for (auto at = start + 2; at + 4 <= jpeg.size() && jpeg.seek(at);) {
         const auto head = jpeg.read(4);
         if (head.size() != 4 || head[0] != '\xff')
             break;

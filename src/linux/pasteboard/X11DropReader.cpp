@@ -5,10 +5,10 @@
 
 #include <QCoreApplication>
 #include <QMimeData>
+#include <QPointer>
 
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 namespace nimbarrow {
 
@@ -39,18 +39,18 @@ bool X11DropReader::nativeEventFilter(const QByteArray& eventType, void* message
     const auto& event = *static_cast<xcb_client_message_event_t*>(message);
     const auto source = event.data.data32[0];
     if (event.type == m_enter) {
-        m_held.reset();
+        forget();
         // Three types stand in the message; more than that in a property of the source.
         const bool isWhole = (event.data.data32[1] & 1) == 0;
-        m_drag = { source, 0, {} };
+        m_drag.source = source;
         if (isWhole)
             std::copy_if(event.data.data32 + 2, std::end(event.data.data32),
                 std::back_inserter(m_drag.targets), [](xcb_atom_t atom) { return atom != XCB_ATOM_NONE; });
     } else if (event.type == m_leave && source == m_drag.source) {
-        m_held.reset();
+        forget();
     } else if (event.type == m_drop && source == m_drag.source) {
-        if (std::exchange(m_delivering, false)) {
-            m_held.reset();
+        if (m_delivering) {
+            forget();
             // What was dropped may be large, and once Qt has seen the drop nobody asks for it again.
             QMetaObject::invokeMethod(
                 this, [this] { m_content = {}; }, Qt::QueuedConnection);
@@ -63,13 +63,21 @@ bool X11DropReader::nativeEventFilter(const QByteArray& eventType, void* message
     return false;
 }
 
+void X11DropReader::forget()
+{
+    m_drag = {};
+    m_held.reset();
+    m_delivering = false;
+}
+
 void X11DropReader::holdBack(const xcb_client_message_event_t& drop)
 {
     m_held = drop;
     m_drag.time = drop.data.data32[2];
-    m_pasteboard.readDrop(m_drag, [this, drop](const PasteboardSnapshot& content) {
+    m_pasteboard.readDrop(m_drag, [this, drop, alive = QPointer(this)](const PasteboardSnapshot& content) {
         // Another drag may have begun since.
-        if (!m_held || m_held->data.data32[0] != drop.data.data32[0] || m_held->data.data32[2] != m_drag.time)
+        if (!alive || !m_held || m_held->data.data32[0] != drop.data.data32[0]
+            || m_held->data.data32[2] != m_drag.time)
             return;
         m_content = content;
         deliver();

@@ -23,6 +23,8 @@ public:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
 private:
+    /// No drag is over the program's windows any more, or another one.
+    void forget();
     void holdBack(const xcb_client_message_event_t& drop);
     void deliver();
 
