@@ -57,12 +57,13 @@ curl_socket_t openSocket(void* mayConnect, curlsocktype /*purpose*/, curl_sockad
 std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* received)
 {
     auto& picture = *static_cast<QByteArray*>(received);
-    const auto more = static_cast<qsizetype>(size * count);
+    const auto arrived = size * count;
+    const auto more = static_cast<qsizetype>(arrived);
     // Less than what came: the transfer fails.
     if (picture.size() + more > ArtworkDownload::largest)
         return 0;
     picture.append(bytes, more);
-    return size * count;
+    return arrived;
 }
 
 int progress(void* cancelled, curl_off_t, curl_off_t, curl_off_t, curl_off_t)

@@ -80,9 +80,7 @@ void MediaAdapter::begin()
 {
     const auto number = ++m_rounds;
     m_isOutdated = false;
-    m_round.emplace();
-    m_round->number = number;
-    m_round->reading = m_player->reading();
+    m_round = Round { number, m_player->reading(), {}, false };
     m_artworkWait = m_scheduler.after(longestArtworkWait, [this] {
         m_artworkWait.cancel();
         finishIfComplete();

@@ -126,9 +126,8 @@ bool isIn(const Address& address, const ifaddrs& interface)
     if (interface.ifa_addr->sa_family == AF_INET)
         std::fill_n(mask->begin(), wrappedBits / 8, std::uint8_t { 0xff });
     // A tunnel for everything is no network of its own.
-    const auto from
-        = interface.ifa_addr->sa_family == AF_INET ? mask->begin() + wrappedBits / 8 : mask->begin();
-    if (std::all_of(from, mask->end(), [](auto byte) { return byte == 0; }))
+    const auto ignored = interface.ifa_addr->sa_family == AF_INET ? wrappedBits / 8 : 0;
+    if (std::all_of(mask->begin() + ignored, mask->end(), [](auto byte) { return byte == 0; }))
         return false;
     for (std::size_t i = 0; i < address.size(); ++i) {
         if (((address[i] ^ (*own)[i]) & (*mask)[i]) != 0)
