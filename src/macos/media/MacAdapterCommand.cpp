@@ -6,8 +6,8 @@ using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
 
-MacAdapterCommand::MacAdapterCommand(const QString& resources, const QString& interpreter)
-    : m_interpreter(interpreter)
+MacAdapterCommand::MacAdapterCommand(const QString& resources, QString interpreter)
+    : m_interpreter(std::move(interpreter))
     , m_script(resources + "/adapter.pl"_L1)
     , m_library(resources + "/libMediaRemoteAdapter.dylib"_L1)
 {

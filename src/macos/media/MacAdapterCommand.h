@@ -9,7 +9,7 @@ namespace nimbarrow {
 class MacAdapterCommand final : public AdapterCommand {
 public:
     /// `resources` is the bundle's folder of resources.
-    explicit MacAdapterCommand(const QString& resources, const QString& interpreter = defaultInterpreter());
+    explicit MacAdapterCommand(const QString& resources, QString interpreter = defaultInterpreter());
 
     [[nodiscard]] std::optional<ProgramCall> find() const override;
 

@@ -9,11 +9,11 @@ namespace nimbarrow::scriptanswer {
 
 namespace {
 
-constexpr quint32 code(const char (&text)[5])
+constexpr quint32 code(QLatin1StringView text)
 {
     quint32 result = 0;
     for (int place = 0; place < 4; ++place)
-        result = result << 8U | static_cast<unsigned char>(text[place]);
+        result = result << 8U | static_cast<unsigned char>(text.data()[place]);
     return result;
 }
 
@@ -23,23 +23,23 @@ struct Entry {
 };
 
 constexpr std::array known {
-    Entry { code("list"), Kind::List },
-    Entry { code("utxt"), Kind::Text },
-    Entry { code("utf8"), Kind::Text },
-    Entry { code("ut16"), Kind::Text },
-    Entry { code("TEXT"), Kind::Text },
-    Entry { code("long"), Kind::Integer },
-    Entry { code("shor"), Kind::Integer },
-    Entry { code("comp"), Kind::Integer },
-    Entry { code("magn"), Kind::Integer },
-    Entry { code("doub"), Kind::Real },
-    Entry { code("sing"), Kind::Real },
-    Entry { code("true"), Kind::Truth },
-    Entry { code("fals"), Kind::Truth },
-    Entry { code("bool"), Kind::Truth },
-    Entry { code("null"), Kind::Nothing },
+    Entry { code("list"_L1), Kind::List },
+    Entry { code("utxt"_L1), Kind::Text },
+    Entry { code("utf8"_L1), Kind::Text },
+    Entry { code("ut16"_L1), Kind::Text },
+    Entry { code("TEXT"_L1), Kind::Text },
+    Entry { code("long"_L1), Kind::Integer },
+    Entry { code("shor"_L1), Kind::Integer },
+    Entry { code("comp"_L1), Kind::Integer },
+    Entry { code("magn"_L1), Kind::Integer },
+    Entry { code("doub"_L1), Kind::Real },
+    Entry { code("sing"_L1), Kind::Real },
+    Entry { code("true"_L1), Kind::Truth },
+    Entry { code("fals"_L1), Kind::Truth },
+    Entry { code("bool"_L1), Kind::Truth },
+    Entry { code("null"_L1), Kind::Nothing },
     // The name of a kind of thing stands for "missing value".
-    Entry { code("type"), Kind::Nothing },
+    Entry { code("type"_L1), Kind::Nothing },
 };
 
 /// The user has not allowed this program to drive the other one.

@@ -48,7 +48,7 @@ QStringList identifiersOf(const QStringList& names)
 QString nameOf(QStringView identifier, const QStringList& offered)
 {
     // The present name before an old one: what comes under an old one has been converted.
-    if (const auto own = identifier.toString(); offered.contains(own))
+    if (auto own = identifier.toString(); offered.contains(own))
         return own;
     const auto found = std::ranges::find_if(
         offered, [identifier](const QString& name) { return identifierOf(name) == identifier; });

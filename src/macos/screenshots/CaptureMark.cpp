@@ -4,7 +4,7 @@ namespace nimbarrow::capturemark {
 
 namespace {
 
-constexpr char header[] = "bplist00";
+constexpr QByteArrayView header("bplist00");
 // The table of places, of one byte, and the trailer follow the only object.
 constexpr qsizetype trailer = 32;
 
@@ -12,7 +12,7 @@ constexpr qsizetype trailer = 32;
 
 std::optional<bool> valueOf(const QByteArray& propertyList)
 {
-    const qsizetype place = sizeof(header) - 1;
+    const auto place = header.size();
     if (!propertyList.startsWith(header) || propertyList.size() != place + 1 + 1 + trailer)
         return {};
     switch (propertyList.at(place)) {

@@ -7,7 +7,7 @@
 namespace nimbarrow::capturemark {
 
 /// The extended attribute by which the screenshot tool marks its files.
-inline constexpr char attribute[] = "com.apple.metadata:kMDItemIsScreenCapture";
+inline constexpr auto* attribute = "com.apple.metadata:kMDItemIsScreenCapture";
 
 /// Longer than any such mark, in bytes.
 inline constexpr qsizetype longest = 256;

@@ -4,7 +4,7 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr char program[] = "ua.tessak.Nimbarrow";
+constexpr auto* program = "ua.tessak.Nimbarrow";
 
 } // namespace
 
