@@ -99,7 +99,9 @@ class AccessibilityFlow(SettingsFlow):
         self.desktop.key("space")
         self.focus("∞")
         self.desktop.key("Return")
-        wait_until("the owl under the key after the choice", lambda: self.focused() == ["Keep the Mac awake"], 5)
+        wait_until("the owl, awake, under the key after the choice", lambda: self.focused() == ["Allow sleep"], 5)
+        self.desktop.key("space")
+        wait_until("the owl asleep under the key", lambda: self.focused() == ["Keep the Mac awake"], 5)
 
     def tells_settings(self, language):
         """What is in view at the beginning of the page and, then, at its end."""
