@@ -45,7 +45,7 @@ void checkDetector(const QString& text)
         text, [](const QString&) { return false; }, [&visited](const QUrl&) { return ++visited == 1; });
     fuzz::require(visited <= 1, "the search ends when it may");
 
-    const auto meeting = DayEvent::meetingUrlIn(QUrl(text.left(200)), { text });
+    const auto meeting = DayEvent::meetingUrlIn({ QUrl(text.left(200)) }, { text });
     fuzz::require(!meeting || (meeting->isValid() && DayEvent::isMeeting(*meeting)), "a meeting is one");
 }
 
