@@ -3,13 +3,16 @@
 #include "calendar/TimelineLayout.h"
 
 #include <QAbstractListModel>
+#include <qqmlintegration.h>
 
 namespace nimbarrow {
 
 /// The events that the timeline draws, each a `Placement` as "modelData". On a crowded day only those in
 /// sight are here; which they are changes row by row.
-class BlockModel final : public QAbstractListModel {
+class BlockModel : public QAbstractListModel {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the timeline")
 
 public:
     using QAbstractListModel::QAbstractListModel;

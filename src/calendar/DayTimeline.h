@@ -22,7 +22,7 @@ class DayTimeline final : public QObject {
     QML_UNCREATABLE("Made by the application")
     Q_PROPERTY(nimbarrow::calendaraccess::CalendarAccess access READ access NOTIFY accessChanged FINAL)
     /// The events in their places, each a `Placement`.
-    Q_PROPERTY(QAbstractListModel* blocks READ blocks CONSTANT FINAL)
+    Q_PROPERTY(nimbarrow::BlockModel* blocks READ blocks CONSTANT FINAL)
     /// Where on the day something happens, each a `Placement`; one of those that would be the same dot.
     Q_PROPERTY(QVariantList marks READ marks NOTIFY eventsChanged FINAL)
     Q_PROPERTY(int rowsUsed READ rowsUsed NOTIFY eventsChanged FINAL)
@@ -43,7 +43,7 @@ public:
         QObject* parent = nullptr);
 
     [[nodiscard]] CalendarAccess access() const { return m_model.access(); }
-    [[nodiscard]] QAbstractListModel* blocks() { return &m_blocks; }
+    [[nodiscard]] BlockModel* blocks() { return &m_blocks; }
     [[nodiscard]] QVariantList marks() const;
     [[nodiscard]] int rowsUsed() const { return m_layout.rowsUsed; }
     [[nodiscard]] bool isEmpty() const { return m_model.events().isEmpty(); }

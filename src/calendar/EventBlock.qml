@@ -65,6 +65,8 @@ Item {
 
     // Most events have none, and there may be many.
     Loader {
+        id: joiner
+
         active: root._joinable
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
@@ -77,8 +79,14 @@ Item {
             restingStrength: 0.92
             size: 9
             symbol: "video.fill"
-
-            onClicked: root.timeline.join(root.event)
         }
+    }
+
+    Connections {
+        function onClicked() {
+            root.timeline.join(root.event);
+        }
+
+        target: joiner.item
     }
 }

@@ -75,7 +75,7 @@ Item {
             }
 
             SettingsNote {
-                text: L10n.texts[L10n.LaunchAtLoginFailed].arg(root.settings.launchAtLoginError)
+                text: String(L10n.texts[L10n.LaunchAtLoginFailed]).arg(root.settings.launchAtLoginError)
                 visible: root.settings.launchAtLoginError !== ""
                 width: parent.width
             }
