@@ -1,5 +1,6 @@
 #include "linux/screenshots/InotifyFolderEvents.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QScopedPointer>
 #include <QSet>
@@ -24,7 +25,7 @@ public:
     InotifyWatch(int events, std::function<void()> changed)
         : m_events(events)
         , m_changed(std::move(changed))
-        , m_notifier(new QSocketNotifier(events, QSocketNotifier::Read))
+        , m_notifier(new QSocketNotifier(events, QSocketNotifier::Read, QCoreApplication::instance()))
     {
         QObject::connect(
             m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] { readEvents(); });
@@ -90,7 +91,8 @@ private:
     bool m_current = true;
     std::function<void()> m_changed;
     QSet<QString> m_unfinished;
-    /// Later, because the watch may be dropped while its notifier speaks.
+    /// Later, because the watch may be dropped while its notifier speaks; with the application where no loop
+    /// follows any more.
     std::unique_ptr<QSocketNotifier, QScopedPointerDeleteLater> m_notifier;
 };
 
