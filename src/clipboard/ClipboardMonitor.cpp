@@ -79,6 +79,8 @@ void ClipboardMonitor::start()
 
 void ClipboardMonitor::poll()
 {
+    // Nothing announces that the user has thought better of it.
+    m_capture.setAccess(m_pasteboard.access());
     const auto changeCount = m_pasteboard.changeCount();
     if (changeCount == m_lastChangeCount)
         return;

@@ -65,12 +65,22 @@ ClipboardStore::~ClipboardStore() = default;
 
 QString ClipboardStore::notice() const
 {
+    if (!m_seesCopies)
+        return L10n::text(L10n::Key::CopiesNotReadable);
     switch (m_files.state()) {
     case HistoryFiles::State::Good: break;
     case HistoryFiles::State::NotSaved: return L10n::text(L10n::Key::HistoryNotSaved);
     case HistoryFiles::State::OldIndexKept: return L10n::text(L10n::Key::OldHistoryKept);
     }
     return {};
+}
+
+void ClipboardStore::setSeesCopies(bool seesCopies)
+{
+    if (seesCopies == m_seesCopies)
+        return;
+    m_seesCopies = seesCopies;
+    Q_EMIT noticeChanged();
 }
 
 QUrl ClipboardStore::imageUrl(const QUuid& id) const

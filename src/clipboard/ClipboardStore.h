@@ -31,7 +31,7 @@ class ClipboardStore final : public QObject {
     /// Images in display order.
     Q_PROPERTY(nimbarrow::ClipboardListModel* imageItems READ imageModel CONSTANT FINAL)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY itemsChanged FINAL)
-    /// What the user has to know of the history on disk, in one line of the current language; usually empty.
+    /// What the user has to know of the history, in one line of the current language; usually empty.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
 
 public:
@@ -45,6 +45,8 @@ public:
     [[nodiscard]] const QList<ClipboardItem>& items() const { return m_history.items(); }
     [[nodiscard]] bool isEmpty() const { return items().isEmpty(); }
     [[nodiscard]] QString notice() const;
+    /// False while the user lets the program read nothing that others copy.
+    void setSeesCopies(bool seesCopies);
 
     /// Pinned entries first, then the newest; without images.
     [[nodiscard]] const QList<ClipboardItem>& textualItems() const { return m_textualModel.items(); }
@@ -137,6 +139,7 @@ private:
     QList<RecentImage> m_recentImages;
     /// How many images are copied and not yet in the history.
     int m_imagesUnderWay = 0;
+    bool m_seesCopies = true;
     HistoryFiles m_files;
 };
 

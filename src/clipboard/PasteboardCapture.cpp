@@ -39,6 +39,11 @@ PasteboardCapture::PasteboardCapture(ClipboardStore& store, WorkQueues& queues, 
 
 PasteboardCapture::~PasteboardCapture() = default;
 
+void PasteboardCapture::setAccess(Pasteboard::Access access)
+{
+    m_store.setSeesCopies(access != Pasteboard::Access::Denied);
+}
+
 void PasteboardCapture::capture(const PasteboardContent& content, const std::optional<QString>& sourceApp)
 {
     const auto types = content.types();

@@ -26,6 +26,9 @@ public:
     /// `content` is read before this returns; an image may reach the history later.
     void capture(const PasteboardContent& content, const std::optional<QString>& sourceApp);
 
+    /// Whether there is anything to capture, or the user lets the program read nothing that others copy.
+    void setAccess(Pasteboard::Access access);
+
     /// The types that mark content which is not to be recorded.
     [[nodiscard]] static const QStringList& ignoredTypes();
     /// The types that the notch accepts when they are dropped on it.

@@ -88,6 +88,8 @@ constexpr std::array table {
     Text { L10n::Key::HistoryNotSaved, u"History cannot be saved", u"Історію не вдається зберегти" },
     Text { L10n::Key::OldHistoryKept, u"Old history unreadable, kept aside",
         u"Стара історія не читається, її відкладено" },
+    Text { L10n::Key::CopiesNotReadable, u"Not allowed to read what is copied",
+        u"Читати скопійоване не дозволено" },
 };
 
 constexpr bool isInKeyOrder()
@@ -100,7 +102,7 @@ constexpr bool isInKeyOrder()
     return true;
 }
 static_assert(isInKeyOrder());
-static_assert(table.size() == static_cast<std::size_t>(L10n::Key::OldHistoryKept) + 1);
+static_assert(table.size() == static_cast<std::size_t>(L10n::Key::CopiesNotReadable) + 1);
 
 SystemWords& words()
 {

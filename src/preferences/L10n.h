@@ -88,6 +88,7 @@ public:
         ShareNothing,
         HistoryNotSaved,
         OldHistoryKept,
+        CopiesNotReadable,
     };
     Q_ENUM(Key)
 

@@ -2,6 +2,7 @@
 
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/Paster.h"
+#include "preferences/L10n.h"
 #include "support/FakeApplications.h"
 #include "support/FakeKeystrokes.h"
 #include "support/FakePasteboard.h"
@@ -83,6 +84,20 @@ private Q_SLOTS:
         QCOMPARE(f.store->items().size(), 1);
         QCOMPARE(f.store->items().first().text, u"two"_s);
         QCOMPARE(f.store->items().first().sourceApp, std::nullopt);
+    }
+
+    void saysWhenItMayReadNothing()
+    {
+        Fixture f;
+        f.pasteboard.announces = false;
+        f.monitor.start();
+        for (const auto access :
+            { Pasteboard::Access::Denied, Pasteboard::Access::Asked, Pasteboard::Access::Granted }) {
+            f.pasteboard.allowed = access;
+            f.time.advance(500ms);
+            QCOMPARE(f.store->notice(),
+                access == Pasteboard::Access::Denied ? L10n::text(L10n::Key::CopiesNotReadable) : QString());
+        }
     }
 
     void takesTheBestOfWhatIsOffered_data()

@@ -18,6 +18,7 @@ public:
     };
 
     bool announces = true;
+    Access allowed = Access::Granted;
     Content content;
     QList<PasteboardObject> written;
     int handOvers = 0;
@@ -46,6 +47,7 @@ public:
     }
     [[nodiscard]] std::optional<QString> string() const override { return content.string; }
     [[nodiscard]] QList<QUrl> urls() const override { return content.urls; }
+    [[nodiscard]] Access access() const override { return allowed; }
     [[nodiscard]] int changeCount() const override { return m_changeCount; }
     [[nodiscard]] bool announcesChanges() const override { return announces; }
 
