@@ -428,6 +428,9 @@ private Q_SLOTS:
         QVERIFY(!m_surface->find("ToggleSwitch", static_cast<int>(switches.size())));
         m_surface->wheel(m_surface->middle(m_surface->find("SettingsColumn")), -2400);
         m_surface->settle();
+        // Until then a click stops the page and does nothing else.
+        for (auto* const page : m_surface->find("SettingsColumn")->childItems())
+            QTRY_VERIFY(!page->property("moving").toBool());
         QVERIFY(m_surface->history.loginItem.enabled);
 
         const auto choose = [this](int picker, int choice) {
