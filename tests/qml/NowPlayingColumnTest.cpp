@@ -1,5 +1,5 @@
 #include "preferences/L10n.h"
-#include "qml/PlayerColumn.h"
+#include "qml/SurfaceFixture.h"
 #include "style/Motion.h"
 
 #include <QSignalSpy>
@@ -19,110 +19,116 @@ class NowPlayingColumnTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_column = std::make_unique<PlayerColumn>(); }
+    void init()
+    {
+        Motion::instance().setReduced(true);
+        m_surface = std::make_unique<SurfaceFixture>();
+        m_surface->show(NotchState::Expanded);
+    }
     void cleanup()
     {
-        m_column.reset();
+        m_surface.reset();
         Motion::instance().setReduced(false);
         L10n::setCurrent(L10n::English);
     }
 
     void showsTheTrackOrThatThereIsNone()
     {
-        QTRY_VERIFY(m_column->shows(u"Nothing playing"_s));
-        m_column->play();
-        QVERIFY(m_column->shows(u"Song"_s) && m_column->shows(u"Singer"_s));
-        QVERIFY(!m_column->shows(u"Nothing playing"_s));
+        QTRY_VERIFY(m_surface->shows(u"Nothing playing"_s));
+        m_surface->play();
+        QVERIFY(m_surface->shows(u"Song"_s) && m_surface->shows(u"Singer"_s));
+        QVERIFY(!m_surface->shows(u"Nothing playing"_s));
         L10n::setCurrent(L10n::Ukrainian);
-        m_column->player.say("{\"type\":\"idle\"}");
-        QTRY_VERIFY(m_column->shows(u"Нічого не грає"_s));
-        QTRY_VERIFY(!m_column->find("PlayerView"));
+        m_surface->player.say("{\"type\":\"idle\"}");
+        QTRY_VERIFY(m_surface->shows(u"Нічого не грає"_s));
+        QTRY_VERIFY(!m_surface->find("PlayerView"));
     }
 
     void refusalIsExplained()
     {
-        auto& player = m_column->player;
+        auto& player = m_surface->player;
         player.musicApp.state = MusicApp::Running { 7, u"Music"_s, {} };
         player.scripting.error = ScriptResult::Error { true, {} };
         player.command.call.reset();
         player.adapter().end();
         player.time.advance(1s);
         player.queues.runAll();
-        QTRY_VERIFY(m_column->shows(L10n::text(L10n::Key::MusicPermissionHint)));
+        QTRY_VERIFY(m_surface->shows(L10n::text(L10n::Key::MusicPermissionHint)));
     }
 
     void buttonsCommandThePlayer()
     {
-        m_column->play();
-        click(m_column->button(u"Previous"_s));
-        click(m_column->button(u"Play / pause"_s));
-        click(m_column->button(u"Next"_s));
+        m_surface->play();
+        m_surface->click(m_surface->button(u"Previous"_s));
+        m_surface->click(m_surface->button(u"Play / pause"_s));
+        m_surface->click(m_surface->button(u"Next"_s));
         QCOMPARE(commands(), QByteArrayList({ "previous\n", "toggle\n", "next\n" }));
-        QCOMPARE(m_column->button(u"Play / pause"_s)->property("symbol"), u"play.fill"_s);
-        m_column->play({ { u"playing"_s, true } });
-        QCOMPARE(m_column->button(u"Play / pause"_s)->property("symbol"), u"pause.fill"_s);
-        click(m_column->find("TrackArtwork"));
-        QCOMPARE(m_column->player.applications.activated.size(), 1);
+        QCOMPARE(m_surface->button(u"Play / pause"_s)->property("symbol"), u"play.fill"_s);
+        m_surface->play({ { u"playing"_s, true } });
+        QCOMPARE(m_surface->button(u"Play / pause"_s)->property("symbol"), u"pause.fill"_s);
+        m_surface->click(m_surface->find("TrackArtwork"));
+        QCOMPARE(m_surface->player.applications.activated.size(), 1);
     }
 
     void dragOnTheBarSeeksOnceAtItsEnd()
     {
-        m_column->play({ { u"elapsed"_s, 65 } });
-        QVERIFY(m_column->shows(u"1:05"_s) && m_column->shows(u"−2:15"_s));
-        auto* const bar = m_column->find("PlaybackProgress");
-        const QSignalSpy started(m_column->view.rootObject(), SIGNAL(dragStarted()));
-        const QSignalSpy ended(m_column->view.rootObject(), SIGNAL(dragEnded()));
-        press(PlayerColumn::placeIn(bar, 0.1, 0.2));
-        moveTo(PlayerColumn::placeIn(bar, 0.5, 0.2));
-        QVERIFY(m_column->shows(u"1:40"_s));
+        m_surface->play({ { u"elapsed"_s, 65 } });
+        QVERIFY(m_surface->shows(u"1:05"_s) && m_surface->shows(u"−2:15"_s));
+        auto* const bar = m_surface->find("PlaybackProgress");
+        int holds = 0;
+        m_surface->actions.onHold = [&holds] { ++holds; };
+        m_surface->actions.onRelease = [&holds] { --holds; };
+        press(SurfaceFixture::placeIn(bar, 0.1, 0.2));
+        moveTo(SurfaceFixture::placeIn(bar, 0.5, 0.2));
+        QVERIFY(m_surface->shows(u"1:40"_s));
         QCOMPARE(commands(), QByteArrayList());
         // The pointer may leave the bar, and the window as well.
-        moveTo({ 400, 10 });
-        QCOMPARE(started.size() - ended.size(), 1);
-        release({ 400, 10 });
+        moveTo({ 900, 10 });
+        QCOMPARE(holds, 1);
+        release({ 900, 10 });
         QCOMPARE(commands(), QByteArrayList { "seek 200.0\n" });
-        QCOMPARE(ended.size(), 1);
+        QCOMPARE(holds, 0);
     }
 
     void trackOfUnknownLengthOrWithoutSeekingCannotBeSought()
     {
         for (const auto& members : { QJsonObject { { u"duration"_s, 0 } }, { { u"canSeek"_s, false } } }) {
-            m_column->play(members);
-            auto* const bar = m_column->find("PlaybackProgress");
-            press(PlayerColumn::placeIn(bar, 0.5, 0.2));
-            QVERIFY(!m_column->shows(u"1:40"_s));
-            release(PlayerColumn::placeIn(bar, 0.5, 0.2));
+            m_surface->play(members);
+            auto* const bar = m_surface->find("PlaybackProgress");
+            press(SurfaceFixture::placeIn(bar, 0.5, 0.2));
+            QVERIFY(!m_surface->shows(u"1:40"_s));
+            release(SurfaceFixture::placeIn(bar, 0.5, 0.2));
             QCOMPARE(commands(), QByteArrayList());
-            QCOMPARE(m_column->shows(u"0:00"_s), members.contains(u"canSeek"_s));
+            QCOMPARE(m_surface->shows(u"0:00"_s), members.contains(u"canSeek"_s));
         }
     }
 
     void sliderSetsTheVolumeWhenLetGo()
     {
-        m_column->play({ { u"volume"_s, 50 } });
-        QVERIFY(!m_column->find("VolumeSlider"));
-        auto* const button = m_column->button(u"Volume"_s);
+        m_surface->play({ { u"volume"_s, 50 } });
+        QVERIFY(!m_surface->find("VolumeSlider"));
+        auto* const button = m_surface->button(u"Volume"_s);
         QCOMPARE(button->property("symbol"), u"speaker.wave.2.fill"_s);
-        click(button);
-        PlayerColumn::settle();
-        auto* const slider = m_column->find("VolumeSlider");
+        m_surface->click(button);
+        m_surface->settle();
+        auto* const slider = m_surface->find("VolumeSlider");
         QVERIFY(slider);
         QCOMPARE(slider->size(), QSizeF(7, 66));
-        press(PlayerColumn::placeIn(slider, 0.5, 0.2));
+        press(SurfaceFixture::placeIn(slider, 0.5, 0.2));
         QCOMPARE(button->property("symbol"), u"speaker.wave.3.fill"_s);
-        moveTo(PlayerColumn::placeIn(slider, 0.5, 3));
+        moveTo(SurfaceFixture::placeIn(slider, 0.5, 3));
         QCOMPARE(button->property("symbol"), u"speaker.slash.fill"_s);
         QCOMPARE(commands(), QByteArrayList());
-        moveTo(PlayerColumn::placeIn(slider, 0.5, -3));
-        release(PlayerColumn::placeIn(slider, 0.5, -3));
+        moveTo(SurfaceFixture::placeIn(slider, 0.5, -3));
+        release(SurfaceFixture::placeIn(slider, 0.5, -3));
         QCOMPARE(commands(), QByteArrayList { "volume 100\n" });
-        click(button);
-        QTRY_VERIFY(!m_column->find("VolumeSlider"));
+        m_surface->click(button);
+        QTRY_VERIFY(!m_surface->find("VolumeSlider"));
     }
 
     void keysReachAndUseAllOfIt()
     {
-        m_column->play({ { u"volume"_s, 50 }, { u"elapsed"_s, 65 } });
+        m_surface->play({ { u"volume"_s, 50 }, { u"elapsed"_s, 65 } });
         const QList<std::pair<int, QByteArray>> steps {
             { Qt::Key_Return, {} }, // shows the player
             { Qt::Key_PageUp, "seek 75.0\n" },
@@ -133,27 +139,29 @@ private Q_SLOTS:
             { Qt::Key_PageDown, "volume 45\n" },
         };
         QByteArrayList expected;
+        for (auto i = 0; i < 9 && !m_surface->find("TrackArtwork")->hasActiveFocus(); ++i)
+            QTest::keyClick(&m_surface->view, Qt::Key_Tab);
         for (const auto& [key, command] : steps) {
-            QTest::keyClick(&m_column->view, Qt::Key_Tab);
-            QTest::keyClick(&m_column->view, Qt::Key(key));
+            QTest::keyClick(&m_surface->view, Qt::Key(key));
             if (!command.isEmpty())
                 expected << command;
             QCOMPARE(commands(), expected);
+            QTest::keyClick(&m_surface->view, Qt::Key_Tab);
             QTest::qWait(20);
         }
-        QCOMPARE(m_column->player.applications.activated.size(), 1);
+        QCOMPARE(m_surface->player.applications.activated.size(), 1);
     }
 
     void unknownVolumeIsSilentAndStaysSo()
     {
-        m_column->play();
-        auto* const button = m_column->button(u"Volume"_s);
+        m_surface->play();
+        auto* const button = m_surface->button(u"Volume"_s);
         QCOMPARE(button->property("symbol"), u"speaker.slash.fill"_s);
-        click(button);
-        PlayerColumn::settle();
-        auto* const slider = m_column->find("VolumeSlider");
-        press(PlayerColumn::placeIn(slider, 0.5, 0.25));
-        release(PlayerColumn::placeIn(slider, 0.5, 0.25));
+        m_surface->click(button);
+        m_surface->settle();
+        auto* const slider = m_surface->find("VolumeSlider");
+        press(SurfaceFixture::placeIn(slider, 0.5, 0.25));
+        release(SurfaceFixture::placeIn(slider, 0.5, 0.25));
         QCOMPARE(commands(), QByteArrayList());
         QCOMPARE(button->property("symbol"), u"speaker.slash.fill"_s);
     }
@@ -186,20 +194,21 @@ private Q_SLOTS:
 
     void onlyATitleThatDoesNotFitMoves()
     {
-        m_column->play();
-        auto* const title = m_column->find("MarqueeText");
+        Motion::instance().setReduced(false);
+        m_surface->play();
+        auto* const title = m_surface->find("MarqueeText");
         QVERIFY(!title->property("active").toBool());
-        m_column->play({ { u"title"_s, longTitle } });
+        m_surface->play({ { u"title"_s, longTitle } });
         QVERIFY(title->property("active").toBool());
         QTRY_VERIFY(title->property("offset").toDouble() < -1);
         // Another text begins at its beginning.
-        m_column->play({ { u"title"_s, longTitle.toUpper() } });
+        m_surface->play({ { u"title"_s, longTitle.toUpper() } });
         QCOMPARE(title->property("offset").toDouble(), 0.0);
         Motion::instance().setReduced(true);
         QVERIFY(!title->property("active").toBool());
         Motion::instance().setReduced(false);
         QVERIFY(title->property("active").toBool());
-        m_column->view.rootObject()->setProperty("shown", false);
+        m_surface->find("NowPlayingColumn")->setProperty("shown", false);
         QVERIFY(!title->property("active").toBool());
         QCOMPARE(title->property("offset").toDouble(), 0.0);
     }
@@ -207,41 +216,37 @@ private Q_SLOTS:
     void whatLooksTheSameIsNotDrawnAgain()
     {
         // The bar and the times of a long track hardly move.
-        m_column->play({ { u"playing"_s, true }, { u"duration"_s, 3000 } });
+        m_surface->play({ { u"playing"_s, true }, { u"duration"_s, 3000 } });
         QTest::qWait(300);
-        QSignalSpy frames(&m_column->view, &QQuickWindow::frameSwapped);
+        QSignalSpy frames(&m_surface->view, &QQuickWindow::frameSwapped);
         QTest::qWait(600);
         QCOMPARE(frames.size(), 0);
-        m_column->player.time.advance(1s);
-        QTRY_VERIFY(m_column->shows(u"0:01"_s));
+        m_surface->player.time.advance(1s);
+        QTRY_VERIFY(m_surface->shows(u"0:01"_s));
         QTest::qWait(300);
         QVERIFY(frames.size() >= 1 && frames.size() <= 2);
 
-        m_column->view.rootObject()->setProperty("shown", false);
+        m_surface->find("NowPlayingColumn")->setProperty("shown", false);
         QTest::qWait(50);
         frames.clear();
-        m_column->player.time.advance(1s);
+        m_surface->player.time.advance(1s);
         QTest::qWait(600);
         QCOMPARE(frames.size(), 0);
-        QVERIFY(m_column->shows(u"0:01"_s));
+        QVERIFY(m_surface->shows(u"0:01"_s));
     }
 
 private:
-    void press(const QPoint& place) { QTest::mousePress(&m_column->view, Qt::LeftButton, {}, place); }
-    void moveTo(const QPoint& place) { QTest::mouseMove(&m_column->view, place); }
-    void release(const QPoint& place) { QTest::mouseRelease(&m_column->view, Qt::LeftButton, {}, place); }
-    void click(const QQuickItem* item)
-    {
-        QTest::mouseClick(&m_column->view, Qt::LeftButton, {}, PlayerColumn::placeIn(item));
-    }
+    void press(const QPoint& place) { QTest::mousePress(&m_surface->view, Qt::LeftButton, {}, place); }
+    void moveTo(const QPoint& place) { QTest::mouseMove(&m_surface->view, place); }
+    void release(const QPoint& place) { QTest::mouseRelease(&m_surface->view, Qt::LeftButton, {}, place); }
     [[nodiscard]] QByteArrayList commands() const
     {
-        auto commands = m_column->player.adapter().written;
+        auto commands = m_surface->player.adapter().written;
         commands.removeAll("refresh\n");
         return commands;
     }
 
-    std::unique_ptr<PlayerColumn> m_column;
+    std::unique_ptr<SurfaceFixture> m_surface;
 };
 
 QTEST_MAIN(NowPlayingColumnTest)

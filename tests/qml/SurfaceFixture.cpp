@@ -17,14 +17,15 @@ namespace nimbarrow {
 
 namespace {
 
-void collect(QQuickItem* item, const QByteArray& type, QList<QQuickItem*>& found)
+/// What is to be seen, in the order of drawing.
+QList<QQuickItem*> seen(QQuickItem* item)
 {
     if (!item->isVisible() || item->opacity() <= 0)
-        return;
-    if (QByteArrayView(item->metaObject()->className()).startsWith(type))
-        found << item;
+        return {};
+    QList<QQuickItem*> found { item };
     for (auto* const child : item->childItems())
-        collect(child, type, found);
+        found << seen(child);
+    return found;
 }
 
 } // namespace
@@ -41,6 +42,8 @@ SurfaceFixture::SurfaceFixture(QSizeF notch)
     view.setFlag(Qt::FramelessWindowHint);
     view.setResizeMode(QQuickView::SizeRootObjectToView);
     view.engine()->addImportPath(u"qrc:/qt/qml"_s);
+    player.applications.processes[playerPid] = { u"Tunes"_s, u"org.tunes"_s, 1 };
+    player.start();
     view.setInitialProperties({
         { u"notch"_s, QVariant::fromValue(&state) },
         { u"actions"_s, QVariant::fromValue(&actions) },
@@ -109,6 +112,16 @@ void SurfaceFixture::addImage(const QImage& image)
     history.queues.runAll();
 }
 
+void SurfaceFixture::play(const QJsonObject& members)
+{
+    QJsonObject state { { u"type"_s, u"state"_s }, { u"pid"_s, playerPid }, { u"title"_s, u"Song"_s },
+        { u"artist"_s, u"Singer"_s }, { u"duration"_s, 200 } };
+    for (auto member = members.begin(); member != members.end(); ++member)
+        state.insert(member.key(), member.value());
+    player.say(state);
+    settle();
+}
+
 QQuickItem* SurfaceFixture::find(const char* type, int which) const
 {
     return findAll(type).value(which);
@@ -116,25 +129,31 @@ QQuickItem* SurfaceFixture::find(const char* type, int which) const
 
 QList<QQuickItem*> SurfaceFixture::findAll(const char* type) const
 {
-    QList<QQuickItem*> found;
-    collect(view.contentItem(), QByteArray(type) + "_QMLTYPE_", found);
-    return found;
+    auto items = seen(view.contentItem());
+    items.removeIf([name = QByteArray(type) + "_QMLTYPE_"](const QQuickItem* item) {
+        return !QByteArrayView(item->metaObject()->className()).startsWith(name);
+    });
+    return items;
 }
 
 QQuickItem* SurfaceFixture::button(QQuickItem* within, const QString& name)
 {
-    QList<QQuickItem*> found;
-    collect(within, "IconButton_QMLTYPE_", found);
-    for (auto* const item : found) {
-        if (item->property("help").toString() == name)
-            return item;
-    }
-    return nullptr;
+    const auto items = seen(within);
+    const auto found = std::ranges::find_if(
+        items, [&name](const QQuickItem* item) { return item->property("help").toString() == name; });
+    return found == items.end() ? nullptr : *found;
 }
 
-QPoint SurfaceFixture::middle(const QQuickItem* item)
+bool SurfaceFixture::shows(const QString& text) const
 {
-    return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+    return std::ranges::any_of(seen(view.contentItem()), [&text](const QQuickItem* item) {
+        return item->inherits("QQuickText") && item->property("text").toString() == text;
+    });
+}
+
+QPoint SurfaceFixture::placeIn(const QQuickItem* item, qreal x, qreal y)
+{
+    return item->mapToScene({ item->width() * x, item->height() * y }).toPoint();
 }
 
 void SurfaceFixture::moveTo(const QPoint& place)

@@ -73,16 +73,25 @@ public:
 
     void addText(const QString& text);
     void addImage(const QImage& image);
+    /// The player says this of itself; what is not given is that of a usual track.
+    void play(const QJsonObject& members = {});
+    static constexpr qint32 playerPid = 100;
 
     /// The first item of a QML type that is to be seen, in the order of drawing; null when there is none.
     [[nodiscard]] QQuickItem* find(const char* type, int which = 0) const;
     [[nodiscard]] QList<QQuickItem*> findAll(const char* type) const;
-    /// The button of this name inside `within`.
+    /// The button of this name inside `within`, or anywhere.
     [[nodiscard]] static QQuickItem* button(QQuickItem* within, const QString& name);
-    [[nodiscard]] static QPoint middle(const QQuickItem* item);
+    [[nodiscard]] QQuickItem* button(const QString& name) const { return button(view.contentItem(), name); }
+    /// Whether a text is to be seen somewhere.
+    [[nodiscard]] bool shows(const QString& text) const;
+    [[nodiscard]] static QPoint middle(const QQuickItem* item) { return placeIn(item, 0.5, 0.5); }
+    /// By fractions of the item.
+    [[nodiscard]] static QPoint placeIn(const QQuickItem* item, qreal x, qreal y);
 
     void moveTo(const QPoint& place);
     void click(const QPoint& place);
+    void click(const QQuickItem* item) { click(middle(item)); }
     /// With the button down, in small steps.
     void drag(const QPoint& from, const QPoint& to);
     /// In eighths of a degree.

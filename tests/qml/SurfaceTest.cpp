@@ -150,7 +150,7 @@ private Q_SLOTS:
         int exits = 0;
         tracker()->onExit = [&exits] { ++exits; };
         auto* const row = m_surface->find("ClipboardRow", 1);
-        m_surface->click(m_surface->middle(row));
+        m_surface->click(row);
         QCOMPARE(m_surface->pasteboard.content.string, u"one"_s);
         QCOMPARE(m_surface->collapses, 0);
         QVERIFY(row->property("copiedFlash").toBool());
@@ -163,7 +163,7 @@ private Q_SLOTS:
     {
         showTexts({ u"one"_s });
         m_surface->history.settings.setPasteOnClick(true);
-        m_surface->click(m_surface->middle(m_surface->find("ClipboardRow")));
+        m_surface->click(m_surface->find("ClipboardRow"));
         QCOMPARE(m_surface->collapses, 1);
         QCOMPARE(m_surface->keystrokes.pastes, 1);
         QVERIFY(!m_surface->find("ClipboardRow")->property("copiedFlash").toBool());
@@ -177,19 +177,19 @@ private Q_SLOTS:
         m_surface->moveTo(m_surface->middle(row));
         QVERIFY(row->property("hovered").toBool());
 
-        m_surface->click(m_surface->middle(m_surface->button(row, u"Delete"_s)));
+        m_surface->click(m_surface->button(row, u"Delete"_s));
         QCOMPARE(texts(), (QStringList { u"three"_s, u"one"_s }));
         // The pointer has not moved: what came under it is hovered now.
         QTRY_VERIFY(m_surface->find("ClipboardRow", 1)->property("hovered").toBool());
         QCOMPARE(m_surface->find("ClipboardRow", 1)->property("summary"), u"one"_s);
 
         row = m_surface->find("ClipboardRow", 1);
-        m_surface->click(m_surface->middle(m_surface->button(row, u"Pin"_s)));
+        m_surface->click(m_surface->button(row, u"Pin"_s));
         QCOMPARE(texts(), (QStringList { u"one"_s, u"three"_s }));
         QCOMPARE(m_surface->pasteboard.content.string, u"untouched"_s);
 
         // With the pinned one left, the history is not empty; without it, it says so.
-        m_surface->click(m_surface->middle(m_surface->find("TextButton")));
+        m_surface->click(m_surface->find("TextButton"));
         QCOMPARE(texts(), QStringList { u"one"_s });
         m_surface->store().remove(m_surface->store().textualItems().constFirst().id);
         QTRY_VERIFY(m_surface->find("EmptyHistory"));
@@ -287,12 +287,12 @@ private Q_SLOTS:
         const auto ask = [this, row] {
             m_surface->moveTo({ 5, 5 });
             m_surface->moveTo(m_surface->middle(row));
-            m_surface->click(m_surface->middle(m_surface->button(row, u"Share"_s)));
+            m_surface->click(m_surface->button(row, u"Share"_s));
         };
         ask();
         QTRY_VERIFY(m_surface->find("ShareChooser"));
         QCOMPARE(holds, 1);
-        m_surface->click(m_surface->middle(m_surface->find("ShareChoiceRow", 0)));
+        m_surface->click(m_surface->find("ShareChoiceRow", 0));
         QCOMPARE(m_surface->sharePicker.used, ShareService::Email);
         QCOMPARE(m_surface->sharePicker.shared, QList<ShareItem> { QUrl(u"https://example.org"_s) });
         QCOMPARE(holds, 0);
@@ -304,6 +304,40 @@ private Q_SLOTS:
         m_surface->show(NotchState::Collapsed);
         QTRY_COMPARE(holds, 0);
         QVERIFY(!m_surface->handoff.sharing());
+    }
+
+    void choosesWhereToShareOnce_data()
+    {
+        QTest::addColumn<QByteArray>("what");
+        QTest::addColumn<bool>("closes");
+        QTest::newRow("title") << "title"_ba << false;
+        QTest::newRow("beside") << "beside"_ba << true;
+        QTest::newRow("second row") << "row"_ba << true;
+        QTest::newRow("Escape") << "Escape"_ba << true;
+    }
+
+    void choosesWhereToShareOnce()
+    {
+        QFETCH(const QByteArray, what);
+        QFETCH(const bool, closes);
+        Motion::instance().setReduced(false);
+        showTexts({ u"https://example.org"_s });
+        m_surface->handoff.share(m_surface->store().items().first().id);
+        m_surface->settle();
+        const auto title = m_surface->middle(m_surface->find("ShareChooser")) - QPoint(0, 50);
+        const auto row = m_surface->middle(m_surface->find("ShareChoiceRow", 1));
+        if (what == "Escape")
+            QTest::keyClick(&m_surface->view, Qt::Key_Escape);
+        else
+            m_surface->click(what == "row" ? row : what == "beside" ? QPoint(300, 220) : title);
+        QCOMPARE(m_surface->handoff.sharing() == nullptr, closes);
+        QCOMPARE(m_surface->sharePicker.used == ShareService::OpenWith, what == "row");
+
+        // While it fades there is nobody to tell, and nothing below it can be reached.
+        m_surface->sharePicker.used.reset();
+        if (closes)
+            m_surface->click(row);
+        QVERIFY(!m_surface->sharePicker.used);
     }
 
     void showsAnImageLargeWhileItIsHeldDown()
@@ -399,7 +433,7 @@ private Q_SLOTS:
         QVERIFY(!m_surface->pasteboard.written.isEmpty());
         QVERIFY(thumb->property("copiedFlash").toBool());
         QTRY_VERIFY(!thumb->property("copiedFlash").toBool());
-        m_surface->click(m_surface->middle(m_surface->button(thumb, u"Delete"_s)));
+        m_surface->click(m_surface->button(thumb, u"Delete"_s));
         QTRY_VERIFY(!m_surface->find("ImageStrip"));
         QVERIFY(m_surface->store().imageItems().isEmpty());
     }
@@ -407,7 +441,7 @@ private Q_SLOTS:
     void changesEverySetting()
     {
         m_surface->show(NotchState::Expanded);
-        m_surface->click(m_surface->middle(m_surface->button(m_surface->view.contentItem(), u"Settings"_s)));
+        m_surface->click(m_surface->button(u"Settings"_s));
         QTRY_VERIFY(m_surface->find("SettingsColumn"));
         const auto& settings = m_surface->history.settings;
         const QList<std::function<bool()>> switches {
@@ -421,7 +455,7 @@ private Q_SLOTS:
         };
         for (auto which = 0; which < switches.size(); ++which) {
             const auto before = switches[which]();
-            m_surface->click(m_surface->middle(m_surface->find("ToggleSwitch", which)));
+            m_surface->click(m_surface->find("ToggleSwitch", which));
             QCOMPARE(switches[which](), !before);
             QCOMPARE(m_surface->find("ToggleSwitch", which)->property("checked").toBool(), !before);
         }
@@ -449,9 +483,9 @@ private Q_SLOTS:
         QCOMPARE(settings.language(), Language::En);
 
         m_surface->addText(u"to clear"_s);
-        m_surface->click(m_surface->middle(m_surface->find("TextButton", 0)));
+        m_surface->click(m_surface->find("TextButton", 0));
         QVERIFY(m_surface->store().isEmpty());
-        m_surface->click(m_surface->middle(m_surface->find("TextButton", 1)));
+        m_surface->click(m_surface->find("TextButton", 1));
         QCOMPARE(m_surface->opener.opened, QList { About::supportUrl() });
     }
 
@@ -548,12 +582,20 @@ private Q_SLOTS:
         m_surface->state.setDropTargeted(true);
         m_surface->settle();
         QStringList seen;
-        for (auto which = 0; auto* const line = m_surface->find("Line", which); ++which) {
-            seen << line->property("text").toString();
-            QVERIFY2(!line->property("truncated").toBool(), qPrintable(seen.constLast()));
-        }
-        QVERIFY(seen.contains(L10n::text(L10n::Key::ClipboardEmpty)));
-        QVERIFY(seen.contains(L10n::text(L10n::Key::DropHere)));
+        const auto look = [&] {
+            for (const auto* const line : m_surface->findAll("Line")) {
+                seen << line->property("text").toString();
+                QVERIFY2(!line->property("truncated").toBool(), qPrintable(seen.constLast()));
+            }
+        };
+        look();
+        m_surface->state.setDropTargeted(false);
+        showTexts({ u"file"_s });
+        m_surface->handoff.share(m_surface->store().items().first().id);
+        m_surface->settle();
+        look();
+        for (const auto key : { L10n::Key::ClipboardEmpty, L10n::Key::DropHere, L10n::Key::ShareOpenWith })
+            QVERIFY(seen.contains(L10n::text(key)));
     }
 
 private:

@@ -1,9 +1,9 @@
 // gallery FOLDER: draws every state of the surface, with made-up contents, into pictures for people to look
 // at.
-#include "PlayerGallery.h"
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
 
+#include <QBuffer>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QGuiApplication>
@@ -33,6 +33,26 @@ QImage madeUpPicture(QColor top, QColor bottom)
     painter.setBrush(QColor(255, 244, 214));
     painter.drawEllipse(QPoint(480, 110), 46, 46);
     return image;
+}
+
+QString madeUpCover()
+{
+    QImage image(600, 600, QImage::Format_RGB32);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QLinearGradient night(0, 0, 600, 600);
+    night.setColorAt(0, "#f6a04d");
+    night.setColorAt(0.5, "#d94f70");
+    night.setColorAt(1, "#5b3fa8");
+    painter.fillRect(image.rect(), night);
+    painter.setPen(QPen(QColor(255, 255, 255, 200), 26));
+    for (const auto radius : { 60, 130, 200 })
+        painter.drawEllipse(QPoint(300, 300), radius, radius);
+    painter.end();
+    QBuffer png;
+    png.open(QBuffer::WriteOnly);
+    image.save(&png, "PNG");
+    return QString::fromLatin1(png.data().toBase64());
 }
 
 QImage madeUpDesktop()
@@ -91,6 +111,8 @@ public:
         m_surface.show(NotchState::Collapsed);
         m_surface.show(NotchState::Expanded);
         shot(u"empty"_s);
+        player();
+        owl();
         m_surface.state.setDropTargeted(true);
         shot(u"drop"_s);
         m_surface.state.setDropTargeted(false);
@@ -108,6 +130,7 @@ public:
         day();
         settings();
         share();
+        denied();
 
         m_surface.show(NotchState::Collapsed);
         m_surface.state.setPeek(PeekContent::forItem(m_surface.store().imageItems().first()));
@@ -125,6 +148,68 @@ private:
             u"Щедрик, щедрик, щедрівочка"_s, u"git rebase --interactive origin/main"_s,
             u"Рахунок № 2024-118 чекає на підпис"_s, u"Їжак під ґанком, а Єва в садку"_s };
         return (m_language == u"uk"_s ? ukrainian : english).at(index);
+    }
+
+    void player()
+    {
+        const auto ukrainian = m_language == u"uk"_s;
+        QJsonObject song { { u"title"_s, ukrainian ? u"Щедрик"_s : u"Clocks Below"_s },
+            { u"artist"_s, ukrainian ? u"Микола Леонтович"_s : u"The Paper Harbour"_s }, { u"elapsed"_s, 72 },
+            { u"duration"_s, 176 } };
+        const auto play = [&](const QJsonObject& changes, const QString& name) {
+            for (auto change = changes.begin(); change != changes.end(); ++change)
+                song.insert(change.key(), change.value());
+            m_surface.play(song);
+            shot(u"player-"_s + name);
+        };
+        play({}, u"paused-plain"_s);
+        m_surface.player.say(QJsonObject {
+            { u"type"_s, u"artwork"_s }, { u"id"_s, u"cover"_s }, { u"data"_s, madeUpCover() } });
+        play({ { u"playing"_s, true }, { u"artworkID"_s, u"cover"_s }, { u"volume"_s, 62 },
+                 { u"title"_s,
+                     ukrainian ? u"Щедрик, щедрик, щедрівочка, прилетіла ластівочка"_s
+                               : u"Clocks Below the Water, Live at the Harbour"_s } },
+            u"playing"_s);
+        m_surface.click(m_surface.button(L10n::text(L10n::Key::Volume)));
+        m_surface.settle();
+        m_surface.moveTo(m_surface.middle(m_surface.find("VolumeSlider")));
+        shot(u"player-volume"_s);
+        QTest::qWait(2000);
+        shot(u"player-moved"_s);
+        m_surface.moveTo({ 5, 5 });
+        for (const auto volume : { 0, 20, 100 })
+            play({ { u"volume"_s, volume } }, u"volume-%1"_s.arg(volume));
+        song.remove(u"volume"_s);
+        play({ { u"duration"_s, 0 }, { u"artist"_s, QString() }, { u"title"_s, u"Radio"_s } }, u"endless"_s);
+        play({ { u"duration"_s, 36'000 }, { u"elapsed"_s, 3'700 } }, u"hours"_s);
+    }
+
+    void denied()
+    {
+        auto& player = m_surface.player;
+        player.musicApp.state = MusicApp::Running { 7, u"Music"_s, {} };
+        player.scripting.error = ScriptResult::Error { true, {} };
+        player.command.call.reset();
+        player.say("{\"type\":\"idle\"}");
+        player.adapter().end();
+        player.time.advance(std::chrono::seconds(60));
+        player.queues.runAll();
+        shot(u"player-denied"_s);
+    }
+
+    void owl()
+    {
+        m_surface.click(m_surface.find("OwlButton"));
+        m_surface.settle();
+        const auto* const choice = m_surface.find("Choice", 1);
+        m_surface.moveTo(m_surface.middle(choice));
+        shot(u"owl-picker"_s);
+        m_surface.click(choice);
+        m_surface.history.time.advance(std::chrono::seconds(61));
+        m_surface.moveTo({ 5, 5 });
+        shot(u"owl-awake"_s);
+        m_surface.keepAwake.deactivate();
+        m_surface.history.time.advance(std::chrono::seconds(2));
     }
 
     void fillTexts()
@@ -348,9 +433,7 @@ int main(int argc, char* argv[])
     QDir folder(arguments.positionalArguments().constFirst());
     if (!folder.mkpath(u"."_s))
         return 1;
-    for (const auto language : { L10n::English, L10n::Ukrainian }) {
+    for (const auto language : { L10n::English, L10n::Ukrainian })
         Gallery(folder, language).drawAll();
-        drawPlayer(folder, language);
-    }
     return 0;
 }

@@ -1,11 +1,10 @@
-// Draws the owl in each of its states and through each of its moves, and its button in the header of the
-// surface, into pictures for people to look at:
+// Draws the owl in each of its states and through each of its moves, into pictures for people to look at:
 //
 //     QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software owlgallery <folder>
 
 #include "keepawake/OwlDrawing.h"
-#include "keepawake/OwlFixture.h"
-#include "preferences/L10n.h"
+#include "keepawake/OwlMotion.h"
+#include "support/ManualTime.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -70,12 +69,6 @@ QImage strip(bool awake, double move, std::chrono::milliseconds start, std::chro
     return image;
 }
 
-void shot(OwlFixture& fixture, const QString& file)
-{
-    QTest::qWait(400);
-    fixture.window.grabWindow().save(file);
-}
-
 } // namespace
 
 int main(int argc, char* argv[])
@@ -101,23 +94,5 @@ int main(int argc, char* argv[])
     strip(true, 0.3, 1600ms, 64ms, 18).save(folder.filePath(u"owl-strip-glance.png"_s));
     strip(true, 0.7, 1600ms, 80ms, 18).save(folder.filePath(u"owl-strip-tilt.png"_s));
     strip(true, 0.9, 1600ms, 32ms, 18).save(folder.filePath(u"owl-strip-hop.png"_s));
-
-    for (const auto language : { L10n::English, L10n::Ukrainian }) {
-        L10n::setCurrent(language);
-        const auto name = language == L10n::Ukrainian ? u"uk"_s : u"en"_s;
-        const auto file
-            = [&](const QString& what) { return folder.filePath(u"owl-%1-%2.png"_s.arg(what, name)); };
-        OwlFixture fixture;
-        shot(fixture, file(u"header-asleep"_s));
-        fixture.clickOwl();
-        QTest::qWait(300);
-        const auto* const row = fixture.find("Choice").value(1);
-        QTest::mouseMove(&fixture.window, row->mapToScene({ row->width() / 2, row->height() / 2 }).toPoint());
-        shot(fixture, file(u"picker"_s));
-        fixture.click(row);
-        fixture.time.advance(61s);
-        QTest::mouseMove(&fixture.window, { 100, 200 });
-        shot(fixture, file(u"header-awake"_s));
-    }
     return 0;
 }
