@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import pwd
 import shutil
 import subprocess
 import sys
@@ -9,8 +10,8 @@ import time
 
 from desktop import Desktop, HEIGHT, NOTCH_MIDDLE, StageMissed, wait_until, WIDTH
 
-# sway refuses to run as root. Nobody has this number.
-THROW_AWAY_USER = 61183
+# sway refuses to run as root.
+OTHER_USER = "nobody"
 # The kernel's codes of keys.
 KEYS = {"Escape": 1, "Return": 28, "Down": 108, "Up": 103, "Left": 105, "Right": 106}
 
@@ -78,11 +79,12 @@ class WaylandDesktop(Desktop):
         configuration.write_text(
             f"output HEADLESS-1 resolution {WIDTH}x{HEIGHT} scale {self.output_scale} bg #31547a solid_color\n"
             f"xwayland {'enable' if self.xwayland else 'disable'}\ndefault_border none\n"
-            f"exec_always echo \"$DISPLAY\" > {runtime}/x11-display\n")
+            # Its X server lets in nobody but its own user.
+            f"exec {'xhost +local: && ' if self.xwayland else ''}echo \"$DISPLAY\" > {runtime}/x11-display\n")
         user = {}
         if os.geteuid() == 0:
-            os.chown(runtime, THROW_AWAY_USER, THROW_AWAY_USER)
-            user = {"user": THROW_AWAY_USER, "group": THROW_AWAY_USER, "extra_groups": []}
+            shutil.chown(runtime, OTHER_USER)
+            user = {"user": OTHER_USER, "group": pwd.getpwnam(OTHER_USER).pw_gid, "extra_groups": []}
         socket = runtime / "sway.sock"
         self.environment.update({"SWAYSOCK": str(socket), "WAYLAND_DISPLAY": str(runtime / "wayland-1")})
         variables = {"WLR_BACKENDS": "headless", "WLR_LIBINPUT_NO_DEVICES": "1", "WLR_RENDERER": "pixman",
