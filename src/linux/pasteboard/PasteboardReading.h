@@ -59,8 +59,8 @@ protected:
         const QString& target, qsizetype room, const PasteboardLimits& limits)
         = 0;
 
-    /// The forms that there are.
-    [[nodiscard]] virtual QStringList targets(const Transfer& listing) = 0;
+    /// The forms that a list names.
+    [[nodiscard]] virtual QStringList targets(const Transfer& /*listing*/) { return {}; }
 
     /// Asks for the list of forms, under this name.
     void list(const QString& target) { begin(target, mostTargets * 4); }
