@@ -14,6 +14,7 @@ class SelectionPasteboard : public Pasteboard {
 public:
     ~SelectionPasteboard() override;
 
+    [[nodiscard]] Access access() const override { return works() ? Access::Granted : Access::Denied; }
     [[nodiscard]] int changeCount() const override { return m_changeCount; }
     [[nodiscard]] bool announcesChanges() const override { return true; }
     void write(const QList<PasteboardObject>& objects) override;
