@@ -76,7 +76,7 @@ private:
         for (qsizetype place = 0; place < atoms.size(); place += 4)
             transfers.push_back(std::make_unique<X11PasteboardTransfer>(m_connection,
                 m_connection.atom("CLIPBOARD"), qFromUnaligned<xcb_atom_t>(atoms.constData() + place),
-                XCB_CURRENT_TIME, 64 << 20, X11PasteboardLimits()));
+                XCB_CURRENT_TIME, 64 << 20, PasteboardLimits()));
         awaitAll(transfers, &X11PasteboardTransfer::answered);
         // As Xfce's does: the pieces of what is large come only now.
         xcb_set_selection_owner(
@@ -124,7 +124,7 @@ class X11PasteboardTest : public QObject {
     Q_OBJECT
 
     struct Fixture {
-        explicit Fixture(const X11PasteboardLimits& limits = {})
+        explicit Fixture(const PasteboardLimits& limits = {})
             : pasteboard(server.displayName(), limits)
         {
             QObject::connect(&pasteboard, &Pasteboard::changed, &pasteboard,
@@ -224,7 +224,7 @@ private Q_SLOTS:
     void survivesAnOwnerThat()
     {
         QFETCH(Manner, manner);
-        X11PasteboardLimits limits;
+        PasteboardLimits limits;
         limits.stall = std::chrono::milliseconds(200);
         Fixture at(limits);
         {
@@ -396,7 +396,7 @@ private Q_SLOTS:
 
     void treatsATooLargeImageAsAbsent()
     {
-        X11PasteboardLimits limits;
+        PasteboardLimits limits;
         limits.imageBytes = 1000;
         Fixture at(limits);
         ForeignOwner owner(at.server.displayName());
@@ -408,7 +408,7 @@ private Q_SLOTS:
 
     void refusesAListThatIsTooLong()
     {
-        X11PasteboardLimits limits;
+        PasteboardLimits limits;
         limits.textBytes = 1000;
         Fixture at(limits);
         ForeignOwner owner(at.server.displayName());
