@@ -2,24 +2,21 @@
 
 #include "linux/applications/DesktopApplications.h"
 #include "linux/display/WaylandRegistry.h"
+#include "linux/keys/XkbKeymap.h"
 
 #include <QList>
 
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <linux/input-event-codes.h>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <virtual-keyboard-client.h>
 #include <wayland-client-protocol.h>
-#include <xkbcommon/xkbcommon.h>
 
 namespace nimbarrow {
 namespace {
 
-using Context = std::unique_ptr<xkb_context, decltype(&xkb_context_unref)>;
-using Keymap = std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)>;
 using Text = std::unique_ptr<char, decltype(&std::free)>;
 
 uint32_t now()
@@ -67,9 +64,9 @@ VirtualKeyboardKeystrokes::~VirtualKeyboardKeystrokes()
 
 bool VirtualKeyboardKeystrokes::sendKeymap()
 {
-    const Context context(xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
+    const auto context = xkb::makeContext();
     const xkb_rule_names english { nullptr, nullptr, "us", "", "" };
-    const Keymap keymap(
+    const xkb::Keymap keymap(
         context ? xkb_keymap_new_from_names(context.get(), &english, XKB_KEYMAP_COMPILE_NO_FLAGS) : nullptr,
         &xkb_keymap_unref);
     const Text text(
