@@ -1,24 +1,15 @@
+#include "linux/DisplayPorts.h"
 #include "linux/applications/DesktopOpener.h"
 #include "linux/applications/PortalSharePicker.h"
-#include "linux/applications/X11Applications.h"
 #include "linux/calendar/CalendarStorePlugin.h"
 #include "linux/calendar/DayWatch.h"
 #include "linux/calendar/LinuxCalendarStore.h"
-#include "linux/display/DisplayPanels.h"
-#include "linux/display/QtScreens.h"
-#include "linux/display/X11Pointer.h"
+#include "linux/display/DisplayChoice.h"
+#include "linux/display/WaylandRegistry.h"
 #include "linux/display/X11Properties.h"
-#include "linux/keys/X11HotKeys.h"
-#include "linux/keys/X11Keystrokes.h"
-#include "linux/keys/X11Trust.h"
 #include "linux/media/LinuxAdapterCommand.h"
 #include "linux/media/NoMusicApp.h"
 #include "linux/media/NoScripting.h"
-#include "linux/panel/X11PanelWindow.h"
-#include "linux/pasteboard/X11DropReader.h"
-#include "linux/pasteboard/X11Pasteboard.h"
-#include "linux/power/LinuxPowerAssertions.h"
-#include "linux/power/X11ScreenSaver.h"
 #include "linux/screenshots/DesktopScreenshotFolder.h"
 #include "linux/screenshots/InotifyFolderEvents.h"
 #include "linux/session/AutostartLoginItem.h"
@@ -37,6 +28,7 @@
 #include "qt/SystemClock.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
 #include <algorithm>
 #include <malloc.h>
@@ -75,21 +67,43 @@ const InheritedState& inheritedState()
     return state;
 }
 
-using XConnection = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
-
-/// Qt would abort where there is no display, and on another windowing system nothing here would work.
-std::optional<QString> displayObstacle(const XConnection& connection)
+bool hasPlugin(const QString& name)
 {
-    const auto platforms = qEnvironmentVariable("QT_QPA_PLATFORM").split(u';', Qt::SkipEmptyParts);
-    const bool isX11 = std::ranges::all_of(
-        platforms, [](const QString& platform) { return platform.section(u':', 0, 0) == "xcb"_L1; });
-    if (!isX11)
-        return u"It needs an X server and cannot run with QT_QPA_PLATFORM=%1."_s.arg(platforms.join(u';'));
-    if (!xcb_connection_has_error(connection.get()))
-        return {};
-    const auto display = qEnvironmentVariable("DISPLAY");
-    return display.isEmpty() ? u"There is no display: DISPLAY is not set."_s
-                             : u"The display %1 cannot be opened."_s.arg(display);
+    const auto folders = QCoreApplication::libraryPaths();
+    return std::ranges::any_of(folders, [&name](const QString& folder) {
+        return QFile::exists(folder + "/platforms/lib"_L1 + name + ".so"_L1);
+    });
+}
+
+DisplayFacts displayFacts()
+{
+    DisplayFacts facts;
+    facts.requested = qEnvironmentVariable("QT_QPA_PLATFORM");
+    facts.x11Display = qEnvironmentVariable("DISPLAY");
+    facts.x11Answers = [] { return !xcb_connection_has_error(x11::connect().get()); };
+    facts.waylandDisplay = qEnvironmentVariable("WAYLAND_DISPLAY");
+    if (facts.waylandDisplay.isEmpty())
+        return facts;
+    const std::unique_ptr<wl_display, decltype(&wl_display_disconnect)> wayland(
+        wl_display_connect(nullptr), &wl_display_disconnect);
+    if (!wayland)
+        return facts;
+    facts.waylandAnswers = true;
+    // Qt's part in it is a package of its own.
+    facts.waylandHasLayerShell = hasPlugin(u"qwayland-generic"_s)
+        && WaylandRegistry(wayland.get()).version("zwlr_layer_shell_v1") > 0;
+    return facts;
+}
+
+/// As preparePlatform() has chosen it.
+DisplaySystem chosenSystem = DisplaySystem::X11;
+
+/// As the X server has it.
+QString accessibilityAddress()
+{
+    const auto connection = x11::connect();
+    return QString::fromUtf8(x11::property(
+        connection.get(), x11::rootWindow(connection.get()), x11::atom(connection.get(), "AT_SPI_BUS")));
 }
 
 std::unique_ptr<CalendarStore> makeCalendarStore(UserDefaults& defaults, const Locations& locations)
@@ -108,8 +122,6 @@ std::optional<QString> preparePlatform()
 {
     keepHeapsSmall();
     inheritedState();
-    // On a Wayland session too: a panel that stands above everything is an X11 window there.
-    setUnlessSet("QT_QPA_PLATFORM", "xcb");
     // The panel is small; a GL driver would cost three times the memory of the whole program.
     setUnlessSet("QT_QUICK_BACKEND", "software");
     // What the program writes is what the user copied.
@@ -120,11 +132,15 @@ std::optional<QString> preparePlatform()
     ::getrlimit(RLIMIT_CORE, &core);
     core.rlim_cur = std::min<rlim_t>(1, core.rlim_max);
     ::setrlimit(RLIMIT_CORE, &core);
-    const XConnection connection(xcb_connect(nullptr, nullptr), &xcb_disconnect);
-    if (const auto obstacle = displayObstacle(connection))
-        return obstacle;
-    hideSilentBuses(QString::fromUtf8(x11::property(
-        connection.get(), x11::rootWindow(connection.get()), x11::atom(connection.get(), "AT_SPI_BUS"))));
+    const auto choice = chooseDisplay(displayFacts());
+    if (!choice.obstacle.isEmpty())
+        return choice.obstacle;
+    chosenSystem = choice.system;
+    // Qt would try others, too, or abort.
+    qputenv("QT_QPA_PLATFORM", choice.platform.toLocal8Bit());
+    // For a window that gets its place from us, and not from Qt.
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+    hideSilentBuses(choice.system == DisplaySystem::Wayland ? QString() : accessibilityAddress());
     return {};
 }
 
@@ -148,16 +164,6 @@ Platform makePlatform()
     auto sessionLock = std::make_unique<LinuxSessionLock>(liveSessionBus(), liveSystemBus());
     auto& lock = *sessionLock;
     platform.sessionLock = std::move(sessionLock);
-    platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
-    platform.pointer = std::make_unique<X11Pointer>();
-    auto pasteboard = std::make_unique<X11Pasteboard>();
-    platform.dropReader = std::make_unique<X11DropReader>(*pasteboard);
-    platform.pasteboard = std::move(pasteboard);
-    auto applications = std::make_unique<X11Applications>();
-    platform.keystrokes = std::make_unique<X11Keystrokes>(*applications);
-    platform.applications = std::move(applications);
-    platform.hotKeys = std::make_unique<X11HotKeys>();
-    platform.accessibilityTrust = std::make_unique<X11Trust>();
     platform.calendarStore = makeCalendarStore(*platform.userDefaults, *platform.locations);
     platform.opener = std::make_unique<DesktopOpener>(inheritedState(), liveSessionBus());
     platform.scripting = std::make_unique<NoScripting>();
@@ -167,16 +173,13 @@ Platform makePlatform()
     platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();
     platform.sharePicker
         = std::make_unique<PortalSharePicker>(inheritedState(), liveSessionBus(), *platform.workQueues);
-    platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
-        liveSessionBus(), liveSystemBus(), [] { return x11::suspendScreenSaver(); }, *platform.scheduler);
     platform.adapterCommand = std::make_unique<LinuxAdapterCommand>(QCoreApplication::applicationDirPath());
     platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
     platform.musicApp = std::make_unique<NoMusicApp>();
-    platform.adoptPanel = [&lock](QQuickWindow& window) {
-        auto panel = std::make_unique<X11PanelWindow>(window);
-        lock.follow(panel->cover());
-        return panel;
-    };
+    if (chosenSystem == DisplaySystem::Wayland)
+        addWaylandPorts(platform);
+    else
+        addX11Ports(platform, chosenSystem, lock);
     return platform;
 }
 

@@ -1,5 +1,6 @@
 #include "linux/display/X11Pointer.h"
 
+#include "linux/display/PointerOutside.h"
 #include "linux/display/X11Properties.h"
 #include "qt/FlippedAxis.h"
 
@@ -10,6 +11,11 @@ namespace nimbarrow {
 // Qt asks the server each time too, and knows each screen's scale.
 ScreenPoint X11Pointer::location() const
 {
+    if (m_isNested) {
+        const auto pointer = x11::pointer(x11::qtConnection());
+        if (!pointer || pointer->child == XCB_NONE)
+            return pointerOutside;
+    }
     return flipped(QPointF(QCursor::pos()));
 }
 

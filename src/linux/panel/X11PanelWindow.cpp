@@ -6,7 +6,6 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTimer>
 
@@ -58,6 +57,7 @@ X11PanelWindow::X11PanelWindow(QQuickWindow& window)
     , m_cover(m_connection, window)
     , m_raiser(m_connection, window, m_cover)
     , m_focus(m_connection, m_id)
+    , m_keys(window, [this](quint32 code) { return m_keyboard.letterAt(code); })
     , m_inputOpcode(x11::majorOpcode(m_connection, &xcb_input_id))
 {
     setType(m_connection, m_id);
@@ -102,7 +102,7 @@ void X11PanelWindow::makeKey()
     if (m_isKey)
         return;
     m_keyboard = X11Keyboard(m_connection);
-    m_down.clear();
+    m_keys.forget();
     m_hasReturnedKey = false;
     m_isKey = m_focus.take();
     listenToPresses(m_isKey);
@@ -166,59 +166,12 @@ bool X11PanelWindow::eventFilter(QObject* watched, QEvent* event)
     const auto isKeyEvent = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     if (watched != &m_window || !m_isKey || !isKeyEvent)
         return PanelWindow::eventFilter(watched, event);
-    auto& key = static_cast<QKeyEvent&>(*event);
-    const auto isPress = event->type() == QEvent::KeyPress;
-    const auto told = translated(key);
-    if (isPress)
-        m_down.insert(key.nativeScanCode());
-    else
-        m_down.remove(key.nativeScanCode());
-    if (isPress && isTakenByControl(key))
-        return true;
-    if (isPress)
-        Q_EMIT keyPressed(told);
-    else
-        Q_EMIT keyReleased(told);
+    const auto told = m_keys.follow(static_cast<QKeyEvent&>(*event));
+    if (told && event->type() == QEvent::KeyPress)
+        Q_EMIT keyPressed(*told);
+    else if (told)
+        Q_EMIT keyReleased(*told);
     return true;
-}
-
-bool X11PanelWindow::isTakenByControl(QKeyEvent& event) const
-{
-    for (auto* item = m_window.activeFocusItem(); item; item = item->parentItem()) {
-        event.accept();
-        QCoreApplication::sendEvent(item, &event);
-        if (event.isAccepted())
-            return true;
-    }
-    return false;
-}
-
-Key X11PanelWindow::keyOf(const QKeyEvent& event) const
-{
-    switch (event.key()) {
-    case Qt::Key_Return: return Key::Return;
-    case Qt::Key_Enter: return Key::KeypadEnter;
-    case Qt::Key_Space: return Key::Space;
-    case Qt::Key_Backspace: return Key::Backspace;
-    case Qt::Key_Delete: return Key::ForwardDelete;
-    case Qt::Key_Escape: return Key::Escape;
-    case Qt::Key_Left: return Key::Left;
-    case Qt::Key_Right: return Key::Right;
-    case Qt::Key_Down: return Key::Down;
-    case Qt::Key_Up: return Key::Up;
-    default: return m_keyboard.letterAt(event.nativeScanCode());
-    }
-}
-
-KeyEvent X11PanelWindow::translated(const QKeyEvent& event) const
-{
-    KeyModifiers modifiers;
-    // People here press Control for what the program calls Command, and its hot key has Super.
-    modifiers.setFlag(
-        KeyModifier::Command, (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0);
-    modifiers.setFlag(KeyModifier::Shift, event.modifiers().testFlag(Qt::ShiftModifier));
-    modifiers.setFlag(KeyModifier::Option, event.modifiers().testFlag(Qt::AltModifier));
-    return { keyOf(event), modifiers, m_down.contains(event.nativeScanCode()) };
 }
 
 bool X11PanelWindow::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "linux/keys/X11Keyboard.h"
+#include "linux/panel/PanelKeys.h"
 #include "linux/panel/X11Cover.h"
 #include "linux/panel/X11KeyFocus.h"
 #include "linux/panel/X11Raiser.h"
@@ -8,12 +9,10 @@
 #include "platform/PanelWindow.h"
 
 #include <QAbstractNativeEventFilter>
-#include <QSet>
 
 #include <optional>
 #include <xcb/xinput.h>
 
-class QKeyEvent;
 class QQuickWindow;
 
 namespace nimbarrow {
@@ -44,10 +43,6 @@ protected:
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
-    /// The control that the Tab key has reached comes before everybody else, and so does what it stands in.
-    [[nodiscard]] bool isTakenByControl(QKeyEvent& event) const;
-    [[nodiscard]] Key keyOf(const QKeyEvent& event) const;
-    [[nodiscard]] KeyEvent translated(const QKeyEvent& event) const;
     /// As the user has done something at that time.
     void endKey(xcb_timestamp_t time);
     /// To those of the pointer's buttons, wherever they go.
@@ -63,8 +58,7 @@ private:
     X11Raiser m_raiser;
     X11KeyFocus m_focus;
     X11Keyboard m_keyboard;
-    /// The codes of the keys that have gone down and not up again.
-    QSet<quint32> m_down;
+    PanelKeys m_keys;
     std::optional<QPainterPath> m_outline;
     bool m_isKey = false;
     bool m_hasReturnedKey = false;

@@ -234,7 +234,7 @@ private Q_SLOTS:
 
     void pointerTellsPlaceAndButtons()
     {
-        const X11Pointer pointer;
+        const X11Pointer pointer(false);
         m_user->movePointer({ 300, 200 });
         QTRY_COMPARE(pointer.location(), (ScreenPoint { 300, -200 }));
         QVERIFY(!pointer.isAnyButtonDown());

@@ -1,0 +1,34 @@
+#include "linux/DisplayPorts.h"
+#include "linux/applications/NoApplications.h"
+#include "linux/display/DisplayPanels.h"
+#include "linux/display/QtScreens.h"
+#include "linux/display/WaylandPointer.h"
+#include "linux/keys/NoHotKeys.h"
+#include "linux/keys/NoKeystrokes.h"
+#include "linux/panel/LayerShellPanelWindow.h"
+#include "linux/pasteboard/NoPasteboard.h"
+#include "linux/power/LinuxPowerAssertions.h"
+#include "linux/session/SessionBus.h"
+
+namespace nimbarrow {
+
+void addWaylandPorts(Platform& platform)
+{
+    platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
+    auto pointer = std::make_unique<WaylandPointer>();
+    auto& panelsPointer = *pointer;
+    platform.pointer = std::move(pointer);
+    platform.pasteboard = std::make_unique<NoPasteboard>();
+    platform.dropReader = std::make_unique<NoDropReader>();
+    platform.applications = std::make_unique<NoApplications>();
+    platform.keystrokes = std::make_unique<NoKeystrokes>();
+    platform.hotKeys = std::make_unique<NoHotKeys>();
+    platform.accessibilityTrust = std::make_unique<NoTrust>();
+    platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
+        liveSessionBus(), liveSystemBus(), LinuxPowerAssertions::Substitute(), *platform.scheduler);
+    platform.adoptPanel = [&panelsPointer](QQuickWindow& window) {
+        return std::make_unique<LayerShellPanelWindow>(window, panelsPointer);
+    };
+}
+
+} // namespace nimbarrow

@@ -1,0 +1,40 @@
+#include "linux/DisplayPorts.h"
+#include "linux/applications/X11Applications.h"
+#include "linux/display/DisplayPanels.h"
+#include "linux/display/QtScreens.h"
+#include "linux/display/X11Pointer.h"
+#include "linux/keys/X11HotKeys.h"
+#include "linux/keys/X11Keystrokes.h"
+#include "linux/keys/X11Trust.h"
+#include "linux/panel/X11PanelWindow.h"
+#include "linux/pasteboard/X11DropReader.h"
+#include "linux/pasteboard/X11Pasteboard.h"
+#include "linux/power/LinuxPowerAssertions.h"
+#include "linux/power/X11ScreenSaver.h"
+#include "linux/session/LinuxSessionLock.h"
+#include "linux/session/SessionBus.h"
+
+namespace nimbarrow {
+
+void addX11Ports(Platform& platform, DisplaySystem system, LinuxSessionLock& lock)
+{
+    platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
+    platform.pointer = std::make_unique<X11Pointer>(system == DisplaySystem::XWayland);
+    auto pasteboard = std::make_unique<X11Pasteboard>();
+    platform.dropReader = std::make_unique<X11DropReader>(*pasteboard);
+    platform.pasteboard = std::move(pasteboard);
+    auto applications = std::make_unique<X11Applications>();
+    platform.keystrokes = std::make_unique<X11Keystrokes>(*applications);
+    platform.applications = std::move(applications);
+    platform.hotKeys = std::make_unique<X11HotKeys>();
+    platform.accessibilityTrust = std::make_unique<X11Trust>();
+    platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
+        liveSessionBus(), liveSystemBus(), [] { return x11::suspendScreenSaver(); }, *platform.scheduler);
+    platform.adoptPanel = [&lock](QQuickWindow& window) {
+        auto panel = std::make_unique<X11PanelWindow>(window);
+        lock.follow(panel->cover());
+        return panel;
+    };
+}
+
+} // namespace nimbarrow

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "linux/panel/PanelKeys.h"
+#include "platform/PanelWindow.h"
+
+#include <QPointer>
+#include <QRect>
+
+#include <memory>
+
+class QQuickWindow;
+class QScreen;
+struct zwlr_layer_shell_v1;
+struct zwlr_layer_surface_v1;
+
+namespace nimbarrow {
+
+class WaylandPointer;
+
+/// A panel in the compositor's layer above all windows. Its surface is as large as the largest frame that it
+/// has had at this place, and the smaller ones lie in its middle: a surface that changes its size is one
+/// frame late, but its outline is not. All that is outside the outline is transparent, to clicks too.
+class LayerShellPanelWindow final : public PanelWindow {
+    Q_OBJECT
+
+public:
+    /// `window` was never shown. Both must outlive the panel; the pointer learns what the surface hears of
+    /// it. The program must run on Qt's Wayland platform, with a compositor that has the layer shell.
+    LayerShellPanelWindow(QQuickWindow& window, WaylandPointer& pointer);
+    ~LayerShellPanelWindow() override;
+
+    void setFrame(const ScreenRect& frame) override;
+    void orderFront() override;
+    void orderOut() override;
+    void makeKey() override;
+    void resignKey() override;
+    [[nodiscard]] bool isKey() const override { return m_isKey; }
+    /// The compositor gives it to whom it has taken it from.
+    [[nodiscard]] bool hasReturnedKey() const override { return true; }
+    void setOutline(const QPainterPath& outline) override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    struct Destroy {
+        void operator()(zwlr_layer_shell_v1* shell) const;
+        void operator()(zwlr_layer_surface_v1* layer) const;
+    };
+
+    /// Gives the window a surface in the layer; it is shown as soon as the compositor agrees.
+    void map();
+    /// The window has no surface after that.
+    void unmap();
+    void place();
+    void setInteractive(bool interactive);
+    void followPointer(const QEvent& event);
+    [[nodiscard]] QScreen* screenOfFrame() const;
+
+    QQuickWindow& m_window;
+    WaylandPointer& m_pointer;
+    PanelKeys m_keys;
+    std::unique_ptr<zwlr_layer_shell_v1, Destroy> m_shell;
+    std::unique_ptr<zwlr_layer_surface_v1, Destroy> m_layer;
+    QPointer<QScreen> m_screen;
+    /// In Qt's coordinates of the desktop.
+    QRect m_surface;
+    bool m_isFront = false;
+    bool m_isKey = false;
+};
+
+} // namespace nimbarrow
