@@ -5,20 +5,14 @@
 #include "linux/applications/X11ClientList.h"
 #include "linux/display/X11Properties.h"
 
-#include <QIcon>
-#include <QPixmap>
-
 using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
 namespace {
 
 constexpr auto fromPager = 2;
-constexpr auto largestIcon = 128;
 /// How far up from a player the terminal may be that it runs in.
 constexpr auto mostAncestors = 8;
-/// Marks a handle that is a process, whose window is looked for when it is wanted.
-constexpr quint64 processMark = quint64(1) << 32;
 
 std::optional<quint32> activeWindow()
 {
@@ -49,47 +43,23 @@ X11Applications::X11Applications()
 }
 
 X11Applications::X11Applications(std::unique_ptr<DesktopEntries> entries)
-    : m_entries(std::move(entries))
+    : DesktopApplications(std::move(entries))
 {
 }
-
-X11Applications::~X11Applications() = default;
 
 std::optional<RunningApplication> X11Applications::frontmost() const
 {
     const auto window = activeWindow();
-    if (!window)
-        return {};
-    if (const auto entry = entryOf(*window))
-        return RunningApplication { entry->name, entry->id, *window };
-    const auto name = classOf(*window);
-    if (name.isEmpty())
-        return {};
-    return RunningApplication { name, {}, *window };
+    return window ? shownBy(*window, entryOf(*window), classOf(*window)) : std::nullopt;
 }
 
 std::optional<RunningApplication> X11Applications::withProcess(qint32 pid) const
 {
     if (const auto window = x11::windowOf(x11::clients(x11::qtConnection()), pid)) {
-        const auto entry = entryOf(*window);
-        return RunningApplication { entry ? entry->name : classOf(*window), entry ? entry->id : QString(),
-            *window };
+        return shownBy(*window, entryOf(*window), classOf(*window))
+            .value_or(RunningApplication { {}, {}, *window });
     }
-    const auto program = processes::name(pid);
-    if (program.isEmpty())
-        return {};
-    const auto entry = m_entries->byWindowClass(program).value_or(DesktopEntry {});
-    return RunningApplication { entry.name, entry.id, processMark | static_cast<quint32>(pid) };
-}
-
-QImage X11Applications::icon(const RunningApplication& application) const
-{
-    const auto entry = m_entries->byId(application.identifier);
-    if (!entry || entry->icon.isEmpty())
-        return {};
-    const auto isFile = entry->icon.startsWith(u'/');
-    const auto icon = isFile ? QIcon(entry->icon) : QIcon::fromTheme(entry->icon);
-    return icon.pixmap(QSize(largestIcon, largestIcon), 1.0).toImage();
+    return DesktopApplications::withProcess(pid);
 }
 
 void X11Applications::activate(const RunningApplication& application)
@@ -98,9 +68,9 @@ void X11Applications::activate(const RunningApplication& application)
     const auto root = x11::rootWindow(connection);
     if (root == XCB_NONE || application.handle == 0)
         return;
-    const auto isProcess = (application.handle & processMark) != 0;
-    const auto window = isProcess ? windowFor(static_cast<qint32>(application.handle & ~processMark))
-                                  : std::optional(static_cast<quint32>(application.handle));
+    const auto process = processOf(application);
+    const auto window
+        = process ? windowFor(*process) : std::optional(static_cast<quint32>(application.handle));
     if (!window)
         return;
     xcb_client_message_event_t event {};
@@ -122,7 +92,7 @@ std::optional<quint32> X11Applications::windowFor(qint32 pid) const
     if (const auto own = x11::windowOf(clients, pid))
         return own;
     // In a sandbox a program does not know its process by the number that others know it by.
-    if (const auto program = m_entries->byWindowClass(processes::name(pid))) {
+    if (const auto program = entries().byWindowClass(processes::name(pid))) {
         for (auto client = clients.crbegin(); client != clients.crend(); ++client) {
             if (entryOf(client->window) == program)
                 return client->window;
@@ -136,28 +106,21 @@ std::optional<quint32> X11Applications::windowFor(qint32 pid) const
     return {};
 }
 
-bool X11Applications::isTerminalInFront() const
-{
-    const auto window = activeWindow();
-    const auto entry = window ? entryOf(*window) : std::nullopt;
-    return entry && entry->categories.contains("TerminalEmulator"_L1);
-}
-
 std::optional<DesktopEntry> X11Applications::entryOf(quint32 window) const
 {
     if (const auto id = QString::fromUtf8(textOf(window, "_GTK_APPLICATION_ID")); !id.isEmpty()) {
-        if (auto entry = m_entries->byId(id))
+        if (auto entry = entries().byId(id))
             return entry;
     }
     if (const auto path = QString::fromUtf8(textOf(window, "_BAMF_DESKTOP_FILE")); !path.isEmpty()) {
-        if (auto entry = m_entries->byId(path.section(u'/', -1)))
+        if (auto entry = entries().byId(path.section(u'/', -1)))
             return entry;
     }
     // The class says which program it is; the instance before it may have been given by whoever started it.
     const auto names = textOf(window, "WM_CLASS").split('\0');
     for (const auto index : { 1, 0 }) {
         if (const auto name = QString::fromUtf8(names.value(index)); !name.isEmpty()) {
-            if (auto entry = m_entries->byWindowClass(name))
+            if (auto entry = entries().byWindowClass(name))
                 return entry;
         }
     }

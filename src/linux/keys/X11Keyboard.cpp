@@ -1,12 +1,11 @@
 #include "linux/keys/X11Keyboard.h"
 
 #include "linux/display/X11Properties.h"
+#include "linux/keys/XkbKeymap.h"
 
 #include <algorithm>
-#include <memory>
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
-#include <xkbcommon/xkbcommon.h>
 
 // One of its fields is named like a C++ keyword.
 #define explicit explicit_
@@ -29,26 +28,7 @@ constexpr std::array places {
 constexpr std::array<xkb_keysym_t, 7> locks { XKB_KEY_Caps_Lock, XKB_KEY_Shift_Lock, XKB_KEY_Scroll_Lock,
     XKB_KEY_ISO_Lock, XKB_KEY_ISO_Level3_Lock, XKB_KEY_ISO_Level5_Lock, XKB_KEY_Num_Lock };
 
-using Context = std::unique_ptr<xkb_context, decltype(&xkb_context_unref)>;
-using Keymap = std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)>;
 using State = std::unique_ptr<xkb_state, decltype(&xkb_state_unref)>;
-
-bool types(xkb_keymap* keymap, xkb_keycode_t code, xkb_layout_index_t layout, xkb_keysym_t wanted)
-{
-    const xkb_keysym_t* symbols = nullptr;
-    const auto count = xkb_keymap_key_get_syms_by_level(keymap, code, layout, 0, &symbols);
-    return count == 1 && symbols[0] == wanted;
-}
-
-std::optional<xcb_keycode_t> codeTyping(xkb_keymap* keymap, xkb_layout_index_t layout, xkb_keysym_t wanted)
-{
-    const auto last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(keymap), 255);
-    for (auto code = xkb_keymap_min_keycode(keymap); code <= last; ++code) {
-        if (types(keymap, code, layout, wanted))
-            return static_cast<xcb_keycode_t>(code);
-    }
-    return {};
-}
 
 } // namespace
 
@@ -102,10 +82,10 @@ std::optional<xcb_keycode_t> X11Keyboard::codeOfModifier(xcb_map_index_t row) co
 void X11Keyboard::readKeys(xcb_connection_t* connection)
 {
     const auto device = xkb_x11_get_core_keyboard_device_id(connection);
-    const Context context(xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
+    const auto context = xkb::makeContext();
     if (device < 0 || !context)
         return;
-    const Keymap keymap(
+    const xkb::Keymap keymap(
         xkb_x11_keymap_new_from_device(context.get(), connection, device, XKB_KEYMAP_COMPILE_NO_FLAGS),
         &xkb_keymap_unref);
     if (!keymap)
@@ -121,16 +101,14 @@ void X11Keyboard::readKeys(xcb_connection_t* connection)
 
     const auto current
         = state ? xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE) : xkb_layout_index_t(0);
-    m_codeTypingV = codeTyping(keymap.get(), current, XKB_KEY_v);
-    for (xkb_layout_index_t layout = 0; !m_codeTypingV && layout < xkb_keymap_num_layouts(keymap.get());
-         ++layout)
-        m_codeTypingV = codeTyping(keymap.get(), layout, XKB_KEY_v);
+    if (const auto code = xkb::codeTyping(keymap.get(), current, XKB_KEY_v))
+        m_codeTypingV = static_cast<xcb_keycode_t>(*code);
     if (!m_codeTypingV)
         m_codeTypingV = codeOf(Key::V);
 
     for (xkb_keycode_t code = xkb_keymap_min_keycode(keymap.get()); code <= 255; ++code) {
         for (const xkb_keysym_t lock : locks) {
-            if (!types(keymap.get(), code, 0, lock))
+            if (!xkb::types(keymap.get(), code, 0, lock))
                 continue;
             m_lockCodes << static_cast<xcb_keycode_t>(code);
             if (lock == XKB_KEY_Num_Lock)

@@ -1,6 +1,6 @@
 #include "linux/keys/X11Keystrokes.h"
 
-#include "linux/applications/X11Applications.h"
+#include "linux/applications/DesktopApplications.h"
 #include "linux/display/X11Properties.h"
 #include "linux/keys/X11Keyboard.h"
 #include "linux/keys/X11Trust.h"
@@ -26,7 +26,7 @@ KeyCodes keysDown(xcb_connection_t* connection)
 
 } // namespace
 
-X11Keystrokes::X11Keystrokes(const X11Applications& applications)
+X11Keystrokes::X11Keystrokes(const DesktopApplications& applications)
     : m_applications(applications)
 {
 }

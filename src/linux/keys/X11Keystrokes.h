@@ -4,18 +4,18 @@
 
 namespace nimbarrow {
 
-class X11Applications;
+class DesktopApplications;
 
 /// Types through the server's test extension. Modifiers that the user still holds are lifted while it types.
 class X11Keystrokes final : public Keystrokes {
 public:
     /// `applications` tells what is in front, and must live longer.
-    explicit X11Keystrokes(const X11Applications& applications);
+    explicit X11Keystrokes(const DesktopApplications& applications);
 
     void postPaste() override;
 
 private:
-    const X11Applications& m_applications;
+    const DesktopApplications& m_applications;
 };
 
 } // namespace nimbarrow

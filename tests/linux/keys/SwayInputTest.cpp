@@ -1,0 +1,204 @@
+#include "linux/applications/DesktopEntries.h"
+#include "linux/applications/ForeignToplevels.h"
+#include "linux/keys/VirtualKeyboardKeystrokes.h"
+#include "support/PrivateCompositor.h"
+
+#include <QDir>
+#include <QFile>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+#include <qpa/qplatformnativeinterface.h>
+
+using namespace Qt::StringLiterals;
+using namespace nimbarrow;
+
+class SwayInputTest : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SwayInputTest(PrivateCompositor& compositor)
+        : m_compositor(compositor)
+        , m_display(static_cast<wl_display*>(
+              QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display")))
+    {
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        write(u"org.example.editor"_s, "Name=Editor\nName[uk]=Редактор\nCategories=Utility;\n");
+        write(u"term"_s,
+            "Name=Terminal\nStartupWMClass=terminal.of.test\nCategories=System;TerminalEmulator;\n");
+        write(u"sh"_s, "Name=Shell\nStartupWMClass=terminal.of.test.2\n");
+        m_applications = std::make_unique<ForeignToplevels>(
+            m_display, std::make_unique<DesktopEntries>(QStringList(m_folder.path()), u"uk_UA"_s));
+        m_keystrokes = std::make_unique<VirtualKeyboardKeystrokes>(m_display, *m_applications);
+        QVERIFY(m_applications->isAvailable());
+        QVERIFY(m_keystrokes->isAvailable());
+        QVERIFY(!m_applications->frontmost());
+        QGuiApplication::setDesktopFileName(u"org.example.editor"_s);
+        m_editor = std::make_unique<QQuickWindow>();
+        QQmlComponent component(&m_engine);
+        component.setData("import QtQuick\nTextEdit { focus: true }", {});
+        m_text.reset(qobject_cast<QQuickItem*>(component.create()));
+        QVERIFY2(m_text, qPrintable(component.errorString()));
+        m_text->setParentItem(m_editor->contentItem());
+        m_editor->show();
+        QTRY_COMPARE(front(), u"org.example.editor"_s);
+    }
+
+    void frontProgramIsNamedAndComesBack()
+    {
+        const auto editor = m_applications->frontmost();
+        QCOMPARE(editor->name, u"Редактор"_s);
+        QProcess other;
+        startTerminal(other, u"some.tool"_s, u"sleep 60"_s);
+        QTRY_COMPARE(m_applications->frontmost().value_or(RunningApplication {}).name, u"some.tool"_s);
+        QVERIFY(!m_applications->isTerminalInFront());
+        const auto tool = *m_applications->frontmost();
+
+        m_applications->activate(*editor);
+        QTRY_COMPARE(m_applications->frontmost(), editor);
+        QTRY_VERIFY(m_editor->isActive());
+        // A workspace where nothing is.
+        QVERIFY(m_compositor.command(u"workspace empty"_s));
+        QTRY_VERIFY(!m_applications->frontmost());
+        m_applications->activate(tool);
+        QTRY_COMPARE(m_applications->frontmost(), std::optional(tool));
+
+        end(other);
+        QTRY_COMPARE(m_applications->frontmost(), editor);
+        m_applications->activate(tool);
+        QTest::qWait(50);
+        QCOMPARE(m_applications->frontmost(), editor);
+    }
+
+    void playerComesForwardWithItsTerminal()
+    {
+        QProcess terminal;
+        const auto pid = m_folder.filePath(u"pid"_s);
+        startTerminal(terminal, u"terminal.of.test.2"_s, u"sleep 60 & echo $! >"_s + pid + u"; wait"_s);
+        QTRY_VERIFY(QFile(pid).size() > 1);
+        m_applications->activate(*editorInFront());
+        QTRY_COMPARE(front(), u"org.example.editor"_s);
+        QFile file(pid);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const auto player = m_applications->withProcess(file.readAll().trimmed().toInt());
+        QVERIFY(player);
+        m_applications->activate(*player);
+        QTRY_COMPARE(front(), u"sh"_s);
+        end(terminal);
+    }
+
+    void pasteReachesANativeWindow()
+    {
+        QTRY_COMPARE(front(), u"org.example.editor"_s);
+        copy("скопійоване");
+        QTRY_VERIFY(m_editor->isActive());
+        m_keystrokes->postPaste();
+        QTRY_COMPARE(m_text->property("text").toString(), u"скопійоване"_s);
+        // No modifier is left behind.
+        QVERIFY(QProcess::execute(u"wtype"_s, { u"v"_s }) == 0);
+        QTRY_COMPARE(m_text->property("text").toString(), u"скопійованеv"_s);
+    }
+
+    void pasteReachesATerminal()
+    {
+        const auto result = m_folder.filePath(u"pasted"_s);
+        copy("to a shell");
+        QProcess terminal;
+        startTerminal(terminal, u"terminal.of.test"_s,
+            u"stty raw -echo; echo >"_s + result + u".ready; head -c 10 >"_s + result);
+        QTRY_COMPARE(front(), u"term"_s);
+        QTRY_VERIFY(QFile::exists(result + u".ready"_s));
+        m_keystrokes->postPaste();
+        QTRY_COMPARE(QFile(result).size(), 10);
+        QFile file(result);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), "to a shell");
+        end(terminal);
+    }
+
+    void cleanupTestCase()
+    {
+        m_text.reset();
+        m_editor.reset();
+        m_keystrokes.reset();
+        m_applications.reset();
+        if (m_copied)
+            end(*m_copied);
+    }
+
+private:
+    [[nodiscard]] QString front() const
+    {
+        return m_applications->frontmost().value_or(RunningApplication {}).identifier;
+    }
+
+    [[nodiscard]] std::optional<RunningApplication> editorInFront() const
+    {
+        if (!m_compositor.command(u"[app_id=org.example.editor] focus"_s)
+            || !QTest::qWaitFor([this] { return front() == u"org.example.editor"_s; }))
+            return {};
+        return m_applications->frontmost();
+    }
+
+    static void startTerminal(QProcess& process, const QString& id, const QString& script)
+    {
+        process.setStandardErrorFile(QProcess::nullDevice());
+        process.start(u"foot"_s, { u"--config=/dev/null"_s, u"--app-id="_s + id, u"sh"_s, u"-c"_s, script });
+        QVERIFY(process.waitForStarted());
+    }
+
+    static void end(QProcess& process)
+    {
+        process.terminate();
+        QTRY_COMPARE(process.state(), QProcess::NotRunning);
+    }
+
+    void copy(const QByteArray& text)
+    {
+        if (m_copied)
+            end(*m_copied);
+        m_copied = std::make_unique<QProcess>();
+        m_copied->start(u"wl-copy"_s, { u"--foreground"_s });
+        m_copied->write(text);
+        m_copied->closeWriteChannel();
+        QTRY_COMPARE(
+            [] {
+                QProcess reader;
+                reader.start(u"wl-paste"_s, { u"--no-newline"_s });
+                reader.waitForFinished();
+                return reader.readAllStandardOutput();
+            }(),
+            text);
+    }
+
+    void write(const QString& id, const QByteArray& more) const
+    {
+        QDir().mkpath(m_folder.filePath(u"applications"_s));
+        QFile file(m_folder.filePath(u"applications/"_s + id + u".desktop"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[Desktop Entry]\nType=Application\n" + more);
+    }
+
+    PrivateCompositor& m_compositor;
+    wl_display* m_display;
+    QTemporaryDir m_folder;
+    QQmlEngine m_engine;
+    std::unique_ptr<ForeignToplevels> m_applications;
+    std::unique_ptr<VirtualKeyboardKeystrokes> m_keystrokes;
+    std::unique_ptr<QQuickWindow> m_editor;
+    std::unique_ptr<QQuickItem> m_text;
+    std::unique_ptr<QProcess> m_copied;
+};
+
+int main(int argc, char** argv)
+{
+    return runOnPrivateSway<SwayInputTest>(argc, argv);
+}
+
+#include "SwayInputTest.moc"
