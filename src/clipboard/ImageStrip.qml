@@ -13,7 +13,7 @@ Item {
     required property var selection
     required property bool keyboardMode
 
-    readonly property int _duration: Motion.reduced ? 1 : StripSpring.duration
+    readonly property int _duration: Motion.reduced ? 1 : Springs.stripDuration
 
     signal collapseRequested
     signal previewRequested(id: var)
@@ -40,7 +40,7 @@ Item {
         add: Transition {
             NumberAnimation {
                 duration: root._duration
-                easing: StripSpring.curve
+                easing: Springs.strip
                 from: 0
                 property: "opacity"
                 to: 1
@@ -49,7 +49,7 @@ Item {
         displaced: Transition {
             NumberAnimation {
                 duration: root._duration
-                easing: StripSpring.curve
+                easing: Springs.strip
                 property: "x"
             }
             // An image that moves while it still comes in would stay half visible.

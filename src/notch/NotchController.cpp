@@ -2,12 +2,12 @@
 
 #include "clipboard/PasteboardCapture.h"
 #include "notch/HoverTrackingView.h"
-#include "notch/NotchMotion.h"
 #include "platform/Pointer.h"
 #include "platform/Screens.h"
 #include "platform/SessionLock.h"
 #include "preferences/L10n.h"
 #include "preferences/Settings.h"
+#include "style/Springs.h"
 
 #include <QPointer>
 
@@ -128,7 +128,7 @@ void NotchController::resizeForCalendar()
 
 void NotchController::settleLater(std::function<void()> task)
 {
-    m_settleTimer = m_services.scheduler.after(notchmotion::settleDelay, std::move(task));
+    m_settleTimer = m_services.scheduler.after(Springs::surfaceRest, std::move(task));
 }
 
 void NotchController::setMode(NotchState::Mode mode)

@@ -5,7 +5,7 @@ import Nimbarrow.Style
 /// The spring of the surface, for one of the values that give it its form.
 Behavior {
     NumberAnimation {
-        duration: Motion.reduced ? 0 : SurfaceSpring.duration
-        easing: SurfaceSpring.curve
+        duration: Motion.reduced ? 0 : Springs.surfaceDuration
+        easing: Springs.surface
     }
 }

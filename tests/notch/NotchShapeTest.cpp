@@ -1,6 +1,6 @@
 #include "notch/NotchShape.h"
 
-#include "notch/SurfaceSpring.h"
+#include "style/Springs.h"
 
 #include <QTest>
 
@@ -52,15 +52,16 @@ private Q_SLOTS:
 
     void springComesToRestWithOneSmallSwing()
     {
-        QCOMPARE(SurfaceSpring::position(0), 0.0);
-        QCOMPARE(SurfaceSpring::position(1), 1.0);
-        QVERIFY(qAbs(SurfaceSpring::position(0.9999) - 1) < 1e-3);
+        const auto curve = Springs::surface();
+        QCOMPARE(curve.valueForProgress(0), 0.0);
+        QCOMPARE(curve.valueForProgress(1), 1.0);
+        QVERIFY(qAbs(curve.valueForProgress(0.9999) - 1) < 1e-3);
         qreal highest = 0;
         for (auto step = 0; step <= 1000; ++step)
-            highest = std::max(highest, SurfaceSpring::position(step / 1000.0));
+            highest = std::max(highest, curve.valueForProgress(step / 1000.0));
         // A spring of this damping overshoots by exp(-pi d / sqrt(1 - d^2)).
         QVERIFY2(highest > 1.004 && highest < 1.006, qPrintable(QString::number(highest)));
-        QVERIFY(qAbs(SurfaceSpring::position(0.15) - 0.534) < 1e-3);
+        QVERIFY(qAbs(curve.valueForProgress(0.15) - 0.534) < 1e-3);
     }
 };
 

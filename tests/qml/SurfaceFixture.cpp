@@ -2,8 +2,8 @@
 
 #include "clipboard/ThumbnailFile.h"
 #include "notch/NotchPanel.h"
-#include "notch/SurfaceSpring.h"
 #include "style/Motion.h"
+#include "style/Springs.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -89,7 +89,7 @@ void SurfaceFixture::show(NotchState::Mode mode)
 
 void SurfaceFixture::settle()
 {
-    QTest::qWait(Motion::instance().isReduced() ? 60 : SurfaceSpring::duration() + 60);
+    QTest::qWait(Motion::instance().isReduced() ? 60 : Springs::surfaceDuration() + 60);
     // The thumbnails that the views have asked for meanwhile.
     history.queues.runAll();
     QTest::qWait(30);

@@ -79,15 +79,6 @@ private:
     QDBusConnection m_bus;
 };
 
-int runAsHolder()
-{
-    ManualTime time;
-    LinuxPowerAssertions power(liveSessionBus(), liveSystemBus(), {}, time);
-    KeepAwake keepAwake(power, time, time);
-    keepAwake.choose(0);
-    return QCoreApplication::exec();
-}
-
 } // namespace
 
 class LinuxPowerAssertionsTest : public QObject {
@@ -206,22 +197,6 @@ private Q_SLOTS:
         QTRY_COMPARE(m_login->list(), QStringList());
     }
 
-    void endsWithTheProcess()
-    {
-        QProcess holder;
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_session.address());
-        environment.insert(u"DBUS_SYSTEM_BUS_ADDRESS"_s, m_system.address());
-        holder.setProcessEnvironment(environment);
-        holder.start(QCoreApplication::applicationFilePath(), { u"--hold"_s });
-        QTRY_COMPARE(m_saver->held.size(), 1);
-        QTRY_COMPARE(m_login->list(), QStringList { ours });
-        holder.kill();
-        QVERIFY(holder.waitForFinished());
-        QTRY_VERIFY(m_saver->held.isEmpty());
-        QTRY_COMPARE(m_login->list(), QStringList());
-    }
-
     void asksAgainAfterARestartAndNowhereElse()
     {
         const FakeInhibitPortal portal(m_session.address());
@@ -262,37 +237,52 @@ private Q_SLOTS:
         QTRY_COMPARE(m_saver->log, (QStringList { asked(), u"UnInhibit 1"_s }));
     }
 
-    void theWindowingSystemStandsInForTheScreenSaver_data()
+    void othersStandInForTheScreenSaver_data()
     {
         QTest::addColumn<QString>("saver");
-        QTest::addColumn<bool>("substituted");
-        QTest::newRow("it grants") << u"grants"_s << false;
-        QTest::newRow("it refuses, the portal grants what it may not keep") << u"refuses"_s << true;
-        QTest::newRow("it never answers") << u"silent"_s << true;
-        QTest::newRow("no bus") << u"no bus"_s << true;
+        QTest::addColumn<bool>("displayServer");
+        for (const auto* const saver :
+            { "grants", "refuses", "is missing", "ends", "never answers", "no bus" }) {
+            for (const auto displayServer : { true, false })
+                QTest::addRow("%s%s", saver, displayServer ? "" : ", the portal alone")
+                    << QString::fromLatin1(saver) << displayServer;
+        }
     }
 
-    void theWindowingSystemStandsInForTheScreenSaver()
+    void othersStandInForTheScreenSaver()
     {
-        QFETCH(QString, saver);
+        QFETCH(const QString, saver);
+        QFETCH(const bool, displayServer);
         const FakeInhibitPortal portal(m_session.address());
+        const auto hasBus = saver != "no bus"_L1;
         m_saver->refuses = saver == "refuses"_L1;
-        m_saver->answers = saver != "silent"_L1;
-        m_program = std::make_unique<Program>(
-            saver == "no bus"_L1 ? std::nullopt : connection(m_session, u"session"_s), std::nullopt,
-            [this] { return std::make_unique<Substituted>(m_substituted); });
+        m_saver->answers = saver != "never answers"_L1 && saver != "ends"_L1;
+        m_program.reset();
+        m_program = std::make_unique<Program>(hasBus ? connection(m_session, u"session"_s) : std::nullopt,
+            std::nullopt,
+            displayServer ? [this] { return std::make_unique<Substituted>(m_substituted); }
+                          : LinuxPowerAssertions::Substitute());
+        if (saver == "is missing"_L1)
+            m_saver.reset();
         m_program->keepAwake.choose(0);
-        if (saver == "silent"_L1) {
+        if (hasBus && m_saver && !m_saver->answers)
             QTRY_COMPARE(m_saver->log.size(), 1);
+        if (saver == "ends"_L1)
+            m_saver.reset();
+        else if (m_saver && !m_saver->answers)
             m_program->time.advance(5s);
+        // The portal may grant what it does not keep.
+        const auto standsIn = saver != "grants"_L1;
+        for (const int hours : { 0, 3 }) {
+            m_program->keepAwake.choose(hours);
+            settle();
+            QTRY_COMPARE(portal.held(), standsIn && hasBus ? 1 : 0);
+            QCOMPARE(portal.log, QStringList(portal.held(), u"8 Nimbarrow keep awake"_s));
+            QCOMPARE(m_substituted, standsIn && displayServer ? 1 : 0);
+            QCOMPARE(m_program->keepAwake.isActive(), hasBus || displayServer);
         }
-        settle();
-        QTEST(m_substituted == 1, "substituted");
-        QVERIFY(m_program->keepAwake.isActive());
-        m_program->keepAwake.choose(3);
-        settle();
-        QTEST(m_substituted == 1, "substituted");
         m_program->keepAwake.deactivate();
+        QTRY_COMPARE(portal.held(), 0);
         QTRY_COMPARE(m_substituted, 0);
     }
 
@@ -319,36 +309,6 @@ private Q_SLOTS:
         QVERIFY(!x11::suspendScreenSaver(":1999"));
     }
 
-    void thePortalStandsInForTheScreenSaver_data()
-    {
-        QTest::addColumn<QString>("saver");
-        QTest::newRow("there is none") << u"none"_s;
-        QTest::newRow("it refuses") << u"refuses"_s;
-        QTest::newRow("it ends without an answer") << u"ends"_s;
-    }
-
-    void thePortalStandsInForTheScreenSaver()
-    {
-        QFETCH(QString, saver);
-        const FakeInhibitPortal portal(m_session.address());
-        m_saver->refuses = saver == "refuses"_L1;
-        m_saver->answers = saver != "ends"_L1;
-        if (saver == "none"_L1)
-            m_saver.reset();
-        m_program->keepAwake.choose(0);
-        if (saver == "ends"_L1) {
-            QTRY_COMPARE(m_saver->log.size(), 1);
-            m_saver.reset();
-        }
-        QTRY_COMPARE(portal.held(), 1);
-        QCOMPARE(portal.log, QStringList { u"8 Nimbarrow keep awake"_s });
-        m_program->keepAwake.choose(3);
-        settle();
-        QCOMPARE(portal.log.size(), 1);
-        m_program->keepAwake.deactivate();
-        QTRY_COMPARE(portal.held(), 0);
-    }
-
     void whatNobodyGrantsFailsAlone()
     {
         m_saver.reset();
@@ -361,19 +321,8 @@ private Q_SLOTS:
         m_program = std::make_unique<Program>(connection(m_session, u"session"_s), std::nullopt);
         m_program->keepAwake.choose(1);
         QTRY_VERIFY(!m_program->keepAwake.isActive());
-
-        m_program = std::make_unique<Program>(std::nullopt, std::nullopt);
-        m_program->keepAwake.choose(1);
-        QVERIFY(!m_program->keepAwake.isActive());
     }
 };
 
-int main(int count, char** values)
-{
-    QCoreApplication app(count, values);
-    if (QCoreApplication::arguments().contains("--hold"_L1))
-        return runAsHolder();
-    LinuxPowerAssertionsTest test;
-    return QTest::qExec(&test, count, values);
-}
+QTEST_GUILESS_MAIN(LinuxPowerAssertionsTest)
 #include "LinuxPowerAssertionsTest.moc"
