@@ -2,6 +2,7 @@
 
 #include "calendar/LinkDetector.h"
 #include "platform/CalendarStore.h"
+#include "text/DisplayLine.h"
 
 #include <QLocale>
 #include <QUuid>
@@ -18,6 +19,10 @@ namespace {
 
 constexpr std::array meetingHosts { "meet.google.com"_L1, "zoom.us"_L1, "teams.microsoft.com"_L1,
     "teams.live.com"_L1 };
+
+// More than fits anywhere.
+constexpr qsizetype longestText = 300;
+constexpr qsizetype longestName = 60;
 
 constexpr QRgb calendarBlue = qRgb(0, 122, 255);
 
@@ -51,12 +56,14 @@ DayEvent DayEvent::make(const CalendarEvent& event)
     DayEvent day;
     day.id = event.identifier.isEmpty() ? QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper()
                                         : event.identifier;
-    day.title = event.title;
+    // Whoever sends an invitation may write anything into it, and a calendar's name comes from its server.
+    day.title = displayLine(event.title, longestText);
+    day.calendar = displayLine(event.calendar, longestName);
     day.start = event.start;
     day.end = event.end;
     day.isAllDay = event.isAllDay;
     day.color = event.color && event.color->isValid() ? *event.color : QColor(calendarBlue);
-    if (const auto location = event.location.trimmed(); !location.isEmpty())
+    if (const auto location = displayLine(event.location.trimmed(), longestText); !location.isEmpty())
         day.location = location;
     day.meetingUrl = meetingUrlIn(QList { event.url } + event.conferences, { event.location, event.notes });
     day.isRecurring = event.hasRecurrenceRules || event.isDetached;
@@ -127,11 +134,16 @@ QString DayEvent::details() const
         return locale.toString(
             moment.toLocalTime().time(), locale.timeFormat(QLocale::ShortFormat).remove(":ss"_L1));
     };
-    QStringList lines;
+    QStringList first;
     if (!isAllDay)
-        lines << time(start) + u" – "_s + time(end);
+        first << time(start) + u" – "_s + time(end);
+    if (!calendar.isEmpty())
+        first << calendar;
+    QStringList lines;
+    if (!first.isEmpty())
+        lines << first.join(u" · "_s);
     if (location)
-        lines << location->section(u'\n', 0, 0);
+        lines << *location;
     return lines.join(u'\n');
 }
 

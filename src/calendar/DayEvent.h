@@ -20,13 +20,16 @@ struct DayEvent {
     /// As bright as it must be to be seen on black.
     Q_PROPERTY(QColor color READ visibleColor CONSTANT)
     Q_PROPERTY(bool isMeeting READ hasMeetingUrl CONSTANT)
-    /// When and where, in the user's locale; one line each.
+    /// When and in which calendar, in the user's locale, and where; a line each.
     Q_PROPERTY(QString details READ details CONSTANT)
 
 public:
     /// Of the store; made up where it has none.
     QString id;
+    /// As all texts of it, a line that can be shown.
     QString title;
+    /// Its calendar's name; empty where it has none.
+    QString calendar;
     QDateTime start;
     QDateTime end;
     bool isAllDay = false;

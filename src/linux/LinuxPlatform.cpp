@@ -108,7 +108,7 @@ std::unique_ptr<CalendarStore> makeCalendarStore(UserDefaults& defaults, const L
     return std::make_unique<LinuxCalendarStore>(defaults, liveSessionBus(),
         LinuxCalendarStore::Stores {
             [] { return CalendarStorePlugin::load(u"nimbarrow-calendar-server"_s, {}); },
-            [folder] { return CalendarStorePlugin::load(u"nimbarrow-calendar-folder"_s, folder); } },
+            [folder] { return CalendarStorePlugin::load(u"nimbarrow-calendar-folder"_s, folder); }, folder },
         std::make_unique<DayWatch>(liveSystemBus()));
 }
 

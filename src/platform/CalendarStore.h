@@ -20,6 +20,8 @@ struct CalendarEvent {
     struct Attendee {
         bool isCurrentUser = false;
         Participation participation = Participation::Unknown;
+
+        friend bool operator==(const Attendee&, const Attendee&) = default;
     };
 
     /// The store's own identifier, to open the event by; empty where it has none.
@@ -31,6 +33,8 @@ struct CalendarEvent {
     bool isAllDay = false;
     /// The colour of the event's calendar; none where it has none.
     std::optional<QColor> color;
+    /// The calendar's name; empty where the store does not tell.
+    QString calendar;
     QString location;
     QUrl url;
     /// Where the event says by itself that people meet.
@@ -41,6 +45,8 @@ struct CalendarEvent {
     bool hasRecurrenceRules = false;
     /// One occurrence of a series that was changed by itself.
     bool isDetached = false;
+
+    friend bool operator==(const CalendarEvent&, const CalendarEvent&) = default;
 };
 
 /// Port: the user's calendars.

@@ -142,6 +142,17 @@ private Q_SLOTS:
         QCOMPARE(DayEvent::make(event).meetingUrl, QUrl(u"https://zoom.us/j/1"_s));
         event.identifier = u"a"_s;
         event.isDetached = true;
+        // What it shows is a line, whoever wrote it; what it is searched for stays whole.
+        event.title = u"Stand\u202eup\nnow"_s;
+        event.calendar = u"Work\r\n"_s;
+        event.location = u" Room\n1 "_s + QString(500, u'x') + u"\nhttps://zoom.us/j/3"_s;
+        event.conferences.clear();
+        event.notes.clear();
+        const auto shown = DayEvent::make(event);
+        QCOMPARE(shown.title, u"Stand up now"_s);
+        QCOMPARE(shown.calendar, u"Work"_s);
+        QCOMPARE(shown.location, u"Room 1 "_s + QString(293, u'x'));
+        QCOMPARE(shown.meetingUrl, QUrl(u"https://zoom.us/j/3"_s));
         QVERIFY(DayEvent::make(event).isRecurring);
         QCOMPARE(DayEvent::make(event), DayEvent::make(event));
     }

@@ -1,7 +1,11 @@
-"""day_test.py PROGRAM PEERS: today's events from a real Evolution Data Server, then from a folder of calendar files, on
-a private desktop."""
+"""day_test.py PROGRAM PEERS: today's events from a real Evolution Data Server and a folder of calendar files together, then
+from the folder alone, on a private desktop."""
 
+import contextlib
 import datetime
+import os
+import pathlib
+import signal
 import sys
 import time
 
@@ -132,25 +136,65 @@ def install(desktop, name):
     desktop.environment["PATH"] = f"{folder}:{desktop.environment['PATH']}"
 
 
-def on_the_server(desktop, flow):
+@contextlib.contextmanager
+def stopped_server(desktop):
+    """It is there and says nothing."""
+    mark = f"DBUS_SESSION_BUS_ADDRESS={desktop.environment['DBUS_SESSION_BUS_ADDRESS']}".encode()
+    processes = []
+    for process in pathlib.Path("/proc").glob("[0-9]*"):
+        with contextlib.suppress(OSError):
+            if b"evolution-" in (process / "cmdline").read_bytes() and mark in (process / "environ").read_bytes():
+                processes.append(int(process.name))
+    if not processes:
+        raise StageMissed("a server that could be stopped")
+    for process in processes:
+        os.kill(process, signal.SIGSTOP)
+    try:
+        yield
+    finally:
+        for process in processes:
+            os.kill(process, signal.SIGCONT)
+
+
+def calendar_folder(desktop):
+    folder = desktop.history_folder / "calendars" / "Work"
+    folder.mkdir(parents=True)
+    return folder
+
+
+def in_both(desktop, flow):
     ask = lambda *words: desktop.call([PYTHON, "-c", CLIENT, *words]).decode()
     flow.asks()
     for components in flow.events():
         ask("add", calendar(components))
+    walk = calendar([event("walk", "Walk", flow.at(flow.hour - 1), flow.at(flow.hour))])
+    (calendar_folder(desktop) / "walk.ics").write_text(walk, newline="")
+    flow.wait_told("Walk")
     flow.shows_today()
     shown = desktop.home / "shown by gnome-calendar"
     flow.creates(lambda: "New Event" in ask("list"))
     wait_until("the new event in the calendar program", lambda: shown.exists() and "--uuid" in shown.read_text())
+    desktop.usual_log.append("nimbarrow.calendar.eds")
+    with stopped_server(desktop):
+        flow.fold()
+        flow.unfold()
+        flow.wait_told("Walk")
+        flow.shows_today()
+        desktop.stop()
+        desktop.start()
+        flow.unfold()
+        flow.wait_told("Walk")
+        flow.show("without the server")
+    flow.wait_told("Planning", 40)
 
 
 def in_the_folder(desktop, flow):
-    folder = desktop.home / "data" / "Nimbarrow" / "calendars" / "Work"
-    folder.mkdir(parents=True)
+    folder = calendar_folder(desktop)
     flow.asks()
     for number, components in enumerate(flow.events()):
         (folder / f"{number}.ics").write_text(calendar(components), newline="")
     flow.shows_today()
-    shown = desktop.home / "shown by xdg-open"
+    shown = desktop.home / "shown by gio"
     flow.creates(lambda: any("New Event" in file.read_text() for file in folder.parent.rglob("*.ics")))
     wait_until("the new event in the program for its file", lambda: shown.exists() and ".ics" in shown.read_text())
 
@@ -158,7 +202,8 @@ def in_the_folder(desktop, flow):
 def play(desktop, where):
     flow = DayFlow(desktop, reached)
     install(desktop, "gnome-calendar")
-    install(desktop, "xdg-open")
+    # The first that a bare window manager has files opened by.
+    install(desktop, "gio")
     desktop.start()
     where(desktop, flow)
     flow.fold()
@@ -166,7 +211,7 @@ def play(desktop, where):
 
 if __name__ == "__main__":
     sys.exit(any([
-        run_test(sys.argv[1], lambda desktop: play(desktop, on_the_server), told=True, settings={"language": "en"}),
+        run_test(sys.argv[1], lambda desktop: play(desktop, in_both), told=True, settings={"language": "en"}),
         # Where the bus knows no data server.
         run_test(sys.argv[1], lambda desktop: play(desktop, in_the_folder), told=True, settings={"language": "en"},
                  services=("org.a11y.Bus",)),

@@ -10,8 +10,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const auto start = QDate(2026, 11, 21).startOfDay(QTimeZone::utc());
     const auto end = start.addDays(1);
-    IcsCalendar calendar(start, end, { QStringLiteral("sam@example.org") });
-    calendar.add(QByteArrayView(data, static_cast<qsizetype>(size)), QStringLiteral("/any.ics"));
+    const IcsFile::Reading reading { start, end, { QStringLiteral("sam@example.org") } };
+    IcsZones zones;
+    IcsCalendar calendar(start, end);
+    calendar.add(std::make_shared<IcsFile>(IcsFile::parse(
+        QByteArrayView(data, static_cast<qsizetype>(size)), QStringLiteral("/any.ics"), reading, zones)));
     for (const auto& event : calendar.events()) {
         fuzz::require(event.start.isValid() && event.end.isValid(), "an event has a beginning and an end");
         fuzz::require(event.start <= event.end, "an event ends after it began");

@@ -1,6 +1,9 @@
+#include "linux/calendar/DayWatch.h"
+#include "linux/calendar/LinuxCalendarStore.h"
 #include "linux/calendar/folder/IcsFolderCalendarStore.h"
 #include "linux/calendar/server/EdsCalendarStore.h"
 #include "support/DataServer.h"
+#include "support/FakeUserDefaults.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -345,25 +348,54 @@ private Q_SLOTS:
         QVERIFY(events->at(0).identifier.contains("20261121T"_L1));
     }
 
-    void aFolderThatCannotBeReadIsNoAccessUntilItCan()
+    /// As the program has it: both on one day, also while the server is down.
+    void theServerAndTheFolderAreOneDay()
     {
-        if (isServer())
+        if (!isServer())
             return;
         const QDate day(2026, 11, 21);
-        const QSignalSpy changed(m_store.get(), &CalendarStore::changed);
-        QTRY_COMPARE(changed.size(), 1);
-        const auto full = CalendarStore::Authorization::FullAccess;
-        QCOMPARE(m_store->authorization(), full);
-        // Something else has the folder's name.
-        QVERIFY(QDir(calendars()).removeRecursively());
-        QVERIFY(writeFile(calendars(), "x"));
-        QCOMPARE(described(read(*m_store, day)), QStringList { u"no answer"_s });
-        QTRY_VERIFY(changed.size() >= 2);
-        QCOMPARE(m_store->authorization(), CalendarStore::Authorization::Denied);
-        QVERIFY(QFile::remove(calendars()));
-        QTRY_COMPARE(m_store->authorization(), full);
-        QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
-        QCOMPARE(described(read(*m_store, day)), QStringList { u"A 21T10:00-21T11:00"_s });
+        const QString path = m_folder.filePath(u"both"_s);
+        // The same event of the same calendar name, in both.
+        const auto lines = event("DTSTART:20261121T090000Z\r\nDURATION:PT1H");
+        QVERIFY(put(lines, true));
+        QVERIFY(writeFile(path + "/Second/a.ics"_L1, "BEGIN:VCALENDAR\r\n" + lines + "END:VCALENDAR\r\n"));
+        QVERIFY(writeFile(path + "/Second/displayname"_L1, "Files\n"));
+        FakeUserDefaults defaults;
+        defaults.set(u"calendarAccessRequested", true);
+        const auto make = [&] {
+            return std::make_unique<LinuxCalendarStore>(defaults,
+                QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"program"_s),
+                LinuxCalendarStore::Stores { [] { return std::make_unique<EdsCalendarStore>(); },
+                    [path] { return std::make_unique<IcsFolderCalendarStore>(path); }, path },
+                std::make_unique<DayWatch>(std::nullopt));
+        };
+        const QStringList both(2, u"A 21T10:00-21T11:00"_s);
+        auto store = make();
+        const auto events = read(*store, day);
+        QCOMPARE(described(events), both);
+        QVERIFY(events->at(0).identifier != events->at(1).identifier);
+        QCOMPARE(events->at(0).calendar, u"Second"_s);
+        QCOMPARE(events->at(1).calendar, u"Files"_s);
+        QVERIFY(events->at(0).color != events->at(1).color);
+
+        const auto processes = m_server->processes();
+        const auto tell = [&processes](int signal) {
+            for (const auto process : processes)
+                ::kill(pid_t(process), signal);
+        };
+        tell(SIGSTOP);
+        const auto goOn = qScopeGuard([&tell] { tell(SIGCONT); });
+        QCOMPARE(described(read(*store, day)), both);
+        auto fresh = make();
+        QCOMPARE(described(read(*fresh, day)), both.first(1));
+        QCOMPARE(fresh->authorization(), CalendarStore::Authorization::FullAccess);
+        const QSignalSpy changed(fresh.get(), &CalendarStore::changed);
+        tell(SIGCONT);
+        QTRY_VERIFY_WITH_TIMEOUT(!changed.isEmpty(), 20'000);
+        QTRY_COMPARE(described(read(*fresh, day)), both);
+        fresh.reset();
+        store.reset();
+        QDBusConnection::disconnectFromBus(u"program"_s);
     }
 
     void aServerThatHangsDoesNotAnswer()

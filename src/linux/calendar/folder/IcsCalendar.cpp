@@ -1,9 +1,7 @@
 #include "linux/calendar/folder/IcsCalendar.h"
 
 #include "linux/calendar/EventIdentifier.h"
-#include "linux/calendar/folder/EventDetails.h"
 #include "linux/calendar/folder/IcsRecurrence.h"
-#include "linux/calendar/folder/IcsScanner.h"
 
 #include <QMap>
 
@@ -24,24 +22,6 @@ constexpr qint64 stepsOfEvent = 400'000;
 constexpr qint64 day = 86'400;
 /// What is moved by more is found only where it was.
 constexpr qint64 farthest = 40 * day;
-
-/// The date in the first property of that name, as a number like 20261121; 0 where there is none.
-int roughDate(const QByteArray& component, const QByteArray& name)
-{
-    const auto at = component.indexOf("\r\n" + name);
-    if (at < 0)
-        return 0;
-    const auto end = component.indexOf("\r\n", at + 2);
-    const auto line = QByteArrayView(component).sliced(at, end - at);
-    const auto colon = line.lastIndexOf(':');
-    return colon < 0 ? 0
-                     : line.sliced(colon + 1).first(std::min<qsizetype>(8, line.size() - colon - 1)).toInt();
-}
-
-int asNumber(QDate date)
-{
-    return date.year() * 10'000 + date.month() * 100 + date.day();
-}
 
 /// What tells one occurrence of a series that starts with `start` from another.
 qint64 key(const IcsTime& time, const IcsTime& start)
@@ -116,89 +96,50 @@ struct IcsCalendar::Series {
     }
 };
 
-IcsCalendar::IcsCalendar(const QDateTime& start, const QDateTime& end, QSet<QString> ownAddresses)
+IcsCalendar::IcsCalendar(const QDateTime& start, const QDateTime& end)
     : m_start(start)
     , m_end(end)
-    , m_ownAddresses(std::move(ownAddresses))
 {
 }
 
-void IcsCalendar::add(QByteArrayView text, const QString& path)
+void IcsCalendar::add(std::shared_ptr<const IcsFile> file)
 {
-    // Set once for the whole process, and never to anything else.
-    icalerror_set_errors_are_fatal(false);
-    IcsScanner scanner;
-    scanner.property = [this](const QByteArray& name, const QByteArray& value) { readProperty(name, value); };
-    m_zones.startFile();
-    scanner.zone = [this](const QByteArray& component) { m_zones.add(component); };
-    // Zones and owners may stand behind the events that they belong to.
-    QByteArrayList components;
-    scanner.event = [&](const QByteArray& component) {
-        if (m_events.size() + std::size_t(components.size()) < mostEvents && mayMatter(component))
-            components += component;
-    };
-    scanner.scan(text);
-    for (const auto& component : components) {
-        if (auto event = IcsEvent::parse(component, m_ownAddresses, m_zones)) {
-            event->path = path;
-            m_events.push_back(std::move(*event));
-        }
-    }
+    if (m_count >= mostEvents)
+        return;
+    m_count += file->events.size();
+    m_files.push_back(std::move(file));
 }
 
-void IcsCalendar::readProperty(const QByteArray& name, const QByteArray& value)
+std::optional<QColor> IcsCalendar::color() const
 {
-    if (name == "X-APPLE-CALENDAR-COLOR" || name == "COLOR") {
-        if (const auto color = parseColor(value))
-            m_color = color;
-    } else if (name == "X-OWNER" || name == "X-WR-CALNAME") {
-        // Some services name a person's first calendar by the address.
-        if (const auto address = mailAddress(QString::fromUtf8(value)); address.contains(u'@'))
-            m_ownAddresses += address;
-    }
+    const auto file = std::ranges::find_if(m_files, [](const auto& f) { return f->color.has_value(); });
+    return file == m_files.end() ? std::nullopt : (*file)->color;
 }
 
-std::optional<QColor> IcsCalendar::parseColor(const QByteArray& text)
+QString IcsCalendar::name() const
 {
-    auto name = QString::fromLatin1(text.trimmed().left(64));
-    if (name.startsWith(u'#') && name.size() == 9)
-        name.truncate(7);
-    const auto color = QColor::fromString(name);
-    return color.isValid() ? std::optional(color) : std::nullopt;
-}
-
-/// Most events of a calendar are over, and reading them costs far more than seeing that.
-bool IcsCalendar::mayMatter(const QByteArray& component) const
-{
-    for (const auto* const name : { "\r\nRRULE", "\r\nRDATE", "\r\nRECURRENCE-ID", "\r\nDURATION" }) {
-        if (component.contains(name))
-            return true;
-    }
-    const int start = roughDate(component, "DTSTART");
-    const int end = roughDate(component, "DTEND");
-    if (start == 0)
-        return true;
-    // Two days more, for the zones and for whole days.
-    return start <= asNumber(m_end.date().addDays(2))
-        && std::max(start, end) >= asNumber(m_start.date().addDays(-2));
+    const auto file = std::ranges::find_if(m_files, [](const auto& f) { return !f->name.isEmpty(); });
+    return file == m_files.end() ? QString() : (*file)->name;
 }
 
 QList<CalendarEvent> IcsCalendar::events() const
 {
     QHash<QString, Series> all;
     QList<const IcsEvent*> alone;
-    for (const auto& event : m_events) {
-        if (event.uid.isEmpty()) {
-            alone += &event;
-            continue;
+    for (const auto& file : m_files) {
+        for (const auto& event : file->events) {
+            if (event.uid.isEmpty()) {
+                alone += &event;
+                continue;
+            }
+            auto& series = all[event.uid];
+            auto& place = event.recurrenceId
+                ? series.changed[QString::number(key(*event.recurrenceId, event.span.start))]
+                : series.whole;
+            // The same event twice: the later edition counts.
+            if (!place || place->sequence <= event.sequence)
+                place = &event;
         }
-        auto& series = all[event.uid];
-        auto& place = event.recurrenceId
-            ? series.changed[QString::number(key(*event.recurrenceId, event.span.start))]
-            : series.whole;
-        // The same event twice: the later edition counts.
-        if (!place || place->sequence <= event.sequence)
-            place = &event;
     }
 
     QList<CalendarEvent> result;

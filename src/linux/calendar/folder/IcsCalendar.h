@@ -1,41 +1,34 @@
 #pragma once
 
-#include "linux/calendar/folder/IcsEvent.h"
-#include "linux/calendar/folder/IcsZones.h"
+#include "linux/calendar/folder/IcsFile.h"
 #include "platform/CalendarStore.h"
 
-#include <QByteArrayView>
-#include <QSet>
-
+#include <memory>
 #include <vector>
 
 namespace nimbarrow {
 
-/// One calendar out of one or more iCalendar texts, and what happens in it between two moments. The texts may
-/// hold anything: time and memory are bounded.
+/// One calendar out of one or more files, and what happens in it between two moments. Time and memory are
+/// bounded.
 class IcsCalendar {
 public:
-    /// `ownAddresses` are the user's mail addresses in lower case.
-    IcsCalendar(const QDateTime& start, const QDateTime& end, QSet<QString> ownAddresses);
+    IcsCalendar(const QDateTime& start, const QDateTime& end);
 
-    /// Reads the text of a file. Of what lies outside the time it keeps nothing.
-    void add(QByteArrayView text, const QString& path);
+    /// Read for the same time.
+    void add(std::shared_ptr<const IcsFile> file);
 
-    /// From the last text that has one; none where none has.
-    [[nodiscard]] const std::optional<QColor>& color() const { return m_color; }
+    /// From the first file that has one; none where none has.
+    [[nodiscard]] std::optional<QColor> color() const;
+    /// Likewise; empty where none has.
+    [[nodiscard]] QString name() const;
 
     /// Every occurrence that overlaps the time.
     [[nodiscard]] QList<CalendarEvent> events() const;
-
-    /// A colour as calendars write it: "#FF2968", "#FF2968FF" with the opacity behind, or a name.
-    [[nodiscard]] static std::optional<QColor> parseColor(const QByteArray& text);
 
 private:
     struct Series;
     struct Budget;
 
-    void readProperty(const QByteArray& name, const QByteArray& value);
-    [[nodiscard]] bool mayMatter(const QByteArray& component) const;
     void expand(
         const IcsEvent& event, const Series& series, Budget& budget, QList<CalendarEvent>& events) const;
     /// `named` is the time that the series has it at.
@@ -44,10 +37,8 @@ private:
 
     const QDateTime m_start;
     const QDateTime m_end;
-    QSet<QString> m_ownAddresses;
-    std::optional<QColor> m_color;
-    IcsZones m_zones;
-    std::vector<IcsEvent> m_events;
+    std::vector<std::shared_ptr<const IcsFile>> m_files;
+    std::size_t m_count = 0;
 };
 
 } // namespace nimbarrow

@@ -42,29 +42,6 @@ QByteArray note(const QString& path)
     return privatefiles::read(path, largestNote).value_or(QByteArray());
 }
 
-/// What all files together may still be.
-struct Bounds {
-    qint64 bytes = largestSum;
-    int files = mostFiles;
-};
-
-void addFile(IcsCalendar& calendar, const QFileInfo& info, Bounds& bounds)
-{
-    if (--bounds.files < 0)
-        return;
-    if (info.size() > largestFile || info.size() > bounds.bytes) {
-        qCWarning(ics, "A calendar file is too large and was left out (%lld bytes)", info.size());
-        return;
-    }
-    QFile file(info.filePath());
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    // It may have grown since.
-    const auto text = file.read(largestFile);
-    bounds.bytes -= text.size();
-    calendar.add(text, info.filePath());
-}
-
 /// The colour where the calendar has none: always the same for the same name, and far from the next one's.
 QColor usualColor(const QString& name)
 {
@@ -75,61 +52,93 @@ QColor usualColor(const QString& name)
     return QColor::fromHsl(int(sum % hues) * 360 / hues, 170, 150);
 }
 
-void take(QList<CalendarEvent>& all, const IcsCalendar& calendar, const std::optional<QColor>& ownColor,
-    const QString& name)
-{
-    auto events = calendar.events();
-    const auto color = ownColor ? ownColor : calendar.color() ? calendar.color() : usualColor(name);
-    for (auto& event : events)
-        event.color = color;
-    all += events;
-}
-
 } // namespace
+
+/// What all files together may still be.
+struct IcsFolder::Bounds {
+    qint64 bytes = largestSum;
+    int files = mostFiles;
+};
 
 IcsFolder::IcsFolder(QString path)
     : m_path(std::move(path))
 {
 }
 
-bool IcsFolder::prepare() const
+IcsFileCache::File IcsFolder::read(
+    const QFileInfo& info, const IcsFile::Reading& reading, IcsZones& zones, Bounds& bounds)
 {
-    const QFileInfo info(m_path);
-    return (info.isDir() || makeFolder(m_path)) && QFileInfo(m_path).isReadable()
-        && QFileInfo(m_path).isExecutable();
+    if (--bounds.files < 0)
+        return {};
+    if (auto known = m_files.find(info))
+        return known;
+    if (info.size() > largestFile || info.size() > bounds.bytes) {
+        qCWarning(ics, "A calendar file is too large and was left out (%lld bytes)", info.size());
+        return {};
+    }
+    QFile file(info.filePath());
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    // It may have grown since.
+    const auto text = file.read(largestFile);
+    bounds.bytes -= text.size();
+    const auto parsed
+        = std::make_shared<const IcsFile>(IcsFile::parse(text, info.filePath(), reading, zones));
+    m_files.keep(info, parsed);
+    return parsed;
 }
 
-std::optional<QList<CalendarEvent>> IcsFolder::events(const QDateTime& start, const QDateTime& end) const
+std::optional<QList<CalendarEvent>> IcsFolder::events(const QDateTime& start, const QDateTime& end)
 {
-    if (!prepare())
+    const QFileInfo folder(m_path);
+    if (!folder.exists())
+        return QList<CalendarEvent>();
+    if (!folder.isDir() || !folder.isReadable() || !folder.isExecutable())
         return {};
-    QSet<QString> addresses;
+    IcsFile::Reading reading { start, end, {} };
     for (const auto& line : note(m_path + "/addresses"_L1).split('\n')) {
         if (const auto address = mailAddress(QString::fromUtf8(line)); !address.isEmpty())
-            addresses += address;
+            reading.ownAddresses += address;
     }
+    m_files.begin(reading);
     QList<CalendarEvent> all;
+    IcsZones zones;
     Bounds bounds;
-    const QStringList files { u"*.ics"_s };
     const auto calendars
         = QDir(m_path).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     for (const auto& entry : calendars) {
-        IcsCalendar calendar(start, end, addresses);
+        IcsCalendar calendar(start, end);
+        const auto add = [&](const QFileInfo& info) {
+            if (auto file = read(info, reading, zones, bounds))
+                calendar.add(std::move(file));
+        };
         std::optional<QColor> color;
+        QString name;
         if (entry.isDir()) {
-            color = IcsCalendar::parseColor(note(entry.filePath() + "/color"_L1));
-            QDirIterator inside(entry.filePath(), files, QDir::Files);
+            color = IcsFile::parseColor(note(entry.filePath() + "/color"_L1));
+            name = QString::fromUtf8(note(entry.filePath() + "/displayname"_L1)).trimmed();
+            QDirIterator inside(entry.filePath(), { u"*.ics"_s }, QDir::Files);
             while (inside.hasNext() && bounds.files > 0) {
                 inside.next();
-                addFile(calendar, inside.fileInfo(), bounds);
+                add(inside.fileInfo());
             }
         } else if (entry.isFile() && entry.suffix().compare("ics"_L1, Qt::CaseInsensitive) == 0) {
-            addFile(calendar, entry, bounds);
+            add(entry);
         } else {
             continue;
         }
-        take(all, calendar, color, entry.fileName());
+        if (!color)
+            color = calendar.color();
+        if (name.isEmpty())
+            name = calendar.name();
+        auto events = calendar.events();
+        for (auto& event : events) {
+            event.color = color ? *color : usualColor(entry.fileName());
+            event.calendar = !name.isEmpty() ? name : entry.isDir() ? entry.fileName() : entry.baseName();
+        }
+        all += events;
     }
+    m_files.end();
     return all;
 }
 
@@ -148,7 +157,7 @@ CalendarStore::Created IcsFolder::create(
     const QString& title, const QDateTime& start, const QDateTime& end) const
 {
     using Error = CalendarStore::CreateError;
-    const auto folder = prepare() ? folderForNewEvents() : QString();
+    const auto folder = makeFolder(m_path) ? folderForNewEvents() : QString();
     if (folder.isEmpty())
         return { Error::NoDefaultCalendar, {}, {} };
 

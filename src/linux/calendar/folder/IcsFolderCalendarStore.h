@@ -1,23 +1,25 @@
 #pragma once
 
-#include "linux/calendar/folder/FolderTreeWatch.h"
+#include "linux/calendar/FolderTreeWatch.h"
 #include "linux/calendar/folder/IcsFolder.h"
 #include "platform/CalendarStore.h"
 #include "qt/ThreadedQueue.h"
 
-#include <atomic>
+#include <mutex>
 
 namespace nimbarrow {
 
-/// The calendars in a folder of iCalendar files, for a desktop that keeps none itself.
+/// The calendars in a folder of iCalendar files. What writes there is another program that synchronises it,
+/// or the user.
 class IcsFolderCalendarStore final : public CalendarStore {
     Q_OBJECT
 
 public:
-    /// Makes the folder, in the background. What can write there is another program that synchronises it.
+    /// The folder may be missing; the first new event makes it.
     explicit IcsFolderCalendarStore(const QString& folder);
 
-    [[nodiscard]] Authorization authorization() override;
+    /// A folder that cannot be read shows by giving no events.
+    [[nodiscard]] Authorization authorization() override { return Authorization::FullAccess; }
     void requestFullAccess(std::function<void(bool granted)> answered) override;
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end) override;
@@ -25,14 +27,9 @@ public:
         std::function<void(const Created&)> done) override;
 
 private:
-    /// Whether the folder can be read, found out in the background; `changed` is told when that is another.
-    void findOut();
-    /// On any thread.
-    void setRefused(bool refused);
-
-    const IcsFolder m_folder;
-    std::atomic<bool> m_isRefused = false;
-    std::unique_ptr<FolderTreeWatch> m_watch;
+    std::mutex m_reading;
+    IcsFolder m_folder;
+    FolderTreeWatch m_watch;
     /// Last, so that it has ended before what it uses goes.
     ThreadedQueue m_writing;
 };

@@ -47,6 +47,7 @@ struct Collected {
     const QSet<QString>& ownAddresses;
     const QString source;
     const std::optional<QColor> color;
+    const QString name;
     QList<CalendarEvent> events;
     /// The identifiers of the series that occurrences of the rule come from, by the place in `events`.
     QHash<qsizetype, QByteArray> series;
@@ -76,6 +77,7 @@ gboolean collect(
         i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY));
     event.isDetached = recurrenceId && !event.hasRecurrenceRules;
     event.color = collected.color;
+    event.calendar = collected.name;
     const bool isOneOfMany = event.hasRecurrenceRules || event.isDetached;
     event.identifier = EventIdentifier { EventIdentifier::Kind::DataServer, collected.source,
         QString::fromUtf8(i_cal_component_get_uid(component)),
@@ -160,7 +162,8 @@ bool EdsCalendar::addEvents(const QDateTime& start, const QDateTime& end, QSet<Q
         e_source_get_extension(m_source.get(), E_SOURCE_EXTENSION_CALENDAR));
     const QColor color(taken(e_source_selectable_dup_color(selectable)));
     Collected collected { start, end, ownAddresses, QString::fromUtf8(e_source_get_uid(m_source.get())),
-        color.isValid() ? std::optional(color) : std::nullopt, {}, {} };
+        color.isValid() ? std::optional(color) : std::nullopt,
+        taken(e_source_dup_display_name(m_source.get())), {}, {} };
 
     e_cal_client_set_default_timezone(m_client.get(), localZone());
     // Some editions of the library take the clock on the wall for UTC where they cut the time out, so they

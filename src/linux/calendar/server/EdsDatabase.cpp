@@ -203,8 +203,9 @@ CalendarStore::Created EdsDatabase::create(
     const QString& title, const QDateTime& start, const QDateTime& end, EdsPatience& patience)
 {
     using Error = CalendarStore::CreateError;
+    // Nothing has been asked for yet, so the event may be made elsewhere.
     if (!connect(patience))
-        return { Error::Failed, m_failure, {} };
+        return { Error::NoDefaultCalendar, m_failure, {} };
     auto* const target = calendarForNewEvents(patience);
     if (!target)
         return { Error::NoDefaultCalendar, {}, {} };

@@ -37,12 +37,24 @@ QByteArray contents(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-qsizetype eventsOfTheDay(QByteArrayView text)
+/// What the texts, each a file, say of that day.
+QList<CalendarEvent> eventsOf(const QList<QByteArray>& texts, QDate day = { 2026, 11, 21 })
 {
-    const QDate day(2026, 11, 21);
-    IcsCalendar calendar(day.startOfDay(), day.addDays(1).startOfDay(), {});
-    calendar.add(text, u"/any.ics"_s);
-    return calendar.events().size();
+    const IcsFile::Reading reading { day.startOfDay(), day.addDays(1).startOfDay(), {} };
+    IcsCalendar calendar(reading.start, reading.end);
+    IcsZones zones;
+    for (const auto& text : texts)
+        calendar.add(std::make_shared<IcsFile>(IcsFile::parse(text, u"/any.ics"_s, reading, zones)));
+    return calendar.events();
+}
+
+QStringList startsOf(const QList<CalendarEvent>& events)
+{
+    QStringList starts;
+    for (const auto& event : events)
+        starts += event.start.toString(u"HH:mm"_s);
+    starts.sort();
+    return starts;
 }
 
 } // namespace
@@ -61,14 +73,9 @@ class IcsCalendarTest : public QObject {
 
     static QStringList startsOf(const QByteArray& lines, QDate day)
     {
-        IcsCalendar calendar(day.startOfDay(), day.addDays(1).startOfDay(), {});
-        calendar.add(
-            "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:a\r\n" + lines + "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n",
-            {});
-        QStringList starts;
-        for (const auto& event : calendar.events())
-            starts += event.start.toString(u"HH:mm"_s);
-        return starts;
+        return ::startsOf(eventsOf({ "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:a\r\n" + lines
+                                       + "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n" },
+            day));
     }
 
 private Q_SLOTS:
@@ -178,16 +185,8 @@ private Q_SLOTS:
                 + offset + "\r\nTZOFFSETTO:" + offset
                 + "\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\nEND:VCALENDAR\r\n";
         };
-        const QDate day(2026, 11, 21);
-        IcsCalendar calendar(day.startOfDay(), day.addDays(1).startOfDay(), {});
-        calendar.add(file("a", "+0300"), u"/a.ics"_s);
-        calendar.add(file("b", "-0500"), u"/b.ics"_s);
-        calendar.add(file("c", "+0300"), u"/c.ics"_s);
-        QStringList starts;
-        for (const auto& event : calendar.events())
-            starts += event.start.toString(u"HH:mm"_s);
-        starts.sort();
-        QCOMPARE(starts, (QStringList { u"07:00"_s, u"07:00"_s, u"15:00"_s }));
+        QCOMPARE(::startsOf(eventsOf({ file("a", "+0300"), file("b", "-0500"), file("c", "+0300") })),
+            (QStringList { u"07:00"_s, u"07:00"_s, u"15:00"_s }));
     }
 
     void seriesAreReadAsOtherCalendarsReadThem_data()
@@ -232,15 +231,12 @@ private Q_SLOTS:
 
     void theEventTellsWherePeopleMeet()
     {
-        const QDate day(2026, 11, 21);
-        IcsCalendar calendar(day.startOfDay(), day.addDays(1).startOfDay(), {});
-        calendar.add("BEGIN:VEVENT\r\nUID:a\r\nDTSTART:20261121T090000\r\nURL:https://example.org/\r\n"
-                     "CONFERENCE;VALUE=URI;FEATURE=PHONE:tel:+123\r\n"
-                     "CONFERENCE;VALUE=URI;FEATURE=AUDIO,VIDEO:https://zoom.us/j/1?a=b&c=d\r\n"
-                     "X-GOOGLE-CONFERENCE:https://meet.google.com/abc\r\n"
-                     "X-MICROSOFT-SKYPETEAMSMEETINGURL:https://teams.microsoft.com/l/1\r\nEND:VEVENT\r\n",
-            {});
-        const auto events = calendar.events();
+        const auto events = eventsOf(
+            { "BEGIN:VEVENT\r\nUID:a\r\nDTSTART:20261121T090000\r\nURL:https://example.org/\r\n"
+              "CONFERENCE;VALUE=URI;FEATURE=PHONE:tel:+123\r\n"
+              "CONFERENCE;VALUE=URI;FEATURE=AUDIO,VIDEO:https://zoom.us/j/1?a=b&c=d\r\n"
+              "X-GOOGLE-CONFERENCE:https://meet.google.com/abc\r\n"
+              "X-MICROSOFT-SKYPETEAMSMEETINGURL:https://teams.microsoft.com/l/1\r\nEND:VEVENT\r\n" });
         QCOMPARE(events.size(), 1);
         QCOMPARE(events.first().conferences,
             (QList<QUrl> { QUrl(u"https://zoom.us/j/1?a=b&c=d"_s), QUrl(u"https://meet.google.com/abc"_s),
@@ -257,11 +253,11 @@ private Q_SLOTS:
 
     void coloursAreReadAsCalendarsWriteThem()
     {
-        QCOMPARE(IcsCalendar::parseColor("#FF2968"), QColor(0xFF, 0x29, 0x68));
-        QCOMPARE(IcsCalendar::parseColor(" #FF2968AA\n"), QColor(0xFF, 0x29, 0x68));
-        QCOMPARE(IcsCalendar::parseColor("tomato"), QColor(0xFF, 0x63, 0x47));
-        QCOMPARE(IcsCalendar::parseColor("blurple"), std::nullopt);
-        QCOMPARE(IcsCalendar::parseColor(""), std::nullopt);
+        QCOMPARE(IcsFile::parseColor("#FF2968"), QColor(0xFF, 0x29, 0x68));
+        QCOMPARE(IcsFile::parseColor(" #FF2968AA\n"), QColor(0xFF, 0x29, 0x68));
+        QCOMPARE(IcsFile::parseColor("tomato"), QColor(0xFF, 0x63, 0x47));
+        QCOMPARE(IcsFile::parseColor("blurple"), std::nullopt);
+        QCOMPARE(IcsFile::parseColor(""), std::nullopt);
     }
 
     void hostileCalendarsCostLittle()
@@ -269,21 +265,21 @@ private Q_SLOTS:
         const auto texts = corpus();
         QVERIFY(texts.size() >= 6);
         // What is right in them is there.
-        QCOMPARE(eventsOfTheDay(contents(QStringLiteral(NIMBARROW_ICS "/meeting.ics"))), 1);
-        QCOMPARE(eventsOfTheDay(contents(QStringLiteral(NIMBARROW_ICS "/nested.ics"))), 2);
+        QCOMPARE(eventsOf({ contents(QStringLiteral(NIMBARROW_ICS "/meeting.ics")) }).size(), 1);
+        QCOMPARE(eventsOf({ contents(QStringLiteral(NIMBARROW_ICS "/nested.ics")) }).size(), 2);
         const auto before = peakMemory();
         for (const auto& text : texts) {
-            eventsOfTheDay(text);
+            eventsOf({ text });
             // Hundreds of times the same, each an event of its own.
             auto many = text;
             for (int i = 0; i < 8; ++i)
                 many += QByteArray(many).replace("UID:", "UID:" + QByteArray::number(i));
-            eventsOfTheDay(many);
+            eventsOf({ many });
         }
-        eventsOfTheDay(QByteArray("BEGIN:VEVENT\r\n").repeated(500'000));
-        eventsOfTheDay(QByteArray("BEGIN:VALARM\r\n").repeated(500'000).prepend("BEGIN:VEVENT\r\n"));
-        eventsOfTheDay("BEGIN:VEVENT\r\nDTSTART:20261121T090000Z\r\nSUMMARY:" + QByteArray(8'000'000, 'x'));
-        eventsOfTheDay("BEGIN:VEVENT\r\nDTSTART:20261121T090000Z" + QByteArray("\r\n ;").repeated(2'000'000));
+        eventsOf({ QByteArray("BEGIN:VEVENT\r\n").repeated(500'000) });
+        eventsOf({ QByteArray("BEGIN:VALARM\r\n").repeated(500'000).prepend("BEGIN:VEVENT\r\n") });
+        eventsOf({ "BEGIN:VEVENT\r\nDTSTART:20261121T090000Z\r\nSUMMARY:" + QByteArray(8'000'000, 'x') });
+        eventsOf({ "BEGIN:VEVENT\r\nDTSTART:20261121T090000Z" + QByteArray("\r\n ;").repeated(2'000'000) });
         // Without the bounds a single one of these takes hours, and all of the memory.
         QVERIFY2(peakMemory() - before < mostMemory, qPrintable(QString::number(peakMemory() - before)));
     }
@@ -305,12 +301,52 @@ private Q_SLOTS:
         QCOMPARE(::mkfifo(qPrintable(folder.filePath(u"pipe.ics"_s)), 0600), 0);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"too large"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"too large"_s));
-        const auto events = IcsFolder(folder.path())
-                                .events(QDate(2026, 11, 21).startOfDay(), QDate(2026, 11, 22).startOfDay());
+        IcsFolder calendars(folder.path());
+        const auto events
+            = calendars.events(QDate(2026, 11, 21).startOfDay(), QDate(2026, 11, 22).startOfDay());
         // Once by itself, and once more by the way round.
         QVERIFY(events);
         QCOMPARE(events->size(), 2);
         QVERIFY(!IcsFolder(folder.filePath(u"good.ics"_s)).events({}, {}));
+    }
+
+    void aFolderIsReadOnlyWhereItHasChanged()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(u"Work"_s));
+        const auto now = QDateTime::currentDateTime();
+        const auto longAgo = now.addSecs(-3600);
+        const auto path = [&folder](int file) { return folder.filePath(u"Work/%1.ics"_s.arg(file)); };
+        const auto write = [&](int file, const QByteArray& title, const QDateTime& time) {
+            QFile ics(path(file));
+            const auto text = "BEGIN:VEVENT\nDTSTART:20261121T090000Z\nSUMMARY:" + title + "\nEND:VEVENT\n";
+            QVERIFY(ics.open(QIODevice::WriteOnly) && ics.write(text) > 0 && ics.flush());
+            QVERIFY(ics.setFileTime(time, QFile::FileModificationTime));
+        };
+        IcsFolder calendars(folder.path());
+        // What was read is told from what was kept by the edition in the title.
+        const auto titles = [&](const QDateTime& start) {
+            const auto events = calendars.events(start, start.addDays(1));
+            QStringList found;
+            for (const auto& event : *events)
+                found += event.title;
+            found.sort();
+            return found.join(u' ');
+        };
+        const auto day = QDate(2026, 11, 21).startOfDay();
+        for (int file = 0; file < 4; ++file)
+            write(file, "a" + QByteArray::number(file), longAgo);
+        write(4, "a4", now);
+        QCOMPARE(titles(day), u"a0 a1 a2 a3 a4"_s);
+        QVERIFY(QFile::remove(path(0)));
+        write(1, "b1", longAgo);
+        write(2, "b2", longAgo.addSecs(1));
+        write(3, "longer", longAgo);
+        // Its time was too new to tell it from the next edition.
+        write(4, "b4", now);
+        QCOMPARE(titles(day), u"a1 b2 b4 longer"_s);
+        // Another day is another reading.
+        QCOMPARE(titles(day.addSecs(-60)), u"b1 b2 b4 longer"_s);
     }
 
     void aNewEventThatFindsNoRoomLeavesNothingBehind()
@@ -318,7 +354,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         QVERIFY(QDir(folder.path()).mkdir(u"Personal"_s));
         const auto begin = QDate(2026, 11, 21).startOfDay();
-        const IcsFolder calendars(folder.path());
+        IcsFolder calendars(folder.path());
         {
             const FileCalls full(
                 folder.path(), [](const char* name) { return name == "write"_ba ? ENOSPC : 0; });
