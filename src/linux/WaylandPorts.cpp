@@ -2,6 +2,7 @@
 #include "linux/applications/NoApplications.h"
 #include "linux/display/DisplayPanels.h"
 #include "linux/display/QtScreens.h"
+#include "linux/display/WaylandOutputs.h"
 #include "linux/display/WaylandPointer.h"
 #include "linux/keys/NoHotKeys.h"
 #include "linux/keys/NoKeystrokes.h"
@@ -15,7 +16,7 @@ namespace nimbarrow {
 
 void addWaylandPorts(Platform& platform)
 {
-    platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
+    platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>(), waylandScreenMode());
     auto pointer = std::make_unique<WaylandPointer>();
     auto& panelsPointer = *pointer;
     platform.pointer = std::move(pointer);

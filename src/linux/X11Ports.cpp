@@ -2,6 +2,7 @@
 #include "linux/applications/X11Applications.h"
 #include "linux/display/DisplayPanels.h"
 #include "linux/display/QtScreens.h"
+#include "linux/display/WaylandOutputs.h"
 #include "linux/display/X11Pointer.h"
 #include "linux/keys/X11HotKeys.h"
 #include "linux/keys/X11Keystrokes.h"
@@ -18,8 +19,10 @@ namespace nimbarrow {
 
 void addX11Ports(Platform& platform, DisplaySystem system, LinuxSessionLock& lock)
 {
-    platform.screens = std::make_unique<QtScreens>(std::make_unique<DisplayPanels>());
-    platform.pointer = std::make_unique<X11Pointer>(system == DisplaySystem::XWayland);
+    const auto isNested = system == DisplaySystem::XWayland;
+    platform.screens = std::make_unique<QtScreens>(
+        std::make_unique<DisplayPanels>(), isNested ? waylandScreenMode() : ScreenModeOf());
+    platform.pointer = std::make_unique<X11Pointer>(isNested);
     auto pasteboard = std::make_unique<X11Pasteboard>();
     platform.dropReader = std::make_unique<X11DropReader>(*pasteboard);
     platform.pasteboard = std::move(pasteboard);
