@@ -81,6 +81,30 @@ bool PrivateCompositor::command(const QString& command) const
         == 0;
 }
 
+QProcessEnvironment PrivateCompositor::environment() const
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"WAYLAND_DISPLAY"_s, m_socket);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, folder());
+    return environment;
+}
+
+QByteArray PrivateCompositor::run(
+    const QString& program, const QStringList& arguments, const QByteArray& input) const
+{
+    QProcess process;
+    process.setProcessEnvironment(environment());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    // A clipboard tool stays in the background and would keep the pipe open.
+    if (!input.isNull())
+        process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished(patience);
+    return input.isNull() ? process.readAllStandardOutput() : QByteArray();
+}
+
 bool PrivateCompositor::start(const QString& program, const QStringList& arguments, const QString& socket)
 {
     m_socket = socket;

@@ -28,7 +28,15 @@ public:
     /// Has sway do something, such as "[app_id=foot] focus".
     [[nodiscard]] bool command(const QString& command) const;
 
+    /// Ends it at once, as when it crashes.
     void kill();
+
+    /// For a program on this display.
+    [[nodiscard]] QProcessEnvironment environment() const;
+
+    /// Runs another program on this display with `input` on its standard input, and gives its output.
+    [[nodiscard]] QByteArray run(
+        const QString& program, const QStringList& arguments, const QByteArray& input = {}) const;
 
 private:
     [[nodiscard]] bool start(const QString& program, const QStringList& arguments, const QString& socket);
