@@ -8,6 +8,7 @@
 #include "linux/keys/NoKeystrokes.h"
 #include "linux/panel/LayerShellPanelWindow.h"
 #include "linux/pasteboard/NoPasteboard.h"
+#include "linux/pasteboard/WaylandPasteboard.h"
 #include "linux/power/LinuxPowerAssertions.h"
 #include "linux/session/SessionBus.h"
 
@@ -19,7 +20,7 @@ void addWaylandPorts(Platform& platform)
     auto pointer = std::make_unique<WaylandPointer>();
     auto& panelsPointer = *pointer;
     platform.pointer = std::move(pointer);
-    platform.pasteboard = std::make_unique<NoPasteboard>();
+    platform.pasteboard = std::make_unique<WaylandPasteboard>();
     platform.dropReader = std::make_unique<NoDropReader>();
     platform.applications = std::make_unique<NoApplications>();
     platform.keystrokes = std::make_unique<NoKeystrokes>();

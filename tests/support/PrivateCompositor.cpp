@@ -1,0 +1,96 @@
+#include "support/PrivateCompositor.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcessEnvironment>
+#include <QThread>
+
+#include <csignal>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+constexpr int patience = 20'000; // milliseconds
+constexpr uid_t nobody = 65'534;
+
+} // namespace
+
+PrivateCompositor::PrivateCompositor()
+    : m_socket(m_folder.filePath(u"wayland-1"_s))
+{
+    const auto configuration = m_folder.filePath(u"config"_s);
+    QFile file(configuration);
+    if (file.open(QIODevice::WriteOnly))
+        file.write("output HEADLESS-1 resolution 1512x982\nxwayland disable\n");
+    file.close();
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(u"DISPLAY"_s);
+    environment.remove(u"WAYLAND_DISPLAY"_s);
+    environment.insert(u"HOME"_s, m_folder.path());
+    environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
+    environment.insert(u"WLR_BACKENDS"_s, u"headless"_s);
+    environment.insert(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
+    environment.insert(u"WLR_RENDERER"_s, u"pixman"_s);
+    m_process.setProcessEnvironment(environment);
+    // It refuses to run as root.
+    const bool isRoot = ::getuid() == 0;
+    if (isRoot) {
+        for (const auto& path : { m_folder.path(), configuration })
+            [[maybe_unused]] const auto given = ::chown(path.toLocal8Bit().constData(), nobody, nobody);
+    }
+    m_process.setChildProcessModifier([isRoot] {
+        if (isRoot && (::setgid(nobody) != 0 || ::setuid(nobody) != 0))
+            ::_exit(1);
+        // A test that crashes must not leave it behind.
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    });
+    m_process.setStandardErrorFile(QProcess::nullDevice());
+    m_process.setStandardOutputFile(QProcess::nullDevice());
+    m_process.start(u"sway"_s, { u"-c"_s, configuration });
+    QElapsedTimer waited;
+    waited.start();
+    while (!QFile::exists(m_socket) && waited.elapsed() < patience)
+        QThread::msleep(5);
+}
+
+PrivateCompositor::~PrivateCompositor()
+{
+    kill();
+}
+
+void PrivateCompositor::kill()
+{
+    m_process.kill();
+    m_process.waitForFinished(patience);
+}
+
+QProcessEnvironment PrivateCompositor::environment() const
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"WAYLAND_DISPLAY"_s, m_socket);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
+    return environment;
+}
+
+QByteArray PrivateCompositor::run(
+    const QString& program, const QStringList& arguments, const QByteArray& input) const
+{
+    QProcess process;
+    process.setProcessEnvironment(environment());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    // A clipboard tool stays in the background and would keep the pipe open.
+    if (!input.isNull())
+        process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished(patience);
+    return input.isNull() ? process.readAllStandardOutput() : QByteArray();
+}
+
+} // namespace nimbarrow
