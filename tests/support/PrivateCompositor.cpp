@@ -1,7 +1,7 @@
 #include "support/PrivateCompositor.h"
 
-#include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 
 #include <csignal>
 #include <sys/prctl.h>
@@ -72,6 +72,24 @@ bool PrivateCompositor::startSway()
             + command;
     }
     return start(command.takeFirst(), command, folder() + u"/wayland-1"_s);
+}
+
+bool PrivateCompositor::startKWin()
+{
+    // The installed one has a capability of its own, for which it may not be run where that cannot be had.
+    const auto program = folder() + u"/kwin_wayland"_s;
+    QFile::copy(QStandardPaths::findExecutable(u"kwin_wayland"_s), program);
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const auto& other : { u"WAYLAND_DISPLAY"_s, u"DISPLAY"_s, u"QT_QPA_PLATFORM"_s })
+        environment.remove(other);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, folder());
+    // Without a graphics driver.
+    environment.insert(u"KWIN_COMPOSE"_s, u"Q"_s);
+    m_process.setProcessEnvironment(environment);
+    return start(program,
+        { u"--virtual"_s, u"--no-lockscreen"_s, u"--width"_s, u"1512"_s, u"--height"_s, u"982"_s,
+            u"--socket"_s, u"wayland-1"_s },
+        folder() + u"/wayland-1"_s);
 }
 
 bool PrivateCompositor::command(const QString& command) const

@@ -1,5 +1,6 @@
 #include "linux/applications/DesktopEntries.h"
 #include "linux/applications/ForeignToplevels.h"
+#include "linux/display/WaylandResources.h"
 #include "linux/keys/VirtualKeyboardKeystrokes.h"
 #include "support/PrivateCompositor.h"
 
@@ -10,7 +11,6 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
-#include <qpa/qplatformnativeinterface.h>
 
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
@@ -21,8 +21,6 @@ class SwayInputTest : public QObject {
 public:
     explicit SwayInputTest(PrivateCompositor& compositor)
         : m_compositor(compositor)
-        , m_display(static_cast<wl_display*>(
-              QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display")))
     {
     }
 
@@ -186,7 +184,7 @@ private:
     }
 
     PrivateCompositor& m_compositor;
-    wl_display* m_display;
+    wl_display* m_display = wayland::qtDisplay();
     QTemporaryDir m_folder;
     QQmlEngine m_engine;
     std::unique_ptr<ForeignToplevels> m_applications;
