@@ -45,6 +45,8 @@ function(nimbarrow_wayland_protocols target)
         REPLACE zwlr_data_control ext_data_control [[ version="2"]] [[ version="1"]] [[ since="2"]] "")
     nimbarrow_wayland_protocol(${target} idle-inhibit
         ${WAYLAND_PROTOCOLS_DIR}/unstable/idle-inhibit/idle-inhibit-unstable-v1.xml)
+    nimbarrow_wayland_protocol(${target} xdg-output
+        ${WAYLAND_PROTOCOLS_DIR}/unstable/xdg-output/xdg-output-unstable-v1.xml)
     nimbarrow_wayland_protocol(${target} fake-input ${PLASMA_PROTOCOLS_DIR}/fake-input.xml)
     nimbarrow_wayland_protocol(${target} virtual-keyboard ${CMAKE_CURRENT_SOURCE_DIR}/keys/virtual-keyboard.xml)
 endfunction()

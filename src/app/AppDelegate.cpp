@@ -31,10 +31,14 @@ AppDelegate::~AppDelegate()
     ThumbnailFile::setLoader(nullptr);
 }
 
-bool AppDelegate::applicationDidFinishLaunching()
+bool AppDelegate::applicationDidFinishLaunching(bool forKeyboard)
 {
-    if (m_platform.instance->anotherIsRunning())
+    auto& instance = *m_platform.instance;
+    if (instance.anotherIsRunning()) {
+        if (!instance.ask(forKeyboard ? Instance::Request::ToggleKeyboard : Instance::Request::Open))
+            std::fprintf(stderr, "Nimbarrow: it runs already, but does not answer.\n");
         return false;
+    }
     qCInfo(logApp, "did finish launching");
 
     L10n::setSystemWords(m_platform.words);
@@ -67,7 +71,22 @@ bool AppDelegate::applicationDidFinishLaunching()
     QObject::connect(&end, &ProgramEnd::requested, m_model.get(), &QCoreApplication::quit);
     QObject::connect(&end, &ProgramEnd::sessionMayEnd, m_model.get(), &AppModel::save);
     QObject::connect(&end, &ProgramEnd::displayLost, m_model.get(), &AppModel::save);
+    // Queued, also what was asked while the program started: by then the surface stands.
+    QObject::connect(
+        &instance, &Instance::asked, m_model.get(), [this](auto request) { answer(request); },
+        Qt::QueuedConnection);
+    if (forKeyboard)
+        Q_EMIT instance.asked(Instance::Request::ToggleKeyboard);
     return true;
+}
+
+void AppDelegate::answer(Instance::Request request)
+{
+    switch (request) {
+    case Instance::Request::Open: m_notch->openKeyboard(); break;
+    case Instance::Request::ToggleKeyboard: m_notch->toggleKeyboard(); break;
+    case Instance::Request::Quit: QCoreApplication::quit(); break;
+    }
 }
 
 void AppDelegate::applicationWillTerminate()

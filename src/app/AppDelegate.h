@@ -17,8 +17,9 @@ public:
     ~AppDelegate();
     Q_DISABLE_COPY_MOVE(AppDelegate)
 
-    /// False when the program is to end because another copy runs.
-    [[nodiscard]] bool applicationDidFinishLaunching();
+    /// False when the program is to end because another copy runs, which is asked to open its surface.
+    /// `forKeyboard` when the program is started for that alone.
+    [[nodiscard]] bool applicationDidFinishLaunching(bool forKeyboard);
 
     /// After the main loop: nothing that was done last is lost.
     void applicationWillTerminate();
@@ -28,6 +29,8 @@ public:
     void reportMissingNotch() const;
 
 private:
+    void answer(Instance::Request request);
+
     Platform m_platform;
     std::unique_ptr<AppModel> m_model;
     std::unique_ptr<NotchSurface> m_surface;

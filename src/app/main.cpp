@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/CommandLine.h"
 
 #include <QGuiApplication>
 
@@ -6,21 +7,24 @@
 
 using namespace Qt::StringLiterals;
 
-int main(int /*argc*/, char* argv[])
+int main(int count, char* values[])
 {
+    const nimbarrow::CommandLine commandLine(count, values);
+    if (const auto status = commandLine.answer(*nimbarrow::makeInstance()))
+        return *status;
     if (const auto obstacle = nimbarrow::preparePlatform()) {
         std::fprintf(stderr, "Nimbarrow: %s\n", qUtf8Printable(*obstacle));
         return 1;
     }
-    // There are no options. Those of the toolkit would lead to displays where the program cannot work.
+    // The toolkit's own options would lead to displays where the program cannot work.
     int justTheName = 1;
-    const QGuiApplication application(justTheName, argv);
+    const QGuiApplication application(justTheName, values);
     QGuiApplication::setApplicationName(u"Nimbarrow"_s);
     QGuiApplication::setDesktopFileName(u"ua.tessak.Nimbarrow"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
     nimbarrow::AppDelegate delegate(nimbarrow::makePlatform());
-    if (!delegate.applicationDidFinishLaunching())
+    if (!delegate.applicationDidFinishLaunching(commandLine.isForKeyboard()))
         return 0;
     delegate.reportMissingNotch();
     const int status = QGuiApplication::exec();

@@ -21,6 +21,7 @@
 #include "linux/session/SessionBus.h"
 #include "linux/session/XdgLocations.h"
 #include "platform/Platform.h"
+#include "qt/ProcessSetup.h"
 #include "qt/QtAdapterProcesses.h"
 #include "qt/QtScheduler.h"
 #include "qt/QtWorkQueues.h"
@@ -32,8 +33,6 @@
 
 #include <algorithm>
 #include <malloc.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <xcb/xcb.h>
 
 using namespace Qt::StringLiterals;
@@ -41,12 +40,6 @@ using namespace Qt::StringLiterals;
 namespace nimbarrow {
 
 namespace {
-
-void setUnlessSet(const char* variable, const char* value)
-{
-    if (!qEnvironmentVariableIsSet(variable))
-        qputenv(variable, value);
-}
 
 /// What is freed goes back to the system, whichever thread has had it. Left to itself malloc() makes a heap
 /// for every thread, of which malloc_trim() leaves the ends alone, and lets them grow to the size of the
@@ -60,10 +53,13 @@ void keepHeapsSmall()
     ::mallopt(M_ARENA_MAX, 1);
 }
 
-/// As it was before preparePlatform().
+/// As it was before anything was changed or made.
 const InheritedState& inheritedState()
 {
-    static const auto state = InheritedState::now();
+    static const auto state = [] {
+        keepHeapsSmall();
+        return InheritedState::now();
+    }();
     return state;
 }
 
@@ -118,20 +114,20 @@ std::unique_ptr<CalendarStore> makeCalendarStore(UserDefaults& defaults, const L
 
 } // namespace
 
+std::unique_ptr<Instance> makeInstance()
+{
+    inheritedState();
+    return std::make_unique<BusInstance>(XdgLocations().applicationSupport() + "/Nimbarrow"_L1);
+}
+
 std::optional<QString> preparePlatform()
 {
-    keepHeapsSmall();
     inheritedState();
     // The panel is small; a GL driver would cost three times the memory of the whole program.
-    setUnlessSet("QT_QUICK_BACKEND", "software");
-    // What the program writes is what the user copied.
-    ::umask(S_IRWXG | S_IRWXO);
-    // So is what its memory holds, and a crash would put it into a file that outlives the entries. A byte is
-    // too little for a file, and, unlike none, it keeps the kernel from handing it all to a crash handler.
-    rlimit core {};
-    ::getrlimit(RLIMIT_CORE, &core);
-    core.rlim_cur = std::min<rlim_t>(1, core.rlim_max);
-    ::setrlimit(RLIMIT_CORE, &core);
+    processsetup::setUnlessSet("QT_QUICK_BACKEND", "software");
+    // A byte is too little for a file, and, unlike none, it keeps the kernel from handing it all to a crash
+    // handler.
+    processsetup::keepContentsPrivate(1);
     const auto choice = chooseDisplay(displayFacts());
     if (!choice.obstacle.isEmpty())
         return choice.obstacle;
@@ -156,8 +152,7 @@ Platform makePlatform()
     platform.userDefaults = std::make_unique<SettingsFile>(
         configuration + "/Nimbarrow.conf"_L1, *platform.workQueues, *platform.scheduler);
     platform.desktopPreferences = std::make_unique<LinuxPreferences>(liveSessionBus());
-    platform.instance
-        = std::make_unique<BusInstance>(platform.locations->applicationSupport() + "/Nimbarrow"_L1);
+    platform.instance = makeInstance();
     platform.programEnd = std::make_unique<LinuxProgramEnd>(liveSystemBus());
     platform.loginItem
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());

@@ -26,6 +26,7 @@
 #include "macos/session/MacUserDefaults.h"
 #include "macos/session/UnifiedLog.h"
 #include "platform/Platform.h"
+#include "qt/ProcessSetup.h"
 #include "qt/QtAdapterProcesses.h"
 #include "qt/QtScheduler.h"
 #include "qt/QtWorkQueues.h"
@@ -34,38 +35,25 @@
 #include <QCoreApplication>
 
 #include <malloc/malloc.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
 
-namespace {
-
-void setUnlessSet(const char* variable, const char* value)
+std::unique_ptr<Instance> makeInstance()
 {
-    if (!qEnvironmentVariableIsSet(variable))
-        qputenv(variable, value);
+    return std::make_unique<MacInstance>();
 }
-
-} // namespace
 
 std::optional<QString> preparePlatform()
 {
     unifiedlog::start();
     // The panel is small; a GPU renderer would cost more memory than the whole program.
-    setUnlessSet("QT_QUICK_BACKEND", "software");
+    processsetup::setUnlessSet("QT_QUICK_BACKEND", "software");
     // Qt would bring the program to the front when it starts, and when it raises a window.
-    setUnlessSet("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
-    setUnlessSet("QT_MAC_SET_RAISE_PROCESS", "0");
-    // What the program writes is what the user copied.
-    ::umask(S_IRWXG | S_IRWXO);
-    // So is what its memory holds, and a crash would put it into a file that outlives the entries.
-    rlimit core {};
-    ::getrlimit(RLIMIT_CORE, &core);
-    core.rlim_cur = 0;
-    ::setrlimit(RLIMIT_CORE, &core);
+    processsetup::setUnlessSet("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
+    processsetup::setUnlessSet("QT_MAC_SET_RAISE_PROCESS", "0");
+    processsetup::keepContentsPrivate(0);
     return {};
 }
 
@@ -78,7 +66,7 @@ Platform makePlatform()
     platform.locations = std::make_unique<MacLocations>();
     platform.userDefaults = std::make_unique<MacUserDefaults>();
     platform.desktopPreferences = std::make_unique<MacPreferences>();
-    platform.instance = std::make_unique<MacInstance>();
+    platform.instance = makeInstance();
     platform.programEnd = std::make_unique<MacProgramEnd>();
     platform.sessionLock = std::make_unique<MacSessionLock>();
     platform.loginItem = std::make_unique<MacLoginItem>();

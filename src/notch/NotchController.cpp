@@ -267,13 +267,19 @@ void NotchController::collapse()
 
 void NotchController::toggleKeyboard()
 {
-    if (m_keyboard.isOn()) {
+    if (m_keyboard.isOn())
         closeKeyboard(true);
-    } else if (m_state.geometry()) {
-        setMode(NotchState::Expanded);
-        hold();
-        m_keyboard.open();
-    }
+    else
+        openKeyboard();
+}
+
+void NotchController::openKeyboard()
+{
+    if (m_keyboard.isOn() || !m_state.geometry())
+        return;
+    setMode(NotchState::Expanded);
+    hold();
+    m_keyboard.open();
 }
 
 void NotchController::closeKeyboard(bool collapsing)

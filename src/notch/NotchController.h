@@ -51,6 +51,8 @@ public:
 
     /// The hot key.
     void toggleKeyboard();
+    /// Opens the surface for the keyboard, unless it is open for it.
+    void openKeyboard();
 
     /// Run each time the surface expands.
     std::function<void()> onExpand;

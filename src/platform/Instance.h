@@ -1,14 +1,36 @@
 #pragma once
 
-#include "platform/Port.h"
+#include <QObject>
 
 namespace nimbarrow {
 
-/// Port: one running copy of the program in a session.
-class Instance : public Port {
+/// Port: the one running copy of the program in a session, and what other programs ask of it. Making it takes
+/// nothing and announces nothing.
+class Instance : public QObject {
+    Q_OBJECT
+
 public:
+    enum class Request {
+        /// The surface is to open, and to stay open where it is already.
+        Open,
+        /// As the hot key does.
+        ToggleKeyboard,
+        Quit
+    };
+    Q_ENUM(Request)
+
+    using QObject::QObject;
+
     /// True when another copy runs; otherwise this one is the running copy until it ends.
     [[nodiscard]] virtual bool anotherIsRunning() = 0;
+
+    /// For a program that is not the running copy: asks the one that is, and waits a few seconds at most.
+    /// Needs no display. False when none has answered.
+    [[nodiscard]] virtual bool ask(Request request) = 0;
+
+Q_SIGNALS:
+    /// Somebody asks this copy.
+    void asked(nimbarrow::Instance::Request request);
 };
 
 } // namespace nimbarrow

@@ -81,6 +81,10 @@ struct Platform {
     std::function<std::unique_ptr<PanelWindow>(QQuickWindow& window)> adoptPanel;
 };
 
+/// The port alone that reaches a running copy, for a program that may have no display. It is the first thing
+/// to be made; the others have one of their own.
+[[nodiscard]] std::unique_ptr<Instance> makeInstance();
+
 /// Prepares what must stand before the application object is made, such as the windowing system. None where
 /// the program can run here, else why not, as a sentence for the terminal.
 [[nodiscard]] std::optional<QString> preparePlatform();

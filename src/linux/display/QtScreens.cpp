@@ -13,14 +13,20 @@ using namespace std::chrono_literals;
 namespace nimbarrow {
 namespace {
 
-Screen described(const QScreen& screen, const ScreenCutouts& cutouts)
+ScreenMode qtScreenMode(const QScreen& screen)
+{
+    return { screen.name(), screen.size() * screen.devicePixelRatio() };
+}
+
+Screen described(const QScreen& screen, const ScreenMode& mode, const ScreenCutouts& cutouts)
 {
     const QRectF frame = screen.geometry();
-    const auto scale = screen.devicePixelRatio();
-    Screen result { screen.name(), flipped(frame), 0, {}, {} };
-    const auto cutout = cutouts.topCutout(screen.name(), (frame.size() * scale).toSize());
+    Screen result { mode.name, flipped(frame), 0, {}, {} };
+    const auto cutout = cutouts.topCutout(mode.name, mode.size);
     if (!cutout)
         return result;
+    // Qt draws at a scale of its own where the screen's is between two whole ones.
+    const auto scale = mode.size.width() / frame.width();
     const auto left = cutout->left() / scale;
     const auto right = cutout->right() / scale;
     result.topInset = cutout->bottom() / scale;
@@ -32,8 +38,9 @@ Screen described(const QScreen& screen, const ScreenCutouts& cutouts)
 
 } // namespace
 
-QtScreens::QtScreens(std::unique_ptr<ScreenCutouts> cutouts)
+QtScreens::QtScreens(std::unique_ptr<ScreenCutouts> cutouts, ScreenModeOf modeOf)
     : m_cutouts(std::move(cutouts))
+    , m_modeOf(modeOf ? std::move(modeOf) : qtScreenMode)
     , m_last(screens())
 {
     // One change of the set-up arrives as many small ones.
@@ -57,15 +64,17 @@ QList<Screen> QtScreens::screens() const
 {
     QList<Screen> result;
     for (const auto all = QGuiApplication::screens(); const auto* screen : all)
-        result << described(*screen, *m_cutouts);
+        result << described(*screen, m_modeOf(*screen), *m_cutouts);
     return result;
 }
 
 QString QtScreens::howToDeclareNotch() const
 {
     const auto* screen = QGuiApplication::primaryScreen();
-    return screen ? m_cutouts->howToDeclare(screen->name(), screen->size() * screen->devicePixelRatio())
-                  : QString();
+    if (!screen)
+        return {};
+    const auto mode = m_modeOf(*screen);
+    return m_cutouts->howToDeclare(mode.name, mode.size);
 }
 
 void QtScreens::follow(QScreen* screen)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/display/ScreenMode.h"
 #include "platform/Screens.h"
 
 #include <QTimer>
@@ -17,7 +18,8 @@ class QtScreens final : public Screens {
     Q_OBJECT
 
 public:
-    explicit QtScreens(std::unique_ptr<ScreenCutouts> cutouts);
+    /// Without `modeOf` it is Qt that knows what stands behind a screen.
+    explicit QtScreens(std::unique_ptr<ScreenCutouts> cutouts, ScreenModeOf modeOf = {});
     ~QtScreens() override;
 
     [[nodiscard]] QList<Screen> screens() const override;
@@ -28,6 +30,7 @@ private:
     void compare();
 
     std::unique_ptr<ScreenCutouts> m_cutouts;
+    ScreenModeOf m_modeOf;
     QList<Screen> m_last;
     QTimer m_settled;
 };

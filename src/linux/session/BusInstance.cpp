@@ -3,22 +3,46 @@
 #include "linux/session/SessionBus.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusError>
 #include <QDBusReply>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
 
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace nimbarrow {
 
 namespace {
+
+const QString busName = u"ua.tessak.Nimbarrow"_s;
+const QString objectPath = u"/ua/tessak/Nimbarrow"_s;
+const QString applicationInterface = u"org.freedesktop.Application"_s;
+const QString toggleAction = u"toggle"_s;
+const QString quitAction = u"quit"_s;
+
+constexpr int patience = 2000; // ms
+
+QDBusMessage callFor(Instance::Request request)
+{
+    const auto method = request == Instance::Request::Open ? u"Activate"_s : u"ActivateAction"_s;
+    auto call = QDBusMessage::createMethodCall(busName, objectPath, applicationInterface, method);
+    // It is the running copy that is asked, never a new one.
+    call.setAutoStartService(false);
+    if (request != Instance::Request::Open)
+        call << (request == Instance::Request::Quit ? quitAction : toggleAction) << QVariantList();
+    return call << QVariantMap();
+}
 
 QString lockPath()
 {
@@ -49,14 +73,52 @@ bool BusInstance::anotherIsRunning()
     return *m_anotherIsRunning;
 }
 
+bool BusInstance::ask(Request request)
+{
+    const auto bus = liveSessionBus();
+    if (!bus)
+        return false;
+    // A copy that has just been started has its data before it has its name.
+    const QDeadlineTimer deadline(m_anotherIsRunning.value_or(false) ? 3s : 0s);
+    for (;;) {
+        const QDBusError error(bus->call(callFor(request), QDBus::Block, patience));
+        if (error.type() != QDBusError::ServiceUnknown || deadline.hasExpired())
+            return !error.isValid();
+        QThread::msleep(50);
+    }
+}
+
+void BusInstance::Activate(const QVariantMap& /*platformData*/)
+{
+    Q_EMIT asked(Request::Open);
+}
+
+void BusInstance::Open(const QStringList& /*links*/, const QVariantMap& platformData)
+{
+    Activate(platformData);
+}
+
+void BusInstance::ActivateAction(
+    const QString& action, const QVariantList& /*parameters*/, const QVariantMap& /*platformData*/)
+{
+    if (action == toggleAction)
+        Q_EMIT asked(Request::ToggleKeyboard);
+    else if (action == quitAction)
+        Q_EMIT asked(Request::Quit);
+    else
+        sendErrorReply(QDBusError::InvalidArgs, u"There is no action \"%1\"."_s.arg(action));
+}
+
 bool BusInstance::findAnother()
 {
     if (const auto bus = liveSessionBus()) {
         auto* const names = bus->interface();
-        constexpr int patience = 2000; // ms
         names->setTimeout(patience);
-        const auto reply = names->registerService(u"ua.tessak.Nimbarrow"_s,
-            QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
+        // First, for what was asked of the name before it had an owner arrives with it.
+        QDBusConnection(*bus).registerObject(
+            objectPath, applicationInterface, this, QDBusConnection::ExportScriptableInvokables);
+        const auto reply = names->registerService(busName, QDBusConnectionInterface::DontQueueService,
+            QDBusConnectionInterface::DontAllowReplacement);
         if (reply.isValid())
             return reply.value() != QDBusConnectionInterface::ServiceRegistered;
     }

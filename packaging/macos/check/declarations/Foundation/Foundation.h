@@ -112,6 +112,7 @@ typedef ENUM(NSUInteger, NSNotificationSuspensionBehavior) {
 SINCE(10.0) @interface NSDistributedNotificationCenter : NSNotificationCenter
 + (NSDistributedNotificationCenter*)defaultCenter SINCE(10.0);
 - (void)addObserver:(id)observer selector:(SEL)selector name:(nullable NSNotificationName)name object:(nullable NSString*)object suspensionBehavior:(NSNotificationSuspensionBehavior)behavior SINCE(10.0);
+- (void)postNotificationName:(NSNotificationName)name object:(nullable NSString*)object userInfo:(nullable NSDictionary*)userInfo deliverImmediately:(BOOL)deliverImmediately SINCE(10.0);
 @end
 API const NSNotificationName NSCalendarDayChangedNotification SINCE(10.9);
 API const NSNotificationName NSSystemTimeZoneDidChangeNotification SINCE(10.5);

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/Instance.h"
+
+#include <QStringList>
+
+#include <optional>
+
+namespace nimbarrow {
+
+/// What the program was started for. Reading it needs no application object, and answering no display.
+class CommandLine final {
+public:
+    /// `arguments` begin with the program's own name.
+    explicit CommandLine(const QStringList& arguments);
+    /// As main() has them.
+    CommandLine(int count, char** values);
+
+    /// Answers what needs no program of its own, on the terminal or by asking the copy that runs. Then it is
+    /// the status to end with: 0, 1 when nothing came of it, 2 when the command line is wrong.
+    [[nodiscard]] std::optional<int> answer(Instance& instance) const;
+
+    /// The program starts for its surface to be used from the keyboard.
+    [[nodiscard]] bool isForKeyboard() const { return m_command == Command::Toggle; }
+
+private:
+    enum class Command { Start, Refuse, Help, Version, Toggle, Quit };
+
+    Command m_command = Command::Start;
+    /// For the terminal.
+    QString m_help;
+    QString m_mistake;
+};
+
+} // namespace nimbarrow
