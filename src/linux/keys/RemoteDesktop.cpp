@@ -8,6 +8,7 @@
 #include <QDBusObjectPath>
 #include <QDBusReply>
 #include <QDBusVariant>
+#include <QFileInfo>
 #include <QLoggingCategory>
 
 #include <utility>
@@ -147,7 +148,10 @@ void RemoteDesktop::takeToken(const QString& token)
     const bool wasTrusted = isTrusted();
     m_token = token;
     m_files->run([path = m_tokenFile, text = token.toUtf8()] {
-        if (text.isEmpty() ? !privatefiles::remove(path) : !privatefiles::write(path, text))
+        const bool isKept = text.isEmpty()
+            ? privatefiles::remove(path)
+            : privatefiles::makeFolder(QFileInfo(path).path()) && privatefiles::write(path, text);
+        if (!isKept)
             qCWarning(typing, "The leave to type could not be kept: the desktop will ask again");
     });
     if (isTrusted() != wasTrusted)
