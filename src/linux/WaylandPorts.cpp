@@ -1,11 +1,17 @@
 #include "linux/DisplayPorts.h"
-#include "linux/applications/NoApplications.h"
+#include "linux/applications/DesktopEntries.h"
+#include "linux/applications/ForeignToplevels.h"
+#include "linux/applications/KWinWindows.h"
 #include "linux/display/DisplayPanels.h"
 #include "linux/display/QtScreens.h"
 #include "linux/display/WaylandOutputs.h"
 #include "linux/display/WaylandPointer.h"
-#include "linux/keys/NoHotKeys.h"
-#include "linux/keys/NoKeystrokes.h"
+#include "linux/display/WaylandRegistry.h"
+#include "linux/display/WaylandResources.h"
+#include "linux/keys/FakeInputKeystrokes.h"
+#include "linux/keys/InputWays.h"
+#include "linux/keys/StandingTrust.h"
+#include "linux/keys/VirtualKeyboardKeystrokes.h"
 #include "linux/panel/LayerShellPanelWindow.h"
 #include "linux/pasteboard/NoPasteboard.h"
 #include "linux/pasteboard/WaylandPasteboard.h"
@@ -13,6 +19,51 @@
 #include "linux/session/SessionBus.h"
 
 namespace nimbarrow {
+
+namespace {
+
+InputFacts inputFacts(wl_display* display)
+{
+    const WaylandRegistry registry(display);
+    InputFacts facts { DisplaySystem::Wayland };
+    facts.listsToplevels = registry.version("zwlr_foreign_toplevel_manager_v1") > 0;
+    facts.isKWin = registry.version("org_kde_plasma_shell") > 0;
+    facts.lendsKeyboards = registry.version("zwp_virtual_keyboard_manager_v1") > 0;
+    facts.takesFakeInput = registry.version("org_kde_kwin_fake_input") > 0;
+    return facts;
+}
+
+std::unique_ptr<DesktopApplications> makeApplications(FrontWay way, wl_display* display)
+{
+    const auto bus = liveSessionBus();
+    if (way == FrontWay::ForeignToplevels)
+        return std::make_unique<ForeignToplevels>(display);
+    if (way == FrontWay::KWin && bus)
+        return std::make_unique<KWinWindows>(*bus);
+    return std::make_unique<DesktopApplications>(std::make_unique<DesktopEntries>());
+}
+
+void addInputPorts(Platform& platform)
+{
+    auto* const display = wayland::qtDisplay();
+    const auto facts = inputFacts(display);
+    auto applications = makeApplications(frontWay(facts), display);
+    const auto lets = [&platform](auto keystrokes) {
+        platform.accessibilityTrust = std::make_unique<StandingTrust>(keystrokes->isAvailable());
+        platform.keystrokes = std::move(keystrokes);
+    };
+    switch (pasteWay(facts)) {
+    case PasteWay::VirtualKeyboard:
+        lets(std::make_unique<VirtualKeyboardKeystrokes>(display, *applications));
+        break;
+    case PasteWay::FakeInput: lets(std::make_unique<FakeInputKeystrokes>(display, *applications)); break;
+    default: addPortalKeystrokes(platform, *applications);
+    }
+    platform.applications = std::move(applications);
+    addBusHotKeys(platform, facts.isKWin);
+}
+
+} // namespace
 
 void addWaylandPorts(Platform& platform)
 {
@@ -22,10 +73,7 @@ void addWaylandPorts(Platform& platform)
     platform.pointer = std::move(pointer);
     platform.pasteboard = std::make_unique<WaylandPasteboard>();
     platform.dropReader = std::make_unique<NoDropReader>();
-    platform.applications = std::make_unique<NoApplications>();
-    platform.keystrokes = std::make_unique<NoKeystrokes>();
-    platform.hotKeys = std::make_unique<NoHotKeys>();
-    platform.accessibilityTrust = std::make_unique<NoTrust>();
+    addInputPorts(platform);
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
         liveSessionBus(), liveSystemBus(), LinuxPowerAssertions::Substitute(), *platform.scheduler);
     platform.adoptPanel = [&panelsPointer](QQuickWindow& window) {

@@ -1,9 +1,11 @@
 #include "linux/DisplayPorts.h"
+#include "linux/applications/DesktopEntries.h"
 #include "linux/applications/X11Applications.h"
 #include "linux/display/DisplayPanels.h"
 #include "linux/display/QtScreens.h"
 #include "linux/display/WaylandOutputs.h"
 #include "linux/display/X11Pointer.h"
+#include "linux/keys/InputWays.h"
 #include "linux/keys/X11HotKeys.h"
 #include "linux/keys/X11Keystrokes.h"
 #include "linux/keys/X11Trust.h"
@@ -26,11 +28,23 @@ void addX11Ports(Platform& platform, DisplaySystem system, LinuxSessionLock& loc
     auto pasteboard = std::make_unique<X11Pasteboard>();
     platform.dropReader = std::make_unique<X11DropReader>(*pasteboard);
     platform.pasteboard = std::move(pasteboard);
-    auto applications = std::make_unique<X11Applications>();
-    platform.keystrokes = std::make_unique<X11Keystrokes>(*applications);
+    const InputFacts facts { system };
+    std::unique_ptr<DesktopApplications> applications;
+    if (frontWay(facts) == FrontWay::X11)
+        applications = std::make_unique<X11Applications>();
+    else
+        applications = std::make_unique<DesktopApplications>(std::make_unique<DesktopEntries>());
+    if (pasteWay(facts) == PasteWay::TestExtension) {
+        platform.keystrokes = std::make_unique<X11Keystrokes>(*applications);
+        platform.accessibilityTrust = std::make_unique<X11Trust>();
+    } else {
+        addPortalKeystrokes(platform, *applications);
+    }
     platform.applications = std::move(applications);
-    platform.hotKeys = std::make_unique<X11HotKeys>();
-    platform.accessibilityTrust = std::make_unique<X11Trust>();
+    if (system == DisplaySystem::X11)
+        platform.hotKeys = std::make_unique<X11HotKeys>();
+    else
+        addBusHotKeys(platform, false);
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
         liveSessionBus(), liveSystemBus(), [] { return x11::suspendScreenSaver(); }, *platform.scheduler);
     platform.adoptPanel = [&lock](QQuickWindow& window) {

@@ -24,7 +24,7 @@ PasteWay pasteWay(const InputFacts& facts)
 HotKeyWay hotKeyWay(const BusKeyFacts& facts)
 {
     // KDE has the portal too, but asks there for what its shortcuts need no question for.
-    if (facts.hasGlobalAccel)
+    if (facts.isKWin && facts.hasGlobalAccel)
         return HotKeyWay::GlobalAccel;
     return facts.globalShortcuts > 0 ? HotKeyWay::Portal : HotKeyWay::Nothing;
 }

@@ -15,6 +15,8 @@ struct InputFacts {
 
 /// What is on the session's message bus for keys.
 struct BusKeyFacts {
+    /// Elsewhere KDE's shortcuts may be served too, but reach nobody.
+    bool isKWin = false;
     /// KDE's shortcuts.
     bool hasGlobalAccel = false;
     /// The version of the portal; 0 where there is none.

@@ -19,6 +19,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
+
 #include <fake-input-client.h>
 
 using namespace Qt::StringLiterals;
@@ -125,7 +126,8 @@ private Q_SLOTS:
         QTest::qWait(50);
         QCOMPARE(fired, 3);
         // What is in use, what it was at first, and the name.
-        QTRY_VERIFY(KeyFile(read(folder + u"/kglobalshortcutsrc"_s)).value("ua.tessak.Nimbarrow", "toggle-history")
+        QTRY_VERIFY(
+            KeyFile(read(folder + u"/kglobalshortcutsrc"_s)).value("ua.tessak.Nimbarrow", "toggle-history")
             == "Ctrl+Alt+V,Meta+Shift+V,Відкрити історію");
     }
 
@@ -158,8 +160,8 @@ private:
 
     QDBusMessage ask(const QString& method, const QVariantList& arguments)
     {
-        auto question = QDBusMessage::createMethodCall(u"org.kde.kglobalaccel"_s, u"/kglobalaccel"_s,
-            u"org.kde.KGlobalAccel"_s, method);
+        auto question = QDBusMessage::createMethodCall(
+            u"org.kde.kglobalaccel"_s, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel"_s, method);
         question.setArguments(arguments);
         return m_bus.call(question, QDBus::BlockWithGui);
     }
@@ -201,8 +203,9 @@ int main(int argc, char** argv)
         if (file.open(QIODevice::WriteOnly))
             file.write("[Desktop Entry]\nType=Application\n" + more);
     };
-    write(u"org.example.editor"_s, "Name=Editor\nName[uk]=Редактор\nCategories=Utility;\nExec="
-            + QByteArray(argv[0]) + "\nX-KDE-Wayland-Interfaces=org_kde_kwin_fake_input\n");
+    write(u"org.example.editor"_s,
+        "Name=Editor\nName[uk]=Редактор\nCategories=Utility;\nExec=" + QByteArray(argv[0])
+            + "\nX-KDE-Wayland-Interfaces=org_kde_kwin_fake_input\n");
     write(u"mousepad"_s, "Name=Terminal\nCategories=TerminalEmulator;\nExec=mousepad\n");
     const PrivateBus bus;
     qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit());

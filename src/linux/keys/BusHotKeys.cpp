@@ -1,0 +1,92 @@
+#include "linux/keys/BusHotKeys.h"
+
+#include "linux/keys/GlobalAccelHotKeys.h"
+#include "linux/keys/PortalHotKeys.h"
+#include "linux/session/BusCalls.h"
+#include "linux/session/PortalRequest.h"
+
+#include <QDBusReply>
+#include <QDBusVariant>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+struct BusHotKeys::Wanted {
+    Key key;
+    KeyModifiers modifiers;
+    std::function<void()> pressed;
+    std::unique_ptr<Registration> registration {};
+};
+
+/// Ends with what it stands for, whether that was registered by then or not.
+class BusHotKeys::Registered final : public Registration {
+public:
+    explicit Registered(std::shared_ptr<Wanted> wanted)
+        : m_wanted(std::move(wanted))
+    {
+    }
+
+private:
+    std::shared_ptr<Wanted> m_wanted;
+};
+
+BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString description)
+    : m_bus(std::move(bus))
+    , m_description(std::move(description))
+{
+    m_facts.isKWin = isKWin;
+    if (!m_bus) {
+        use(hotKeyWay(m_facts));
+        return;
+    }
+    auto asked = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
+    asked << u"org.kde.kglobalaccel"_s;
+    callBus(*m_bus, asked, &m_questions, [this](const QDBusMessage& answer) {
+        m_facts.hasGlobalAccel = QDBusReply<bool>(answer).value();
+        askPortal();
+    });
+}
+
+BusHotKeys::~BusHotKeys() = default;
+
+void BusHotKeys::askPortal()
+{
+    auto asked = portalCall(u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    asked << globalShortcutsPortal << u"version"_s;
+    callBus(*m_bus, asked, &m_questions, [this](const QDBusMessage& answer) {
+        const QDBusReply<QDBusVariant> version = answer;
+        if (version.isValid())
+            m_facts.globalShortcuts = version.value().variant().toUInt();
+        use(hotKeyWay(m_facts));
+    });
+}
+
+void BusHotKeys::use(HotKeyWay way)
+{
+    m_way = way;
+    switch (way) {
+    case HotKeyWay::GlobalAccel: m_keys = std::make_unique<GlobalAccelHotKeys>(*m_bus, m_description); break;
+    case HotKeyWay::Portal: m_keys = std::make_unique<PortalHotKeys>(*m_bus, m_description); break;
+    case HotKeyWay::Nothing: break;
+    }
+    for (const auto all = std::exchange(m_wanted, {}); const auto& weak : all) {
+        if (const auto wanted = weak.lock(); wanted && m_keys)
+            wanted->registration = m_keys->registerKey(wanted->key, wanted->modifiers, wanted->pressed);
+    }
+}
+
+std::unique_ptr<HotKeys::Registration> BusHotKeys::registerKey(
+    Key key, KeyModifiers modifiers, std::function<void()> pressed)
+{
+    if (m_keys)
+        return m_keys->registerKey(key, modifiers, std::move(pressed));
+    auto wanted = std::make_shared<Wanted>(Wanted { key, modifiers, std::move(pressed) });
+    m_wanted << wanted;
+    return std::make_unique<Registered>(std::move(wanted));
+}
+
+} // namespace nimbarrow

@@ -1,0 +1,139 @@
+#include "linux/keys/PortalHotKeys.h"
+
+#include "linux/session/BusCalls.h"
+#include "linux/session/PortalRequest.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QLoggingCategory>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+Q_LOGGING_CATEGORY(shortcuts, "nimbarrow.hotkey")
+
+const QString shortcutId = u"toggle-history"_s;
+
+/// As the portal wants it: (sa{sv}).
+struct PortalShortcut {
+    QString id;
+    QVariantMap facts;
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const PortalShortcut& shortcut)
+{
+    argument.beginStructure();
+    argument << shortcut.id << shortcut.facts;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& shortcut)
+{
+    argument.beginStructure();
+    argument >> shortcut.id >> shortcut.facts;
+    argument.endStructure();
+    return argument;
+}
+
+/// In the words of the shortcuts specification of the desktops: "LOGO+SHIFT+v".
+QString trigger(Key letter, KeyModifiers modifiers)
+{
+    QStringList parts;
+    for (const auto& [modifier, name] :
+        { std::pair(KeyModifier::Control, u"CTRL"_s), std::pair(KeyModifier::Option, u"ALT"_s),
+            std::pair(KeyModifier::Command, u"LOGO"_s), std::pair(KeyModifier::Shift, u"SHIFT"_s) }) {
+        if (modifiers.testFlag(modifier))
+            parts << name;
+    }
+    parts << (letter == Key::C ? u"c"_s : u"v"_s);
+    return parts.join(u'+');
+}
+
+} // namespace
+
+class PortalHotKeys::Session final : public QObject, public Registration {
+    Q_OBJECT
+
+public:
+    Session(QDBusConnection bus, PortalShortcut shortcut, std::function<void()> pressed)
+        : m_bus(std::move(bus))
+        , m_shortcut(std::move(shortcut))
+        , m_pressed(std::move(pressed))
+    {
+        askPortal(m_bus, globalShortcutsPortal, u"CreateSession"_s, {},
+            { { u"session_handle_token"_s, portalToken() } }, this, [this](const PortalAnswer& answer) {
+                m_session = answer.results.value(u"session_handle"_s).toString();
+                if (answer.kind == PortalAnswer::Kind::Granted && !m_session.isEmpty())
+                    bind();
+                else
+                    tellThatItFailed();
+            });
+    }
+
+    ~Session() override
+    {
+        if (!m_session.isEmpty())
+            m_bus.send(QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s, m_session,
+                u"org.freedesktop.portal.Session"_s, u"Close"_s));
+    }
+    Q_DISABLE_COPY_MOVE(Session)
+
+private Q_SLOTS:
+    void activate(const QDBusObjectPath& session, const QString& id)
+    {
+        if (session.path() != m_session || id != shortcutId)
+            return;
+        // Who is called may end this registration.
+        const auto pressed = m_pressed;
+        pressed();
+    }
+
+private:
+    void bind()
+    {
+        followBusSignal(m_bus, u"/org/freedesktop/portal/desktop"_s, globalShortcutsPortal, u"Activated"_s,
+            this, SLOT(activate(QDBusObjectPath, QString)));
+        askPortal(m_bus, globalShortcutsPortal, u"BindShortcuts"_s,
+            { QVariant::fromValue(QDBusObjectPath(m_session)),
+                QVariant::fromValue(QList<PortalShortcut> { m_shortcut }), QString() },
+            {}, this, [this](const PortalAnswer& answer) {
+                if (answer.kind == PortalAnswer::Kind::Failed)
+                    tellThatItFailed();
+            });
+    }
+
+    static void tellThatItFailed() { qCWarning(shortcuts, "The desktop's portal gives no hot key"); }
+
+    QDBusConnection m_bus;
+    PortalShortcut m_shortcut;
+    std::function<void()> m_pressed;
+    QString m_session;
+};
+
+PortalHotKeys::PortalHotKeys(QDBusConnection bus, QString description)
+    : m_bus(std::move(bus))
+    , m_description(std::move(description))
+{
+    qDBusRegisterMetaType<PortalShortcut>();
+    qDBusRegisterMetaType<QList<PortalShortcut>>();
+}
+
+std::unique_ptr<HotKeys::Registration> PortalHotKeys::registerKey(
+    Key key, KeyModifiers modifiers, std::function<void()> pressed)
+{
+    return std::make_unique<Session>(m_bus,
+        PortalShortcut { shortcutId,
+            { { u"description"_s, m_description }, { u"preferred_trigger"_s, trigger(key, modifiers) } } },
+        std::move(pressed));
+}
+
+} // namespace nimbarrow
+
+#include "PortalHotKeys.moc"

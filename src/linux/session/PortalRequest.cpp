@@ -1,0 +1,82 @@
+#include "linux/session/PortalRequest.h"
+
+#include "linux/session/BusCalls.h"
+
+#include <QDBusMessage>
+#include <QObject>
+#include <QUuid>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace nimbarrow {
+
+namespace {
+
+const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
+
+/// One question; it ends with its answer.
+class Request final : public QObject {
+    Q_OBJECT
+
+public:
+    Request(QObject* receiver, std::function<void(const PortalAnswer&)> answered)
+        : QObject(receiver)
+        , m_answered(std::move(answered))
+    {
+    }
+
+    void end(const PortalAnswer& answer)
+    {
+        const auto answered = std::exchange(m_answered, {});
+        deleteLater();
+        if (answered)
+            answered(answer);
+    }
+
+public Q_SLOTS:
+    void respond(uint response, const QVariantMap& results)
+    {
+        using enum PortalAnswer::Kind;
+        end({ response == 0 ? Granted : response == 1 ? Refused : Failed, results });
+    }
+
+private:
+    std::function<void(const PortalAnswer&)> m_answered;
+};
+
+} // namespace
+
+void askPortal(const QDBusConnection& bus, const QString& interface, const QString& method,
+    const QVariantList& arguments, QVariantMap options, QObject* receiver,
+    std::function<void(const PortalAnswer&)> answered)
+{
+    auto* const request = new Request(receiver, std::move(answered));
+    const auto token = portalToken();
+    const auto sender = bus.baseService().mid(1).replace(u'.', u'_');
+    // Before the question, for the answer may be as fast.
+    followBusSignal(bus, portalPath + "/request/"_L1 + sender + u'/' + token,
+        u"org.freedesktop.portal.Request"_s, u"Response"_s, request, SLOT(respond(uint, QVariantMap)));
+    options.insert(u"handle_token"_s, token);
+    auto question = portalCall(interface, method);
+    question.setArguments(arguments + QVariantList { options });
+    callBus(bus, question, request, [request](const QDBusMessage& answer) {
+        if (answer.type() == QDBusMessage::ErrorMessage)
+            request->end({});
+    });
+}
+
+QString portalToken()
+{
+    return u"nimbarrow"_s + QUuid::createUuid().toString(QUuid::Id128);
+}
+
+QDBusMessage portalCall(const QString& interface, const QString& method)
+{
+    return QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s, portalPath, interface, method);
+}
+
+} // namespace nimbarrow
+
+#include "PortalRequest.moc"

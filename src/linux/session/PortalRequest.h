@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QVariantMap>
+
+#include <functional>
+
+namespace nimbarrow {
+
+/// What a portal answered, after it may have asked the user.
+struct PortalAnswer {
+    enum class Kind {
+        Granted,
+        /// By the user.
+        Refused,
+        /// There is no such portal, or it failed.
+        Failed,
+    };
+    Kind kind = Kind::Failed;
+    QVariantMap results;
+};
+
+/// Asks a portal. `options`, which go last, are completed with what lets the answer find its way back.
+/// `answered` runs on the main loop, however long the user takes, unless `receiver` is gone by then.
+void askPortal(const QDBusConnection& bus, const QString& interface, const QString& method,
+    const QVariantList& arguments, QVariantMap options, QObject* receiver,
+    std::function<void(const PortalAnswer& answer)> answered);
+
+/// A new name for what a portal is to make, which nobody else can guess.
+[[nodiscard]] QString portalToken();
+
+/// A call of a portal that asks nobody.
+[[nodiscard]] QDBusMessage portalCall(const QString& interface, const QString& method);
+
+} // namespace nimbarrow
