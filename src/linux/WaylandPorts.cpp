@@ -7,7 +7,7 @@
 #include "linux/keys/NoHotKeys.h"
 #include "linux/keys/NoKeystrokes.h"
 #include "linux/panel/LayerShellPanelWindow.h"
-#include "linux/pasteboard/NoPasteboard.h"
+#include "linux/pasteboard/WaylandDropReader.h"
 #include "linux/pasteboard/WaylandPasteboard.h"
 #include "linux/power/LinuxPowerAssertions.h"
 #include "linux/session/SessionBus.h"
@@ -21,7 +21,7 @@ void addWaylandPorts(Platform& platform)
     auto& panelsPointer = *pointer;
     platform.pointer = std::move(pointer);
     platform.pasteboard = std::make_unique<WaylandPasteboard>();
-    platform.dropReader = std::make_unique<NoDropReader>();
+    platform.dropReader = std::make_unique<WaylandDropReader>();
     platform.applications = std::make_unique<NoApplications>();
     platform.keystrokes = std::make_unique<NoKeystrokes>();
     platform.hotKeys = std::make_unique<NoHotKeys>();
