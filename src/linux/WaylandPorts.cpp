@@ -13,7 +13,7 @@
 #include "linux/keys/StandingTrust.h"
 #include "linux/keys/VirtualKeyboardKeystrokes.h"
 #include "linux/panel/LayerShellPanelWindow.h"
-#include "linux/pasteboard/NoPasteboard.h"
+#include "linux/pasteboard/WaylandDropReader.h"
 #include "linux/pasteboard/WaylandPasteboard.h"
 #include "linux/power/LinuxPowerAssertions.h"
 #include "linux/session/SessionBus.h"
@@ -72,7 +72,7 @@ void addWaylandPorts(Platform& platform)
     auto& panelsPointer = *pointer;
     platform.pointer = std::move(pointer);
     platform.pasteboard = std::make_unique<WaylandPasteboard>();
-    platform.dropReader = std::make_unique<NoDropReader>();
+    platform.dropReader = std::make_unique<WaylandDropReader>();
     addInputPorts(platform);
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
         liveSessionBus(), liveSystemBus(), LinuxPowerAssertions::Substitute(), *platform.scheduler);
