@@ -23,24 +23,6 @@ private Q_SLOTS:
         store().onNewItem = [this](const ClipboardItem& item) { m_new << item; };
     }
 
-    void sameTextIsPromoted()
-    {
-        store().addText(u"  hello \n"_s, u"Notes"_s);
-        store().addText(u"other"_s, {});
-        const auto first = store().items().last();
-        store().togglePin(first.id);
-        m_fixture->time.advance(10s);
-        store().addText(u"hello"_s, u"Mail"_s);
-        auto expected = first;
-        expected.pinned = true;
-        expected.createdAt = m_fixture->time.wallTime();
-        QCOMPARE(store().items().size(), 2);
-        QCOMPARE(store().items().first(), expected);
-        QCOMPARE(expected.text, u"  hello \n"_s);
-        QCOMPARE(expected.contentHash, u"2cf24dba5fb0a30e26e83b2ac5b9e29e1b161e5c1fa7425e73043362938b9824"_s);
-        QCOMPARE(m_new.size(), 2);
-    }
-
     void tellsLinksFromTexts_data()
     {
         QTest::addColumn<QString>("text");

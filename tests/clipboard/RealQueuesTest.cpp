@@ -89,21 +89,6 @@ private Q_SLOTS:
         QCOMPARE(clipboardindex::decode(*index).value().size(), qsizetype(2 * count));
     }
 
-    void flushesWhatIsStillOnItsWay()
-    {
-        HistoryFixture fixture;
-        fixture.store.reset();
-        QtWorkQueues queues;
-        ClipboardStore store(fixture.settings, fixture.locations, fixture.time, fixture.time, queues);
-        store.addText(u"text"_s, {});
-        store.addText(QString(300'000, u'x'), {});
-        store.addImage(picture(1, "PNG"), {});
-        store.flush();
-        const auto index = privatefiles::read(fixture.path(u"index.json"_s), clipboardindex::maxSize);
-        QVERIFY(index);
-        QCOMPARE(clipboardindex::decode(*index).value().size(), 3);
-    }
-
     void takesScreenshotsWhileTheyAreWritten()
     {
         HistoryFixture fixture;
