@@ -88,6 +88,10 @@ public:
         ShareNothing,
         HistoryNotSaved,
         OldHistoryKept,
+        NoNotchTitle,
+        NoNotchText,
+        NoNotchShow,
+        NoNotchRefuse,
     };
     Q_ENUM(Key)
 

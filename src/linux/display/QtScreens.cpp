@@ -6,8 +6,10 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <algorithm>
 #include <chrono>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace nimbarrow {
@@ -61,11 +63,30 @@ QList<Screen> QtScreens::screens() const
     return result;
 }
 
-QString QtScreens::howToDeclareNotch() const
+QString QtScreens::screenToDeclare() const
 {
-    const auto* screen = QGuiApplication::primaryScreen();
-    return screen ? m_cutouts->howToDeclare(screen->name(), screen->size() * screen->devicePixelRatio())
-                  : QString();
+    const auto all = screens();
+    const auto builtIn = std::ranges::find_if(
+        all, [this](const Screen& screen) { return m_cutouts->isBuiltIn(screen.name); });
+    // The main one is Qt's first.
+    return builtIn != all.cend() ? builtIn->name : all.isEmpty() ? QString() : all.first().name;
+}
+
+NotchDeclaration QtScreens::declareNotch(const QString& name, QSize size)
+{
+    const auto wanted = name.isEmpty() ? screenToDeclare() : name;
+    QStringList names;
+    for (const auto all = QGuiApplication::screens(); const auto* screen : all) {
+        names << screen->name();
+        if (names.last() != wanted)
+            continue;
+        if (size.width() > screen->size().width() || size.height() * 2 >= screen->size().height())
+            return { {}, u"That does not fit at the top of the screen %1."_s.arg(wanted) };
+        const auto mode = screen->size() * screen->devicePixelRatio();
+        const auto box = size * screen->devicePixelRatio();
+        return m_cutouts->declare(wanted, mode, { QPoint((mode.width() - box.width()) / 2, 0), box });
+    }
+    return { {}, u"There is no screen \"%1\", only %2."_s.arg(wanted, names.join(", "_L1)) };
 }
 
 void QtScreens::follow(QScreen* screen)
