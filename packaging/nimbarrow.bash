@@ -1,9 +1,12 @@
 # Completion of nimbarrow for bash.
 _nimbarrow()
 {
-    local word=${COMP_WORDS[COMP_CWORD]}
-    COMPREPLY=()
+    local words=
     # Only one thing can be asked for.
-    [[ $COMP_CWORD -eq 1 ]] && mapfile -t COMPREPLY < <(compgen -W '--help --version --toggle --quit' -- "$word")
+    case $COMP_CWORD,${COMP_WORDS[1]} in
+        1,*) words='--help --version --toggle --notch --quit' ;;
+        2,--notch) words='200x32 none' ;;
+    esac
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "${COMP_WORDS[COMP_CWORD]}")
 }
 complete -F _nimbarrow nimbarrow

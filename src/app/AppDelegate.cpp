@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppModel.h"
+#include "app/NotchOffer.h"
 #include "app/NotchSurface.h"
 #include "clipboard/ThumbnailFile.h"
 #include "notch/NotchController.h"
@@ -23,6 +24,7 @@ AppDelegate::AppDelegate(Platform platform)
 
 AppDelegate::~AppDelegate()
 {
+    m_offer.reset();
     // The views go before what they show, and the window after the controller that moves it.
     if (m_surface)
         m_surface->unload();
@@ -67,6 +69,9 @@ bool AppDelegate::applicationDidFinishLaunching(bool forKeyboard)
     m_surface->load(*m_notch, *m_model);
     m_model->start(*m_notch);
     m_notch->start();
+    m_offer
+        = std::make_unique<NotchOffer>(*m_platform.screens, *m_platform.questions, *m_platform.userDefaults);
+    m_offer->makeOnce();
     const auto& end = *m_platform.programEnd;
     QObject::connect(&end, &ProgramEnd::requested, m_model.get(), &QCoreApplication::quit);
     QObject::connect(&end, &ProgramEnd::sessionMayEnd, m_model.get(), &AppModel::save);
@@ -83,7 +88,10 @@ bool AppDelegate::applicationDidFinishLaunching(bool forKeyboard)
 void AppDelegate::answer(Instance::Request request)
 {
     switch (request) {
-    case Instance::Request::Open: m_notch->openKeyboard(); break;
+    case Instance::Request::Open:
+        m_offer->make();
+        m_notch->openKeyboard();
+        break;
     case Instance::Request::ToggleKeyboard: m_notch->toggleKeyboard(); break;
     case Instance::Request::Quit: QCoreApplication::quit(); break;
     }
@@ -92,14 +100,6 @@ void AppDelegate::answer(Instance::Request request)
 void AppDelegate::applicationWillTerminate()
 {
     m_model->end();
-}
-
-void AppDelegate::reportMissingNotch() const
-{
-    if (NotchGeometry::find(m_platform.screens->screens()))
-        return;
-    std::fprintf(stderr, "Nimbarrow: no display has a notch, so the panel stays hidden.\n%s",
-        qUtf8Printable(m_platform.screens->howToDeclareNotch()));
 }
 
 } // namespace nimbarrow

@@ -8,6 +8,7 @@ namespace nimbarrow {
 
 class AppModel;
 class NotchController;
+class NotchOffer;
 class NotchSurface;
 
 /// The root of the program: owns the model, the controller and the surface for as long as the process runs.
@@ -24,10 +25,6 @@ public:
     /// After the main loop: nothing that was done last is lost.
     void applicationWillTerminate();
 
-    /// Says so on the terminal when no screen has a notch: whoever starts the program by hand would wonder
-    /// where it is.
-    void reportMissingNotch() const;
-
 private:
     void answer(Instance::Request request);
 
@@ -35,6 +32,7 @@ private:
     std::unique_ptr<AppModel> m_model;
     std::unique_ptr<NotchSurface> m_surface;
     std::unique_ptr<NotchController> m_notch;
+    std::unique_ptr<NotchOffer> m_offer;
 };
 
 } // namespace nimbarrow

@@ -1,8 +1,10 @@
 #include "app/CommandLine.h"
 
+#include "platform/Platform.h"
 #include "settings/About.h"
 
 #include <QCommandLineParser>
+#include <QRegularExpression>
 
 #include <cstdio>
 #include <utility>
@@ -41,6 +43,12 @@ CommandLine::CommandLine(const QStringList& arguments)
         { Command::Toggle,
             { u"toggle"_s,
                 u"Open the panel for the keyboard, or close it. Starts Nimbarrow where it is not running."_s } },
+        { Command::Notch,
+            { u"notch"_s,
+                u"Show the panel at the top of a screen, W points wide and H high, as if it had a notch "
+                u"there; "
+                "none: do not. Without a name it is the built-in screen."_s,
+                u"WxH[@SCREEN]|none[@SCREEN]"_s } },
         { Command::Quit, { u"quit"_s, u"End the Nimbarrow that is running."_s } },
     };
     QCommandLineParser parser;
@@ -58,6 +66,8 @@ CommandLine::CommandLine(const QStringList& arguments)
         m_mistake = u"Unexpected argument '%1'."_s.arg(more.first());
     else if (parser.optionNames().size() > 1)
         m_mistake = u"Only one option can be asked for."_s;
+    else if (parser.isSet(u"notch"_s))
+        readNotch(parser.value(u"notch"_s));
     if (!m_mistake.isEmpty()) {
         m_command = Command::Refuse;
         return;
@@ -68,10 +78,23 @@ CommandLine::CommandLine(const QStringList& arguments)
     }
 }
 
+void CommandLine::readNotch(const QString& value)
+{
+    static const QRegularExpression form(u"^(?:none|([1-9]\\d{0,3})x([1-9]\\d{0,3}))(?:@(.+))?$"_s);
+    const auto match = form.match(value);
+    if (match.hasMatch()) {
+        m_notch = { match.captured(1).toInt(), match.captured(2).toInt() };
+        m_screen = match.captured(3);
+    } else {
+        m_mistake = u"'%1' is no notch; 200x32 and none are, and 200x32@eDP-1."_s.arg(value);
+    }
+}
+
 std::optional<int> CommandLine::answer(Instance& instance) const
 {
     switch (m_command) {
-    case Command::Start: break;
+    case Command::Start:
+    case Command::Notch: break;
     case Command::Refuse:
         print(stderr, u"Nimbarrow: %1\nTry 'nimbarrow --help'.\n"_s.arg(m_mistake));
         return 2;
@@ -88,6 +111,26 @@ std::optional<int> CommandLine::answer(Instance& instance) const
         return 1;
     }
     return {};
+}
+
+std::optional<int> CommandLine::answerHere(const Platform& platform) const
+{
+    return m_command == Command::Notch ? std::optional(declareNotch(*platform.screens)) : std::nullopt;
+}
+
+int CommandLine::declareNotch(Screens& screens) const
+{
+    const auto screen = m_screen.isEmpty() ? screens.screenToDeclare() : m_screen;
+    const auto declared = screens.declareNotch(screen, m_notch);
+    if (declared.place.isEmpty()) {
+        print(stderr, "Nimbarrow: "_L1 + declared.failure + u'\n');
+        return 1;
+    }
+    const auto what = m_notch.isEmpty()
+        ? u"no notch"_s
+        : u"a notch %1 points wide and %2 high"_s.arg(m_notch.width()).arg(m_notch.height());
+    print(stdout, u"The screen %1 has %2 from now on, says\n%3\n"_s.arg(screen, what, declared.place));
+    return 0;
 }
 
 } // namespace nimbarrow

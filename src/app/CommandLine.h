@@ -2,11 +2,15 @@
 
 #include "platform/Instance.h"
 
+#include <QSize>
 #include <QStringList>
 
 #include <optional>
 
 namespace nimbarrow {
+
+class Screens;
+struct Platform;
 
 /// What the program was started for. Reading it needs no application object, and answering no display.
 class CommandLine final {
@@ -20,16 +24,26 @@ public:
     /// the status to end with: 0, 1 when nothing came of it, 2 when the command line is wrong.
     [[nodiscard]] std::optional<int> answer(Instance& instance) const;
 
+    /// Answers what needs this session's ports, as `answer()` does.
+    [[nodiscard]] std::optional<int> answerHere(const Platform& platform) const;
+
     /// The program starts for its surface to be used from the keyboard.
     [[nodiscard]] bool isForKeyboard() const { return m_command == Command::Toggle; }
 
 private:
-    enum class Command { Start, Refuse, Help, Version, Toggle, Quit };
+    enum class Command { Start, Refuse, Help, Version, Toggle, Quit, Notch };
+
+    void readNotch(const QString& value);
+    [[nodiscard]] int declareNotch(Screens& screens) const;
 
     Command m_command = Command::Start;
     /// For the terminal.
     QString m_help;
     QString m_mistake;
+    /// In points; empty for none.
+    QSize m_notch;
+    /// Empty where none is named.
+    QString m_screen;
 };
 
 } // namespace nimbarrow

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 
 #include <cstdio>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -23,10 +24,12 @@ int main(int count, char* values[])
     QGuiApplication::setDesktopFileName(u"ua.tessak.Nimbarrow"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
-    nimbarrow::AppDelegate delegate(nimbarrow::makePlatform());
+    auto platform = nimbarrow::makePlatform();
+    if (const auto status = commandLine.answerHere(platform))
+        return *status;
+    nimbarrow::AppDelegate delegate(std::move(platform));
     if (!delegate.applicationDidFinishLaunching(commandLine.isForKeyboard()))
         return 0;
-    delegate.reportMissingNotch();
     const int status = QGuiApplication::exec();
     delegate.applicationWillTerminate();
     return status;

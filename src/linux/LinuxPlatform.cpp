@@ -18,6 +18,7 @@
 #include "linux/session/LinuxPreferences.h"
 #include "linux/session/LinuxProgramEnd.h"
 #include "linux/session/LinuxSessionLock.h"
+#include "linux/session/NotificationQuestions.h"
 #include "linux/session/SessionBus.h"
 #include "linux/session/XdgLocations.h"
 #include "platform/Platform.h"
@@ -154,6 +155,7 @@ Platform makePlatform()
     platform.desktopPreferences = std::make_unique<LinuxPreferences>(liveSessionBus());
     platform.instance = makeInstance();
     platform.programEnd = std::make_unique<LinuxProgramEnd>(liveSystemBus());
+    platform.questions = std::make_unique<NotificationQuestions>(liveSessionBus());
     platform.loginItem
         = std::make_unique<AutostartLoginItem>(configuration, QCoreApplication::applicationFilePath());
     auto sessionLock = std::make_unique<LinuxSessionLock>(liveSessionBus(), liveSystemBus());

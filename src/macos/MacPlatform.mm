@@ -69,6 +69,7 @@ Platform makePlatform()
     platform.instance = makeInstance();
     platform.programEnd = std::make_unique<MacProgramEnd>();
     platform.sessionLock = std::make_unique<MacSessionLock>();
+    platform.questions = std::make_unique<Questions>();
     platform.loginItem = std::make_unique<MacLoginItem>();
     platform.screens = std::make_unique<MacScreens>();
     platform.pointer = std::make_unique<MacPointer>();

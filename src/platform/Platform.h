@@ -21,6 +21,7 @@
 #include "platform/Pointer.h"
 #include "platform/PowerAssertions.h"
 #include "platform/ProgramEnd.h"
+#include "platform/Questions.h"
 #include "platform/Scheduler.h"
 #include "platform/Screens.h"
 #include "platform/ScreenshotFolder.h"
@@ -51,6 +52,7 @@ struct Platform {
     std::unique_ptr<DesktopPreferences> desktopPreferences;
     std::unique_ptr<Instance> instance;
     std::unique_ptr<ProgramEnd> programEnd;
+    std::unique_ptr<Questions> questions;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<SessionLock> sessionLock;
     std::unique_ptr<Screens> screens;

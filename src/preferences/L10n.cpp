@@ -90,6 +90,15 @@ constexpr std::array table {
         u"Стара історія не читається, її відкладено" },
     Text { L10n::Key::CopiesNotReadable, u"Not allowed to read what is copied",
         u"Читати скопійоване не дозволено" },
+    Text { L10n::Key::NoNotchTitle, u"Show the panel at the top of this screen?",
+        u"Показувати панель угорі цього екрана?" },
+    Text { L10n::Key::NoNotchText,
+        u"No screen here has a camera notch. Nimbarrow can stand at the top of the screen %1 instead: "
+        u"point there and it opens.",
+        u"Жоден екран тут не має вирізу для камери. Nimbarrow може бути вгорі екрана %1: "
+        u"наведи туди вказівник, і він відкриється." },
+    Text { L10n::Key::NoNotchShow, u"Show", u"Показувати" },
+    Text { L10n::Key::NoNotchRefuse, u"Do not show", u"Не показувати" },
 };
 
 constexpr bool isInKeyOrder()
@@ -102,7 +111,7 @@ constexpr bool isInKeyOrder()
     return true;
 }
 static_assert(isInKeyOrder());
-static_assert(table.size() == static_cast<std::size_t>(L10n::Key::CopiesNotReadable) + 1);
+static_assert(table.size() == static_cast<std::size_t>(L10n::Key::NoNotchRefuse) + 1);
 
 SystemWords& words()
 {

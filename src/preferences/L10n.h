@@ -89,6 +89,10 @@ public:
         HistoryNotSaved,
         OldHistoryKept,
         CopiesNotReadable,
+        NoNotchTitle,
+        NoNotchText,
+        NoNotchShow,
+        NoNotchRefuse,
     };
     Q_ENUM(Key)
 

@@ -98,16 +98,16 @@ class CommandsFlow(Flow):
         desktop = self.desktop
         nothing = {"DISPLAY": "", "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
         told, mistake = desktop.run("--help", **nothing)
-        for option in ("--help", "--version", "--toggle", "--quit"):
+        for option in ("--help", "--version", "--toggle", "--notch", "--quit"):
             if not all(option in text for text in (told, manual(), completion())):
                 raise StageMissed(f"{option} in the help, the manual page and the completion")
         if mistake or desktop.run("--version", **nothing)[0].split() != ["Nimbarrow", version()]:
             raise StageMissed("the version and nothing else")
-        for words in (["--unknown"], ["-platform", "minimal"], ["file"], ["--toggle", "--quit"], ["--quit=now"]):
+        for words in (["--unknown"], ["-platform", "minimal"], ["file"], ["--toggle", "--quit"], ["--quit=now"], ["--notch", "32"]):
             told, mistake = desktop.run(*words, status=2, **nothing)
             if told or "--help" not in mistake:
                 raise StageMissed(f"a hint after {words}, not {told}{mistake}")
-        for words in (["--quit"], ["--toggle"]):
+        for words in (["--quit"], ["--toggle"], ["--notch", "none"]):
             if len(desktop.run(*words, status=1, **nothing)[1].splitlines()) != 1:
                 raise StageMissed(f"one line after {words} without a display")
 

@@ -42,6 +42,20 @@ std::optional<DisplayPanel> DisplayPanel::fromJson(const QByteArray& json)
     return panel;
 }
 
+QByteArray DisplayPanel::json(const QString& name, QSize resolution, const QRect& cutout)
+{
+    QJsonArray cutouts;
+    if (!cutout.isEmpty()) {
+        const auto path
+            = u"M %1,%2 H %3 V %4 H %1 Z"_s.arg(QString::number(cutout.x()), QString::number(cutout.y()),
+                QString::number(cutout.x() + cutout.width()), QString::number(cutout.y() + cutout.height()));
+        cutouts << QJsonObject { { u"name"_s, u"notch"_s }, { u"path"_s, path } };
+    }
+    return QJsonDocument(QJsonObject { { u"name"_s, name }, { u"x-res"_s, resolution.width() },
+                             { u"y-res"_s, resolution.height() }, { u"cutouts"_s, cutouts } })
+        .toJson();
+}
+
 std::optional<QRectF> DisplayPanel::topCutout(QSize mode, int hiddenRows) const
 {
     const double width = resolution.width();

@@ -1,5 +1,7 @@
 #include "linux/display/DisplayPanels.h"
 
+#include "files/PrivateFiles.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -9,6 +11,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -52,12 +56,6 @@ int notchHeight(const QString& deviceTree)
         }
     }
     return 0;
-}
-
-bool isBuiltIn(const QString& screen)
-{
-    return std::ranges::any_of(std::array { "eDP"_L1, "DSI"_L1, "LVDS"_L1 },
-        [&screen](QLatin1StringView connector) { return screen.startsWith(connector); });
 }
 
 bool isFileName(const QString& key)
@@ -104,19 +102,25 @@ std::optional<QRectF> DisplayPanels::topCutout(const QString& screen, QSize mode
     return {};
 }
 
-QString DisplayPanels::howToDeclare(const QString& screen, QSize mode) const
+NotchDeclaration DisplayPanels::declare(const QString& screen, QSize mode, const QRect& box)
 {
     if (m_folders.isEmpty() || !isFileName(screen))
-        return {};
-    // An eighth of the width in the middle is about what notches have.
-    const auto left = mode.width() / 2 - mode.width() / 16;
-    const auto right = mode.width() - left;
-    return u"To declare one for the screen %1, write its box in pixels to the file\n"
-           "    %2/%1.json\n"
-           "for example\n"
-           "    {\"x-res\": %3, \"y-res\": %4, \"cutouts\": [{\"path\": \"M %5 0 H %6 V 32 H %5 Z\"}]}\n"_s
-               .arg(screen, m_folders.first(), QString::number(mode.width()), QString::number(mode.height()),
-                   QString::number(left), QString::number(right));
+        return { {}, u"There is no file to describe the screen \"%1\" in."_s.arg(screen) };
+    const auto path = m_folders.first() + u'/' + screen + ".json"_L1;
+    errno = 0;
+    if (!privatefiles::makeFolder(m_folders.first())
+        || !privatefiles::write(path, DisplayPanel::json(screen, mode, box))) {
+        const std::error_code error(errno != 0 ? errno : EIO, std::generic_category());
+        return { {}, path + ": "_L1 + QString::fromLocal8Bit(error.message()) };
+    }
+    readAgain();
+    return { path, {} };
+}
+
+bool DisplayPanels::isBuiltIn(const QString& screen) const
+{
+    return std::ranges::any_of(std::array { "eDP"_L1, "DSI"_L1, "LVDS"_L1 },
+        [&screen](QLatin1StringView connector) { return screen.startsWith(connector); });
 }
 
 std::optional<DisplayPanel> DisplayPanels::panelFor(const QString& key) const

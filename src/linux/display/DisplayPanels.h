@@ -20,7 +20,8 @@ public:
     DisplayPanels(QStringList dataFolders, const QString& deviceTree);
 
     [[nodiscard]] std::optional<QRectF> topCutout(const QString& screen, QSize mode) const override;
-    [[nodiscard]] QString howToDeclare(const QString& screen, QSize mode) const override;
+    [[nodiscard]] NotchDeclaration declare(const QString& screen, QSize mode, const QRect& box) override;
+    [[nodiscard]] bool isBuiltIn(const QString& screen) const override;
 
 private:
     [[nodiscard]] std::optional<DisplayPanel> panelFor(const QString& key) const;

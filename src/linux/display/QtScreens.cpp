@@ -6,8 +6,10 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <algorithm>
 #include <chrono>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace nimbarrow {
@@ -68,13 +70,32 @@ QList<Screen> QtScreens::screens() const
     return result;
 }
 
-QString QtScreens::howToDeclareNotch() const
+QString QtScreens::screenToDeclare() const
 {
-    const auto* screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return {};
-    const auto mode = m_modeOf(*screen);
-    return m_cutouts->howToDeclare(mode.name, mode.size);
+    const auto all = screens();
+    const auto builtIn = std::ranges::find_if(
+        all, [this](const Screen& screen) { return m_cutouts->isBuiltIn(screen.name); });
+    // The main one is Qt's first.
+    return builtIn != all.cend() ? builtIn->name : all.isEmpty() ? QString() : all.first().name;
+}
+
+NotchDeclaration QtScreens::declareNotch(const QString& name, QSize size)
+{
+    const auto wanted = name.isEmpty() ? screenToDeclare() : name;
+    QStringList names;
+    for (const auto all = QGuiApplication::screens(); const auto* screen : all) {
+        const auto mode = m_modeOf(*screen);
+        names << mode.name;
+        if (mode.name != wanted)
+            continue;
+        const auto points = screen->size();
+        if (size.width() > points.width() || size.height() * 2 >= points.height())
+            return { {}, u"That does not fit at the top of the screen %1."_s.arg(wanted) };
+        const auto box = size * (static_cast<double>(mode.size.width()) / points.width());
+        return m_cutouts->declare(
+            wanted, mode.size, { QPoint((mode.size.width() - box.width()) / 2, 0), box });
+    }
+    return { {}, u"There is no screen \"%1\", only %2."_s.arg(wanted, names.join(", "_L1)) };
 }
 
 void QtScreens::follow(QScreen* screen)

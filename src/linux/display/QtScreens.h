@@ -23,7 +23,8 @@ public:
     ~QtScreens() override;
 
     [[nodiscard]] QList<Screen> screens() const override;
-    [[nodiscard]] QString howToDeclareNotch() const override;
+    [[nodiscard]] QString screenToDeclare() const override;
+    [[nodiscard]] NotchDeclaration declareNotch(const QString& screen, QSize size) override;
 
 private:
     void follow(QScreen* screen);

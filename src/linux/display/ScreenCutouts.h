@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/Screens.h"
+
 #include <QObject>
+#include <QRect>
 #include <QRectF>
 #include <QSize>
 #include <QString>
@@ -20,8 +23,11 @@ public:
     /// screen's top left. `mode` is the screen's size in device pixels.
     [[nodiscard]] virtual std::optional<QRectF> topCutout(const QString& screen, QSize mode) const = 0;
 
-    /// How a person declares the cut-out of a screen, in words for a terminal.
-    [[nodiscard]] virtual QString howToDeclare(const QString& screen, QSize mode) const = 0;
+    /// Writes down that this box is the only cut-out of a screen, or an empty one that it has none, in device
+    /// pixels. Before everything else that is known of the screen.
+    [[nodiscard]] virtual NotchDeclaration declare(const QString& screen, QSize mode, const QRect& box) = 0;
+
+    [[nodiscard]] virtual bool isBuiltIn(const QString& screen) const = 0;
 
 Q_SIGNALS:
     /// Some answer may have changed.

@@ -143,6 +143,20 @@ private Q_SLOTS:
         QTRY_VERIFY(!panels.topCutout(u"screen"_s, fullMode));
     }
 
+    void whatIsDeclaredComesBeforeWhatIsShipped()
+    {
+        m_folder->write(u"shipped/Nimbarrow/display-panels/eDP-1.json"_s, description("M100 0H200V20H100Z"));
+        DisplayPanels panels({ path(u"data"_s), path(u"shipped"_s) }, path(u"tree"_s));
+        QCOMPARE(panels.topCutout(u"eDP-1"_s, fullMode), std::optional(QRectF(100, 0, 100, 20)));
+        for (const auto& box : { QRect(1312, 0, 400, 64), QRect(), QRect(1328, 0, 368, 64) }) {
+            QVERIFY(!panels.declare(u"eDP-1"_s, fullMode, box).place.isEmpty());
+            QCOMPARE(panels.topCutout(u"eDP-1"_s, fullMode).value_or(QRectF()), QRectF(box));
+        }
+        for (const auto& [folder, screen] :
+            { std::pair { u"data"_s, u"../eDP-1"_s }, { u"/proc"_s, u"eDP-1"_s } })
+            QVERIFY(!DisplayPanels({ folder }, {}).declare(screen, fullMode, {}).failure.isEmpty());
+    }
+
     void init() { m_folder = std::make_unique<TestFolder>(); }
 
 private:

@@ -13,10 +13,12 @@ namespace {
 
 class FakeCutouts final : public ScreenCutouts {
 public:
-    [[nodiscard]] QString howToDeclare(const QString& screen, QSize /*mode*/) const override
+    [[nodiscard]] NotchDeclaration declare(const QString& screen, QSize mode, const QRect& declared) override
     {
-        return screen;
+        box = declared;
+        return { QStringLiteral("%1 %2x%3").arg(screen).arg(mode.width()).arg(mode.height()), {} };
     }
+    [[nodiscard]] bool isBuiltIn(const QString& /*screen*/) const override { return false; }
     [[nodiscard]] std::optional<QRectF> topCutout(const QString& /*screen*/, QSize mode) const override
     {
         return mode.isEmpty() ? std::nullopt : box;
