@@ -20,8 +20,9 @@ void addWaylandPorts(Platform& platform)
     auto pointer = std::make_unique<WaylandPointer>();
     auto& panelsPointer = *pointer;
     platform.pointer = std::move(pointer);
-    platform.pasteboard = std::make_unique<WaylandPasteboard>();
-    platform.dropReader = std::make_unique<WaylandDropReader>();
+    auto pasteboard = std::make_unique<WaylandPasteboard>();
+    platform.dropReader = std::make_unique<WaylandDropReader>(*pasteboard);
+    platform.pasteboard = std::move(pasteboard);
     platform.applications = std::make_unique<NoApplications>();
     platform.keystrokes = std::make_unique<NoKeystrokes>();
     platform.hotKeys = std::make_unique<NoHotKeys>();
