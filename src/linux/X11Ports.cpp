@@ -41,12 +41,15 @@ void addX11Ports(Platform& platform, DisplaySystem system, LinuxSessionLock& loc
         addPortalKeystrokes(platform, *applications);
     }
     platform.applications = std::move(applications);
-    if (system == DisplaySystem::X11)
-        platform.hotKeys = std::make_unique<X11HotKeys>();
-    else
+    if (isNested)
         addBusHotKeys(platform, false);
+    else
+        platform.hotKeys = std::make_unique<X11HotKeys>();
+    // A compositor does not ask the X server in it.
+    const auto suspend
+        = isNested ? LinuxPowerAssertions::Substitute() : [] { return x11::suspendScreenSaver(); };
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
-        liveSessionBus(), liveSystemBus(), [] { return x11::suspendScreenSaver(); }, *platform.scheduler);
+        liveSessionBus(), liveSystemBus(), suspend, *platform.scheduler);
     platform.adoptPanel = [&lock](QQuickWindow& window) {
         auto panel = std::make_unique<X11PanelWindow>(window);
         lock.follow(panel->cover());

@@ -120,6 +120,39 @@ class PanelFlow:
             raise StageMissed("the history of before")
         reached("a compositor that is gone")
 
+    def keeps_awake(self):
+        """Without a screen saver on the bus the compositor itself is asked, and only while the owl is awake."""
+        desktop = self.desktop
+        told = desktop.home / "idle"
+
+        def is_idle():
+            told.unlink(missing_ok=True)
+            watcher = desktop.spawn(["swayidle", "timeout", "1", f"touch '{told}'"])
+            time.sleep(2.5)
+            watcher.terminate()
+            watcher.wait()
+            return told.exists()
+
+        def opens_and_clicks(*places):
+            desktop.move(self.middle, self.notch_height / 2)
+            self.wait_open()
+            for place in places:
+                desktop.click(*place)
+                time.sleep(0.4)
+            desktop.move(*self.below)
+            self.wait_closed()
+
+        owl, hour = (self.middle + 185, 16), (self.middle + 169, 49)
+        if not is_idle():
+            raise StageMissed("a session that is idle when nobody touches it")
+        opens_and_clicks(owl, hour)
+        if is_idle():
+            raise StageMissed("a session that is kept awake")
+        opens_and_clicks(owl)
+        if not is_idle():
+            raise StageMissed("a session that is idle again")
+        reached("awake")
+
     def lets_clicks_through(self, editor):
         """Beside the notch and below it, where the surface would be if it were open."""
         for place in ((self.middle - 200, 6), (self.middle, 120)):
@@ -163,6 +196,8 @@ def play(desktop):
     flow.starts()
     reached("a start without an X server")
     flow.hovers()
+    if desktop.compositor_name == "sway" and desktop.output_scale == 1:
+        flow.keeps_awake()
     # Over the whole screen, and below the panel.
     terminal = Terminal(desktop)
     if not flow.is_at_rest():

@@ -42,9 +42,9 @@ OfferReader::OfferReader(const QStringList& targets)
         m_wanted << mimetypes::bestFirst(targets, form);
 }
 
-qsizetype OfferReader::room(const PasteboardLimits& limits) const
+qsizetype OfferReader::room(const QString& target, const PasteboardLimits& limits)
 {
-    return mimetypes::formOf(next()) == Form::Image ? limits.imageBytes : limits.textBytes;
+    return mimetypes::formOf(target) == Form::Image ? limits.imageBytes : limits.textBytes;
 }
 
 void OfferReader::take(const QByteArray& bytes, bool cut)

@@ -15,8 +15,11 @@ public:
     /// The target to read now; empty when all that is needed has been read.
     [[nodiscard]] QString next() const { return m_wanted.isEmpty() ? QString() : m_wanted.first(); }
 
-    /// How many bytes of `next()` are worth reading.
-    [[nodiscard]] qsizetype room(const PasteboardLimits& limits) const;
+    /// All that may have to be read, in this order.
+    [[nodiscard]] const QStringList& wanted() const { return m_wanted; }
+
+    /// How many bytes of a target are worth reading.
+    [[nodiscard]] static qsizetype room(const QString& target, const PasteboardLimits& limits);
 
     /// The bytes of `next()`, empty when the owner did not give them. Moves on to the next target. When they
     /// are `cut` there were more than anybody wants to hold.

@@ -108,7 +108,7 @@ private:
         if (target.isEmpty() || m_superseded || Instant::clock::now() >= m_end)
             finish();
         else
-            begin(target, m_reader->room(m_limits));
+            begin(target, OfferReader::room(target, m_limits));
     }
 
     void begin(const QString& target, qsizetype room)

@@ -199,7 +199,7 @@ void WaylandSelection::cancel(Source* source)
 }
 
 void WaylandSelection::readDrop(
-    std::unique_ptr<WaylandOfferReading> reading, std::function<void(PasteboardSnapshot)> done)
+    std::unique_ptr<DropReading> reading, std::function<void(PasteboardSnapshot)> done)
 {
     m_drops.add(std::move(reading), std::move(done));
     m_drops.reportResults();
@@ -226,7 +226,7 @@ void WaylandSelection::exchange(int wakeup)
     const auto events = static_cast<short>(isFull ? POLLIN | POLLOUT : POLLIN);
     std::vector<pollfd> sources { { wl_display_get_fd(m_display), events, 0 }, { wakeup, POLLIN, 0 } };
     m_deliveries.addTo(sources);
-    const auto addTo = [&sources](WaylandOfferReading& reading) {
+    const auto addTo = [&sources](auto& reading) {
         reading.addTo(sources);
         return false;
     };
@@ -243,7 +243,7 @@ void WaylandSelection::exchange(int wakeup)
 
 void WaylandSelection::receive()
 {
-    const auto receive = [](WaylandOfferReading& reading) {
+    const auto receive = [](auto& reading) {
         reading.receive();
         return false;
     };

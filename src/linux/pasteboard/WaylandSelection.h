@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/pasteboard/DropReading.h"
 #include "linux/pasteboard/PasteboardReadings.h"
 #include "linux/pasteboard/PipeDeliveries.h"
 #include "linux/pasteboard/Selection.h"
@@ -28,8 +29,8 @@ public:
     [[nodiscard]] bool isGiving() const override { return !m_deliveries.isEmpty(); }
     void step(int wakeup) override;
 
-    /// Takes over the reading of what has been dropped.
-    void readDrop(std::unique_ptr<WaylandOfferReading> reading, std::function<void(PasteboardSnapshot)> done);
+    /// Goes on reading what has been dropped.
+    void readDrop(std::unique_ptr<DropReading> reading, std::function<void(PasteboardSnapshot)> done);
 
 private:
     /// What somebody has copied, while its list of types is coming, and until something else is copied.
@@ -80,7 +81,7 @@ private:
     std::list<Source> m_sources;
     PipeDeliveries m_deliveries;
     PasteboardReadings<WaylandOfferReading> m_readings;
-    PasteboardReadings<WaylandOfferReading> m_drops;
+    PasteboardReadings<DropReading> m_drops;
     int m_claims = 0;
     int m_claimsSeen = 0;
     quint64 m_sequence = 0;
