@@ -42,7 +42,7 @@ function(nimbarrow_wayland_protocols target)
     nimbarrow_wayland_protocol(${target} data-control ${WLR_PROTOCOLS_DIR}/wlr-data-control-unstable-v1.xml)
     # Its successor has the same requests and events under another name; of version 1 are all of them.
     nimbarrow_wayland_protocol(${target} ext-data-control ${WLR_PROTOCOLS_DIR}/wlr-data-control-unstable-v1.xml
-        REPLACE zwlr_data_control ext_data_control [[ version="2"]] [[ version="1"]] [[ since="2"]] "")
+        REPLACE wlr_data_control_unstable_v1 ext_data_control_v1 zwlr_data_control ext_data_control [[ version="2"]] [[ version="1"]] [[ since="2"]] "")
     nimbarrow_wayland_protocol(${target} idle-inhibit
         ${WAYLAND_PROTOCOLS_DIR}/unstable/idle-inhibit/idle-inhibit-unstable-v1.xml)
     nimbarrow_wayland_protocol(${target} xdg-output

@@ -14,6 +14,7 @@
 #include "linux/keys/VirtualKeyboardKeystrokes.h"
 #include "linux/panel/LayerShellPanelWindow.h"
 #include "linux/pasteboard/NoPasteboard.h"
+#include "linux/pasteboard/WaylandPasteboard.h"
 #include "linux/power/LinuxPowerAssertions.h"
 #include "linux/session/SessionBus.h"
 
@@ -70,7 +71,7 @@ void addWaylandPorts(Platform& platform)
     auto pointer = std::make_unique<WaylandPointer>();
     auto& panelsPointer = *pointer;
     platform.pointer = std::move(pointer);
-    platform.pasteboard = std::make_unique<NoPasteboard>();
+    platform.pasteboard = std::make_unique<WaylandPasteboard>();
     platform.dropReader = std::make_unique<NoDropReader>();
     addInputPorts(platform);
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(

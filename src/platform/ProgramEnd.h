@@ -18,8 +18,8 @@ Q_SIGNALS:
     /// The program is to end.
     void requested();
 
-    /// The display is gone. The process ends, with 0, as soon as this has been handled; the main loop does
-    /// not turn again.
+    /// The display is gone. The process ends as soon as this has been handled; the main loop does not turn
+    /// again.
     void displayLost();
 };
 

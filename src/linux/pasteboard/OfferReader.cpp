@@ -42,12 +42,25 @@ OfferReader::OfferReader(const QStringList& targets)
         m_wanted << mimetypes::bestFirst(targets, form);
 }
 
-void OfferReader::take(const QByteArray& bytes)
+qsizetype OfferReader::room(const PasteboardLimits& limits) const
+{
+    return mimetypes::formOf(next()) == Form::Image ? limits.imageBytes : limits.textBytes;
+}
+
+void OfferReader::take(const QByteArray& bytes, bool cut)
 {
     const auto target = m_wanted.takeFirst();
+    const auto form = mimetypes::formOf(target);
+    // The beginning of a long text is worth keeping; the beginning of an image or a list is not.
+    if (cut && form != Form::Text) {
+        // A list's other forms would be that list as a text.
+        if (form == Form::FileList)
+            m_wanted.clear();
+        return;
+    }
     if (bytes.isEmpty())
         return;
-    switch (mimetypes::formOf(target)) {
+    switch (form) {
     case Form::FileList:
     case Form::Link: takeUrls(target, bytes); break;
     case Form::Image:
@@ -58,14 +71,6 @@ void OfferReader::take(const QByteArray& bytes)
     case Form::Mark:
     case Form::Other: break;
     }
-}
-
-void OfferReader::refuse()
-{
-    const auto target = m_wanted.takeFirst();
-    // Its other forms would be that list as a text.
-    if (mimetypes::formOf(target) == Form::FileList)
-        m_wanted.clear();
 }
 
 void OfferReader::takeText(const QString& text)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/pasteboard/PasteboardLimits.h"
 #include "linux/pasteboard/PasteboardSnapshot.h"
 
 namespace nimbarrow {
@@ -14,11 +15,12 @@ public:
     /// The target to read now; empty when all that is needed has been read.
     [[nodiscard]] QString next() const { return m_wanted.isEmpty() ? QString() : m_wanted.first(); }
 
-    /// The bytes of `next()`, empty when the owner did not give them. Moves on to the next target.
-    void take(const QByteArray& bytes);
+    /// How many bytes of `next()` are worth reading.
+    [[nodiscard]] qsizetype room(const PasteboardLimits& limits) const;
 
-    /// The bytes of `next()` are more than anybody wants to hold. Half a list would not be what was copied.
-    void refuse();
+    /// The bytes of `next()`, empty when the owner did not give them. Moves on to the next target. When they
+    /// are `cut` there were more than anybody wants to hold.
+    void take(const QByteArray& bytes, bool cut = false);
 
     [[nodiscard]] const PasteboardSnapshot& snapshot() const { return m_snapshot; }
 

@@ -33,7 +33,7 @@ private:
     xcb_atom_t m_leave;
     xcb_atom_t m_drop;
     /// What the last drag over a window of ours has said about itself.
-    X11PasteboardThread::Drag m_drag;
+    X11Selection::Drag m_drag;
     /// The drop that is being read, and later the one that is on its way again.
     std::optional<xcb_client_message_event_t> m_held;
     bool m_delivering = false;

@@ -6,25 +6,13 @@
 #include <QHash>
 #include <QStringList>
 
-#include <chrono>
-#include <optional>
 #include <xcb/xcb.h>
 
 namespace nimbarrow {
 
-/// How much of another program's content is read, and how long that may take.
-struct X11PasteboardLimits {
-    qsizetype textBytes = qsizetype(4) << 20;
-    qsizetype imageBytes = qsizetype(128) << 20;
-    std::chrono::milliseconds stall { 5'000 };
-    std::chrono::milliseconds whole { 30'000 };
-};
-
 /// The pasteboard's own connection to the X server. May be made on one thread and used on another.
 class X11PasteboardConnection {
 public:
-    using Instant = std::chrono::steady_clock::time_point;
-
     template <typename T>
     using Reply = x11::Owned<T>;
 

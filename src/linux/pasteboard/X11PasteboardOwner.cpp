@@ -5,16 +5,6 @@
 
 namespace nimbarrow {
 
-namespace {
-
-using namespace std::chrono_literals;
-
-// Nobody who pastes takes this long over a quarter of a megabyte; a frozen program holds memory no longer.
-constexpr auto stall = 20s;
-constexpr std::size_t mostDeliveries = 32;
-
-} // namespace
-
 X11PasteboardOwner::X11PasteboardOwner(X11PasteboardConnection& connection, xcb_atom_t selection)
     : m_connection(connection)
     , m_selection(selection)
@@ -153,7 +143,7 @@ bool X11PasteboardOwner::convert(xcb_window_t requestor, xcb_atom_t target, xcb_
     const auto total = static_cast<uint32_t>(content->size());
     xcb_change_property(
         xcb, XCB_PROP_MODE_REPLACE, requestor, property, m_connection.atom("INCR"), 32, 1, &total);
-    m_deliveries.push_back({ requestor, property, type, *content, 0, Instant::clock::now() + stall });
+    m_deliveries.push_back({ requestor, property, type, *content, 0, Instant::clock::now() + deliveryStall });
     return true;
 }
 
@@ -184,7 +174,7 @@ void X11PasteboardOwner::sendNext(Deliveries::iterator delivery)
     xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, delivery->requestor, delivery->property,
         delivery->target, 8, static_cast<uint32_t>(size), delivery->bytes.constData() + delivery->sent);
     delivery->sent += size;
-    delivery->stallEnd = Instant::clock::now() + stall;
+    delivery->stallEnd = Instant::clock::now() + deliveryStall;
     // The empty piece is the end mark.
     if (size == 0)
         drop(delivery);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/pasteboard/PasteboardLimits.h"
 #include "linux/pasteboard/X11PasteboardConnection.h"
 
 #include <list>
@@ -9,7 +10,7 @@ namespace nimbarrow {
 /// Owns the selection for the program and answers those who paste, piece by piece where it is much.
 class X11PasteboardOwner {
 public:
-    using Instant = X11PasteboardConnection::Instant;
+    using Instant = PasteboardInstant;
 
     X11PasteboardOwner(X11PasteboardConnection& connection, xcb_atom_t selection);
 

@@ -1,21 +1,16 @@
 #include "linux/pasteboard/X11PasteboardTransfer.h"
 
-#include <algorithm>
-
 namespace nimbarrow {
 
 X11PasteboardTransfer::X11PasteboardTransfer(X11PasteboardConnection& connection, xcb_atom_t selection,
-    xcb_atom_t target, xcb_timestamp_t time, qsizetype room, const X11PasteboardLimits& limits)
-    : m_connection(connection)
+    xcb_atom_t target, xcb_timestamp_t time, qsizetype room, const PasteboardLimits& limits)
+    : PasteboardTransfer(room, limits)
+    , m_connection(connection)
     , m_window(connection.makeWindow())
     , m_property(connection.atom("NIMBARROW_CONTENT"))
     , m_target(target)
     , m_sequence(
           xcb_convert_selection(connection.get(), m_window, selection, target, m_property, time).sequence)
-    , m_room(room)
-    , m_stall(limits.stall)
-    , m_end(Instant::clock::now() + limits.whole)
-    , m_stallEnd(Instant::clock::now() + limits.stall)
 {
 }
 
@@ -31,7 +26,7 @@ bool X11PasteboardTransfer::handle(const xcb_generic_event_t& event)
         const auto& answer = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
         if (answer.requestor != m_window)
             return false;
-        if (m_state == State::Asked && answer.target == m_target)
+        if (!answered() && answer.target == m_target)
             takeAnswer(answer);
         return true;
     }
@@ -53,63 +48,28 @@ void X11PasteboardTransfer::takeAnswer(const xcb_selection_notify_event_t& event
         fail();
         return;
     }
-    auto property = m_connection.takeProperty(m_window, m_property, m_room);
-    m_stallEnd = Instant::clock::now() + m_stall;
+    const auto property = m_connection.takeProperty(m_window, m_property, room());
     if (property.type == m_connection.atom("INCR")) {
         // Deleting the property, which has just been done, tells the owner to begin.
-        m_state = State::Growing;
+        grow();
         return;
     }
-    m_bytes = std::move(property.bytes);
-    m_cut = property.cut;
-    m_state = State::Done;
+    keep(property.bytes, property.cut);
+    end();
 }
 
 void X11PasteboardTransfer::takePiece()
 {
-    if (m_state == State::Done)
+    if (over())
         return;
-    const bool draining = m_state == State::Draining;
-    const auto piece
-        = m_connection.takeProperty(m_window, m_property, draining ? 4 : m_room - m_bytes.size());
+    const bool draining = complete();
+    const auto piece = m_connection.takeProperty(m_window, m_property, draining ? 4 : room());
     if (piece.type == XCB_ATOM_NONE)
         return;
-    m_stallEnd = Instant::clock::now() + m_stall;
-    if (piece.bytes.isEmpty() && !piece.cut) {
-        m_state = State::Done;
-        return;
-    }
-    if (draining)
-        return;
-    m_bytes += piece.bytes;
-    m_cut = piece.cut;
-    if (m_cut)
-        m_state = State::Draining;
-}
-
-void X11PasteboardTransfer::forget()
-{
-    m_room = 0;
-    m_bytes.clear();
-}
-
-void X11PasteboardTransfer::expire(Instant now)
-{
-    if (m_state != State::Done && now >= deadline())
-        fail();
-}
-
-X11PasteboardTransfer::Instant X11PasteboardTransfer::deadline() const
-{
-    return m_state == State::Done ? Instant::max() : std::min(m_end, m_stallEnd);
-}
-
-void X11PasteboardTransfer::fail()
-{
-    // Half of a text or an image is not what was copied.
-    if (m_state != State::Draining)
-        m_bytes.clear();
-    m_state = State::Done;
+    if (piece.bytes.isEmpty() && !piece.cut)
+        end();
+    else
+        keep(piece.bytes, piece.cut);
 }
 
 } // namespace nimbarrow

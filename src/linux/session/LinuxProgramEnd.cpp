@@ -36,14 +36,31 @@ void writeToPipe(int /*signal*/)
     errno = error;
 }
 
-/// Qt ends the process by itself, from the depths of its event loop, when the X server has gone.
-void endWithoutDisplay()
+/// Qt ends the process by itself, from the depths of its event loop, when the display has gone.
+void endWithoutDisplay(int status)
 {
     if (!living || QThread::currentThread() != living->thread())
         return;
     Q_EMIT living->displayLost();
     // What lies on the stack is not unwound, so nothing else that runs at the exit may find it half alive.
-    ::_exit(0);
+    ::_exit(status);
+}
+
+/// So it does when the X server has gone, which is how a session may end.
+void endAtExit()
+{
+    endWithoutDisplay(0);
+}
+
+QtMessageHandler printMessage = nullptr;
+
+/// A compositor that has gone, or has had enough of the program, ends the process past everything that runs
+/// at the exit. All there is before that is what Qt says.
+void followMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    printMessage(type, context, message);
+    if (type == QtWarningMsg && message.startsWith("The Wayland connection "_L1))
+        endWithoutDisplay(1);
 }
 
 void setHandler(void (*handler)(int))
@@ -66,8 +83,9 @@ LinuxProgramEnd::LinuxProgramEnd(const std::optional<QDBusConnection>& system)
     : m_notifier(QSocketNotifier::Read)
 {
     // At the exit the last one that was registered comes first, before anything of Qt's goes.
-    [[maybe_unused]] static const int registered = std::atexit(endWithoutDisplay);
+    [[maybe_unused]] static const int registered = std::atexit(endAtExit);
     living = this;
+    printMessage = qInstallMessageHandler(followMessage);
     if (::pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) == 0) {
         connect(&m_notifier, &QSocketNotifier::activated, this, &LinuxProgramEnd::readSignals);
         m_notifier.setSocket(signalPipe[0]);
@@ -84,6 +102,7 @@ LinuxProgramEnd::LinuxProgramEnd(const std::optional<QDBusConnection>& system)
 LinuxProgramEnd::~LinuxProgramEnd()
 {
     living = nullptr;
+    qInstallMessageHandler(printMessage);
     setHandler(SIG_DFL);
     m_notifier.setEnabled(false);
     for (int& end : signalPipe) {

@@ -12,7 +12,8 @@ namespace nimbarrow {
 /// The ways in which a session ends a program: by a signal (SIGTERM, SIGINT, SIGHUP), by its session manager,
 /// by the login manager's announcement and by taking the display away. At most one in a process.
 ///
-/// A program that has not ended 10 s after a signal is ended by the kernel.
+/// A program that has not ended 10 s after a signal is ended by the kernel. Without its compositor it ends
+/// with 1, so that whoever watches over it may start it anew.
 class LinuxProgramEnd final : public ProgramEnd {
     Q_OBJECT
 

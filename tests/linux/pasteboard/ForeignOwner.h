@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/pasteboard/PasteboardBed.h"
 #include "linux/pasteboard/X11PasteboardConnection.h"
 
 #include <QList>
@@ -11,29 +12,20 @@
 
 namespace nimbarrow {
 
-/// Another program that copies, on a connection and a thread of its own, well- or ill-behaved.
-class ForeignOwner {
+/// Another program that copies on an X server, on a connection and a thread of its own.
+class ForeignOwner final : public ClipboardOwner {
 public:
-    /// One that hurries on lists what it has and in the same breath copies the same as a secret.
-    enum class Manner { Polite, SilentOnTargets, SilentOnData, SilentAfterIncr, DiesInIncr, HurriesOn };
-    using Offer = QList<std::pair<QByteArray, QByteArray>>;
-
     explicit ForeignOwner(const QByteArray& display, const QByteArray& selection = "CLIPBOARD");
-    ~ForeignOwner();
+    ~ForeignOwner() override;
     Q_DISABLE_COPY_MOVE(ForeignOwner)
 
-    /// Owns the selection from now on until destroyed. `incrPieces` of 1 MB each are sent where a target has
-    /// no bytes.
-    void copy(Offer offer, Manner manner = Manner::Polite, int incrPieces = 0);
-
-    /// Copies one text after the other on the same window, each as soon as the last one was asked for.
-    void copyEach(const QList<QByteArray>& texts);
+    void copy(Offer offer, Manner manner = Manner::Polite, int incrPieces = 0) override;
+    void copyEach(const QList<QByteArray>& texts) override;
 
     [[nodiscard]] xcb_window_t window() const { return m_window; }
 
-    /// What was asked for, without the lists of targets.
-    [[nodiscard]] int dataRequests() const { return m_dataRequests; }
-    [[nodiscard]] int piecesSent() const { return m_piecesSent; }
+    [[nodiscard]] int dataRequests() const override { return m_dataRequests; }
+    [[nodiscard]] int piecesSent() const override { return m_piecesSent; }
 
     /// What the server refused, such as an answer to a window that is gone. It ends many a program.
     [[nodiscard]] int errors() const { return m_errors; }

@@ -13,9 +13,9 @@ using Manner = ForeignOwner::Manner;
 
 namespace {
 
-X11PasteboardLimits impatient()
+PasteboardLimits impatient()
 {
-    X11PasteboardLimits limits;
+    PasteboardLimits limits;
     limits.stall = std::chrono::milliseconds(300);
     return limits;
 }

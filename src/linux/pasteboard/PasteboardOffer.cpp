@@ -1,4 +1,4 @@
-#include "linux/pasteboard/X11PasteboardOffer.h"
+#include "linux/pasteboard/PasteboardOffer.h"
 
 #include "linux/pasteboard/MimeTypes.h"
 
@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
 
-X11PasteboardOffer::X11PasteboardOffer(const QList<PasteboardObject>& objects)
+PasteboardOffer::PasteboardOffer(const QList<PasteboardObject>& objects)
 {
     QStringList texts;
     for (const auto& object : objects) {
@@ -25,7 +25,7 @@ X11PasteboardOffer::X11PasteboardOffer(const QList<PasteboardObject>& objects)
     offerText();
 }
 
-void X11PasteboardOffer::offerUrls()
+void PasteboardOffer::offerUrls()
 {
     const auto& urls = m_snapshot.urls;
     if (urls.isEmpty())
@@ -54,7 +54,7 @@ void X11PasteboardOffer::offerUrls()
         m_snapshot.string = plain.join(u'\n');
 }
 
-void X11PasteboardOffer::offerText()
+void PasteboardOffer::offerText()
 {
     if (!m_snapshot.string)
         return;

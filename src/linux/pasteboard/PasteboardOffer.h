@@ -6,10 +6,10 @@
 
 namespace nimbarrow {
 
-/// The objects of one write, merged into what other programs may ask the selection for.
-class X11PasteboardOffer {
+/// The objects of one write, merged into what other programs may ask for.
+class PasteboardOffer {
 public:
-    explicit X11PasteboardOffer(const QList<PasteboardObject>& objects);
+    explicit PasteboardOffer(const QList<PasteboardObject>& objects);
 
     /// The bytes of every target but the image.
     [[nodiscard]] const QHash<QByteArray, QByteArray>& content() const { return m_content; }

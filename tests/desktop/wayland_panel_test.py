@@ -1,0 +1,193 @@
+"""wayland_panel_test.py PROGRAM PEERS: the panel on real compositors without an X server: over everything, out of the way,
+and never in anybody's way to the keyboard."""
+
+import json
+import subprocess
+import sys
+import time
+
+from desktop import NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_RIGHT, reached, StageMissed, wait_until
+from wayland import run_wayland_test, WaylandDesktop
+
+
+class PanelFlow:
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self.middle = (NOTCH_LEFT + NOTCH_RIGHT) / 2 / desktop.output_scale
+        self.notch_height = NOTCH_HEIGHT / desktop.output_scale
+        self.below = (self.middle, 500)
+
+    def is_open(self):
+        return self.desktop.is_black(int(self.middle) - 210, 200)
+
+    def wait_open(self):
+        wait_until("the surface grown down", self.is_open)
+        time.sleep(0.4)
+
+    def wait_closed(self):
+        wait_until("the surface shrunk to the notch", lambda: not self.is_open() and not self.desktop.is_black(
+            int(self.middle), int(self.notch_height) + 8))
+        time.sleep(0.35)
+
+    def is_at_rest(self):
+        return self.desktop.is_black(int(self.middle), int(self.notch_height / 2)) and not self.desktop.is_black(
+            int(self.middle), int(self.notch_height) + 4)
+
+    def starts(self, **environment):
+        self.desktop.start_unseen(**environment)
+        wait_until("the panel over the notch", lambda: self.desktop._still_runs() and self.is_at_rest())
+
+    def hovers(self):
+        """In, out, and in again."""
+        for _ in range(2):
+            self.desktop.move(self.middle, self.notch_height / 2)
+            self.wait_open()
+            # Inside it stays.
+            self.desktop.move(self.middle + 100, 150)
+            time.sleep(0.5)
+            if not self.is_open():
+                raise StageMissed("a surface that stays open below the pointer")
+            self.desktop.move(*self.below)
+            self.wait_closed()
+        reached("hover")
+
+    def stays_closed(self):
+        """A pointer that rests where the surface was has not come back; one that moves there has."""
+        self.toggles()
+        self.wait_open()
+        self.desktop.move(self.middle, self.notch_height / 2)
+        self.toggles()
+        self.wait_closed()
+        time.sleep(0.8)
+        if self.is_open():
+            raise StageMissed("a surface that stays closed below a pointer at rest")
+        self.desktop.move(self.middle + 5, self.notch_height / 2 - 3)
+        self.wait_open()
+        self.desktop.move(*self.below)
+        self.wait_closed()
+        reached("a pointer at rest")
+
+    def toggles(self):
+        self.desktop.call([self.desktop.program, "--toggle"])
+
+    def leaves_the_keyboard(self, editor):
+        """Neither the pointer over the surface nor a click on it takes the keyboard from another program."""
+        self.desktop.move(self.middle, self.notch_height / 2)
+        self.wait_open()
+        self.desktop.click(self.middle - 80, 150)
+        editor.types("one")
+        self.desktop.move(*self.below)
+        self.wait_closed()
+        reached("a click that leaves the keyboard")
+
+    def takes_the_keyboard(self, editor):
+        self.toggles()
+        self.wait_open()
+        self.desktop.type("lost")
+        self.desktop.key("Escape")
+        self.wait_closed()
+        editor.types("two")
+        if "lost" in editor.text():
+            raise StageMissed("keys for the panel alone")
+        reached("the keyboard, there and back")
+
+    def keeps_to_its_output(self):
+        """The output with the notch goes, comes back, and is put somewhere else."""
+        desktop = self.desktop
+        desktop.swaymsg("create_output")
+        desktop.swaymsg("output", "HEADLESS-1", "disable")
+        time.sleep(0.5)
+        desktop.swaymsg("output", "HEADLESS-1", "enable")
+        wait_until("the panel on the output that is back", lambda: desktop._still_runs() and self.is_at_rest())
+        desktop.swaymsg("output", "HEADLESS-2", "disable")
+        # With no output at all.
+        desktop.swaymsg("output", "HEADLESS-1", "disable")
+        time.sleep(0.5)
+        desktop.swaymsg("output", "HEADLESS-1", "enable")
+        wait_until("the panel on the only output", lambda: desktop._still_runs() and self.is_at_rest())
+        self.hovers()
+        reached("an output gone and back")
+
+    def outlives_nothing(self):
+        """The compositor goes: what was copied last is on the disk, and one line says why the program ends."""
+        desktop = self.desktop
+        text = "copied just before"
+        desktop.copy(text)
+        wait_until("a notice", lambda: desktop.is_black(int(self.middle) - 140, 4), 8)
+        desktop.kill_server()
+        status = desktop.nimbarrow.wait(10)
+        lines = [line for line in desktop.log().splitlines() if "Wayland" in line]
+        if status != 1 or len(lines) != 1:
+            raise StageMissed(f"status 1 and one line, not {status} and {lines}")
+        desktop.usual_log += lines
+        if not any(item.get("text") == text for item in desktop.history()):
+            raise StageMissed("the history of before")
+        reached("a compositor that is gone")
+
+    def lets_clicks_through(self, editor):
+        """Beside the notch and below it, where the surface would be if it were open."""
+        for place in ((self.middle - 200, 6), (self.middle, 120)):
+            editor.is_clicked(place)
+        reached("clicks beside the notch")
+
+
+class Terminal:
+    """Another program's window, over the whole screen, that writes down what is typed into it and where it is clicked."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self.typed = desktop.home / "typed"
+        self.typed.write_text("")
+        # The terminal tells of clicks in the stream of what is typed.
+        self.process = desktop.spawn(["foot", "-F", "sh", "-c", f"stty raw -echo; printf '\\033[?1000h\\033[?1006h'; "
+                                      f"exec cat > '{self.typed}'"])
+        wait_until("another program's window", lambda: desktop.pixel(100, 600) != (0x31, 0x54, 0x7a))
+        time.sleep(0.5)
+
+    def text(self):
+        return self.typed.read_text()
+
+    def types(self, text):
+        before = len(self.text())
+        self.desktop.type(text)
+        wait_until(f"{text!r} in the other program", lambda: text in self.text()[before:])
+
+    def is_clicked(self, place):
+        before = len(self.text())
+        self.desktop.click(*place)
+        wait_until(f"a click at {place} in the other program", lambda: "\033[<0;" in self.text()[before:])
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait()
+
+
+def play(desktop):
+    flow = PanelFlow(desktop)
+    flow.starts()
+    reached("a start without an X server")
+    flow.hovers()
+    # Over the whole screen, and below the panel.
+    terminal = Terminal(desktop)
+    if not flow.is_at_rest():
+        raise StageMissed("the notch above a window that fills the screen")
+    flow.hovers()
+    flow.leaves_the_keyboard(terminal)
+    flow.takes_the_keyboard(terminal)
+    flow.lets_clicks_through(terminal)
+    flow.stays_closed()
+    terminal.close()
+    if desktop.compositor_name == "sway":
+        flow.keeps_to_its_output()
+    flow.outlives_nothing()
+
+
+def main(program, peers):
+    for scale in (1, 1.5):
+        if run_wayland_test(program, peers, play, scale=scale, settings={"language": "en"}):
+            return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

@@ -1,0 +1,136 @@
+#include "linux/pasteboard/WaylandOwner.h"
+
+#include <csignal>
+#include <data-control-client.h>
+#include <poll.h>
+#include <unistd.h>
+#include <wayland-client.h>
+
+namespace nimbarrow {
+
+namespace {
+
+bool writeAll(int file, const QByteArray& bytes)
+{
+    qsizetype sent = 0;
+    while (sent < bytes.size()) {
+        const auto length
+            = ::write(file, bytes.constData() + sent, static_cast<std::size_t>(bytes.size() - sent));
+        if (length <= 0)
+            return false;
+        sent += length;
+    }
+    return true;
+}
+
+} // namespace
+
+WaylandOwner::WaylandOwner(const QByteArray& display)
+    : m_display(wl_display_connect(display.constData()))
+{
+    static constexpr zwlr_data_control_device_v1_listener listener {
+        [](void*, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1* offer) {
+            zwlr_data_control_offer_v1_destroy(offer);
+        },
+        [](void*, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1*) {},
+        [](void*, zwlr_data_control_device_v1*) {},
+        [](void*, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1*) {},
+    };
+    const WaylandRegistry registry(m_display);
+    m_seat = registry.bind<wl_seat>(wl_seat_interface, 1);
+    m_control = std::make_unique<WaylandDataControl>(registry);
+    m_device = m_control->createDevice(m_seat);
+    zwlr_data_control_device_v1_add_listener(m_device, &listener, nullptr);
+}
+
+WaylandOwner::~WaylandOwner()
+{
+    m_stop = true;
+    if (m_thread.joinable())
+        m_thread.join();
+    for (const int file : std::as_const(m_open))
+        ::close(file);
+    zwlr_data_control_device_v1_destroy(m_device);
+    m_control.reset();
+    wl_seat_destroy(m_seat);
+    wl_display_disconnect(m_display);
+}
+
+void WaylandOwner::copy(Offer offer, Manner manner, int pieces)
+{
+    m_offer = std::move(offer);
+    m_manner = manner;
+    m_pieces = pieces;
+    claim();
+    wl_display_roundtrip(m_display);
+    m_thread = std::thread([this] { serve(); });
+}
+
+void WaylandOwner::copyEach(const QList<QByteArray>& texts)
+{
+    m_texts = texts;
+    m_offer = { { "UTF8_STRING", m_texts.takeFirst() } };
+    claim();
+    m_thread = std::thread([this] { serve(); });
+}
+
+void WaylandOwner::claim()
+{
+    static constexpr zwlr_data_control_source_v1_listener listener {
+        [](void* self, zwlr_data_control_source_v1*, const char* type, int32_t file) {
+            static_cast<WaylandOwner*>(self)->send(type, file);
+        },
+        [](void*, zwlr_data_control_source_v1* source) { zwlr_data_control_source_v1_destroy(source); },
+    };
+    auto* const source = m_control->createSource();
+    zwlr_data_control_source_v1_add_listener(source, &listener, this);
+    for (const auto& [type, bytes] : std::as_const(m_offer))
+        zwlr_data_control_source_v1_offer(source, type.constData());
+    zwlr_data_control_device_v1_set_selection(m_device, source);
+}
+
+void WaylandOwner::serve()
+{
+    // Who reads may leave.
+    sigset_t brokenPipe {};
+    sigaddset(&brokenPipe, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
+    while (!m_stop && wl_display_get_error(m_display) == 0) {
+        while (wl_display_prepare_read(m_display) != 0)
+            wl_display_dispatch_pending(m_display);
+        wl_display_flush(m_display);
+        pollfd source { wl_display_get_fd(m_display), POLLIN, 0 };
+        if (poll(&source, 1, 5) > 0)
+            wl_display_read_events(m_display);
+        else
+            wl_display_cancel_read(m_display);
+        wl_display_dispatch_pending(m_display);
+    }
+}
+
+void WaylandOwner::send(const QByteArray& type, int file)
+{
+    // A euro sign has three bytes, so a bound of whole megabytes falls inside one.
+    static const QByteArray piece = QByteArray("\xE2\x82\xAC").repeated(1 << 18);
+    ++m_dataRequests;
+    if (m_manner == Manner::SilentOnData
+        || (m_manner == Manner::SilentAfterIncr && writeAll(file, "begun"))) {
+        m_open << file;
+        return;
+    }
+    for (const auto& [name, bytes] : std::as_const(m_offer)) {
+        if (name != type)
+            continue;
+        if (!bytes.isEmpty())
+            writeAll(file, bytes);
+        while (bytes.isEmpty() && m_piecesSent < m_pieces && writeAll(file, piece))
+            ++m_piecesSent;
+    }
+    ::close(file);
+    if (!m_texts.isEmpty()) {
+        m_offer = { { "UTF8_STRING", m_texts.takeFirst() } };
+        claim();
+    }
+}
+
+} // namespace nimbarrow
