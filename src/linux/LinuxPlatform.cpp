@@ -18,6 +18,7 @@
 #include "linux/session/LinuxPreferences.h"
 #include "linux/session/LinuxProgramEnd.h"
 #include "linux/session/LinuxSessionLock.h"
+#include "linux/session/PortalRequest.h"
 #include "linux/session/SessionBus.h"
 #include "linux/session/XdgLocations.h"
 #include "platform/Platform.h"
@@ -143,6 +144,8 @@ std::optional<QString> preparePlatform()
 Platform makePlatform()
 {
     showHiddenBuses();
+    if (const auto bus = liveSessionBus())
+        introduceToPortals(*bus);
     Platform platform;
     platform.clock = std::make_unique<SystemClock>();
     platform.scheduler = std::make_unique<QtScheduler>();

@@ -16,7 +16,11 @@
 #include "linux/pasteboard/NoPasteboard.h"
 #include "linux/pasteboard/WaylandPasteboard.h"
 #include "linux/power/LinuxPowerAssertions.h"
+#include "linux/power/WaylandIdleInhibition.h"
 #include "linux/session/SessionBus.h"
+
+#include <QPointer>
+#include <QQuickWindow>
 
 namespace nimbarrow {
 
@@ -74,9 +78,15 @@ void addWaylandPorts(Platform& platform)
     platform.pasteboard = std::make_unique<WaylandPasteboard>();
     platform.dropReader = std::make_unique<NoDropReader>();
     addInputPorts(platform);
+    // The compositor heeds it for as long as the panel is to be seen.
+    const auto panelsWindow = std::make_shared<QPointer<QQuickWindow>>();
+    const auto inhibitIdle = [panelsWindow]() -> std::unique_ptr<Port> {
+        return *panelsWindow ? wayland::inhibitIdle(**panelsWindow) : nullptr;
+    };
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
-        liveSessionBus(), liveSystemBus(), LinuxPowerAssertions::Substitute(), *platform.scheduler);
-    platform.adoptPanel = [&panelsPointer](QQuickWindow& window) {
+        liveSessionBus(), liveSystemBus(), inhibitIdle, *platform.scheduler);
+    platform.adoptPanel = [&panelsPointer, panelsWindow](QQuickWindow& window) {
+        *panelsWindow = &window;
         return std::make_unique<LayerShellPanelWindow>(window, panelsPointer);
     };
 }

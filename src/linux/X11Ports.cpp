@@ -45,8 +45,11 @@ void addX11Ports(Platform& platform, DisplaySystem system, LinuxSessionLock& loc
         platform.hotKeys = std::make_unique<X11HotKeys>();
     else
         addBusHotKeys(platform, false);
+    // A compositor does not ask the X server in it.
+    const auto suspend
+        = isNested ? LinuxPowerAssertions::Substitute() : [] { return x11::suspendScreenSaver(); };
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
-        liveSessionBus(), liveSystemBus(), [] { return x11::suspendScreenSaver(); }, *platform.scheduler);
+        liveSessionBus(), liveSystemBus(), suspend, *platform.scheduler);
     platform.adoptPanel = [&lock](QQuickWindow& window) {
         auto panel = std::make_unique<X11PanelWindow>(window);
         lock.follow(panel->cover());

@@ -132,7 +132,8 @@ Item {
                     y: root._mainHeight + root._aboveDay
 
                     content: DayTimelineView {
-                        active: root.notch.mode === NotchState.Expanded
+                        // It may outlive what it stands in by a moment in which the mode changes.
+                        active: root?.notch.mode === NotchState.Expanded
                         height: day.height
                         overlay: menus
                         timeline: root.timeline

@@ -77,7 +77,7 @@ class WaylandDesktop(Desktop):
         runtime.mkdir(mode=0o700, exist_ok=True)
         configuration = self.home / "sway.conf"
         configuration.write_text(
-            f"output HEADLESS-1 resolution {WIDTH}x{HEIGHT} scale {self.output_scale} bg #31547a solid_color\n"
+            f"output HEADLESS-1 resolution {WIDTH}x{HEIGHT} position 0 0 scale {self.output_scale} bg #31547a solid_color\n"
             f"xwayland {'enable' if self.xwayland else 'disable'}\ndefault_border none\n"
             # Its X server lets in nobody but its own user.
             f"exec {'xhost +local: && ' if self.xwayland else ''}echo \"$DISPLAY\" > {runtime}/x11-display\n")

@@ -1,13 +1,11 @@
 """wayland_panel_test.py PROGRAM PEERS: the panel on real compositors without an X server: over everything, out of the way,
 and never in anybody's way to the keyboard."""
 
-import json
-import subprocess
 import sys
 import time
 
 from desktop import NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_RIGHT, reached, StageMissed, wait_until
-from wayland import run_wayland_test, WaylandDesktop
+from wayland import run_wayland_test
 
 
 class PanelFlow:
@@ -92,28 +90,26 @@ class PanelFlow:
         reached("the keyboard, there and back")
 
     def keeps_to_its_output(self):
-        """The output with the notch goes, comes back, and is put somewhere else."""
-        desktop = self.desktop
-        desktop.swaymsg("create_output")
-        desktop.swaymsg("output", "HEADLESS-1", "disable")
-        time.sleep(0.5)
-        desktop.swaymsg("output", "HEADLESS-1", "enable")
-        wait_until("the panel on the output that is back", lambda: desktop._still_runs() and self.is_at_rest())
-        desktop.swaymsg("output", "HEADLESS-2", "disable")
-        # With no output at all.
-        desktop.swaymsg("output", "HEADLESS-1", "disable")
-        time.sleep(0.5)
-        desktop.swaymsg("output", "HEADLESS-1", "enable")
-        wait_until("the panel on the only output", lambda: desktop._still_runs() and self.is_at_rest())
+        """The output with the notch goes and comes back, first as the only one and then beside another."""
+        self.output_goes_and_comes_back()
+        # A place is one on all outputs together, so the hands stay where they are from now on.
         self.hovers()
+        self.desktop.swaymsg("create_output")
+        self.output_goes_and_comes_back()
         reached("an output gone and back")
+
+    def output_goes_and_comes_back(self):
+        self.desktop.swaymsg("output", "HEADLESS-1", "disable")
+        time.sleep(0.5)
+        self.desktop.swaymsg("output", "HEADLESS-1", "enable")
+        wait_until("the panel on the output that is back", lambda: self.desktop._still_runs() and self.is_at_rest())
 
     def outlives_nothing(self):
         """The compositor goes: what was copied last is on the disk, and one line says why the program ends."""
         desktop = self.desktop
         text = "copied just before"
         desktop.copy(text)
-        wait_until("a notice", lambda: desktop.is_black(int(self.middle) - 140, 4), 8)
+        wait_until("a notice", lambda: desktop.is_black(int(self.middle) + 150, 4), 8)
         desktop.kill_server()
         status = desktop.nimbarrow.wait(10)
         lines = [line for line in desktop.log().splitlines() if "Wayland" in line]
@@ -123,6 +119,39 @@ class PanelFlow:
         if not any(item.get("text") == text for item in desktop.history()):
             raise StageMissed("the history of before")
         reached("a compositor that is gone")
+
+    def keeps_awake(self):
+        """Without a screen saver on the bus the compositor itself is asked, and only while the owl is awake."""
+        desktop = self.desktop
+        told = desktop.home / "idle"
+
+        def is_idle():
+            told.unlink(missing_ok=True)
+            watcher = desktop.spawn(["swayidle", "timeout", "1", f"touch '{told}'"])
+            time.sleep(2.5)
+            watcher.terminate()
+            watcher.wait()
+            return told.exists()
+
+        def opens_and_clicks(*places):
+            desktop.move(self.middle, self.notch_height / 2)
+            self.wait_open()
+            for place in places:
+                desktop.click(*place)
+                time.sleep(0.4)
+            desktop.move(*self.below)
+            self.wait_closed()
+
+        owl, hour = (self.middle + 185, 16), (self.middle + 169, 49)
+        if not is_idle():
+            raise StageMissed("a session that is idle when nobody touches it")
+        opens_and_clicks(owl, hour)
+        if is_idle():
+            raise StageMissed("a session that is kept awake")
+        opens_and_clicks(owl)
+        if not is_idle():
+            raise StageMissed("a session that is idle again")
+        reached("awake")
 
     def lets_clicks_through(self, editor):
         """Beside the notch and below it, where the surface would be if it were open."""
@@ -167,6 +196,8 @@ def play(desktop):
     flow.starts()
     reached("a start without an X server")
     flow.hovers()
+    if desktop.compositor_name == "sway" and desktop.output_scale == 1:
+        flow.keeps_awake()
     # Over the whole screen, and below the panel.
     terminal = Terminal(desktop)
     if not flow.is_at_rest():
@@ -182,7 +213,17 @@ def play(desktop):
     flow.outlives_nothing()
 
 
+def play_in_x_server(desktop):
+    """Where the program was asked to be an X11 program."""
+    flow = PanelFlow(desktop)
+    flow.starts(QT_QPA_PLATFORM="xcb")
+    flow.hovers()
+    reached("a start in the compositor's X server")
+
+
 def main(program, peers):
+    if run_wayland_test(program, peers, play_in_x_server, xwayland=True, settings={"language": "en"}):
+        return 1
     for scale in (1, 1.5):
         if run_wayland_test(program, peers, play, scale=scale, settings={"language": "en"}):
             return 1

@@ -7,6 +7,7 @@
 #include <QThread>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -55,12 +56,22 @@ void endAtExit()
 QtMessageHandler printMessage = nullptr;
 
 /// A compositor that has gone, or has had enough of the program, ends the process past everything that runs
-/// at the exit. All there is before that is what Qt says.
+/// at the exit, on whichever of Qt's threads has noticed it first. All there is before that is what Qt says.
 void followMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
-    printMessage(type, context, message);
-    if (type == QtWarningMsg && message.startsWith("The Wayland connection "_L1))
-        endWithoutDisplay(1);
+    if (type != QtWarningMsg || !message.startsWith("The Wayland connection "_L1)) {
+        printMessage(type, context, message);
+        return;
+    }
+    static std::atomic_flag isSaid;
+    if (!isSaid.test_and_set())
+        printMessage(type, context, message);
+    endWithoutDisplay(1);
+    QMetaObject::invokeMethod(
+        qApp, [] { endWithoutDisplay(1); }, Qt::QueuedConnection);
+    // This thread would end the process as soon as it went on.
+    while (QThread::currentThread() != qApp->thread())
+        ::pause();
 }
 
 void setHandler(void (*handler)(int))
