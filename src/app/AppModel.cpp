@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <QRandomGenerator>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
@@ -59,18 +61,22 @@ void AppModel::start(NotchController& notch)
     connect(&m_store, &ClipboardStore::imagesDropped, &m_thumbnails, &ThumbnailLoader::forget);
     connect(&m_settings, &Settings::watchScreenshotsChanged, this, &AppModel::applyWatchScreenshots);
     connect(&m_settings, &Settings::historyLimitChanged, &m_store, &ClipboardStore::enforceLimit);
-    const auto tellThatNothingOpened = [this, controller] {
-        if (!controller || !m_nothingOpened || controller->state().mode() != NotchState::Collapsed)
-            return;
-        m_nothingOpened = false;
-        controller->peek(PeekContent::make(u"arrow.up.forward.app"_s, L10n::text(L10n::Key::NothingOpensIt)));
+    const auto showNotice = [this, controller] {
+        if (controller && m_notice && controller->state().mode() == NotchState::Collapsed)
+            controller->peek(*std::exchange(m_notice, {}));
     };
+    connect(&notch.state(), &NotchState::modeChanged, this, showNotice, Qt::QueuedConnection);
     // There is no room for a notice while the surface is open, from which most is opened. So it waits.
-    connect(&m_opener, &Opener::failed, this, [this, tellThatNothingOpened] {
-        m_nothingOpened = true;
-        tellThatNothingOpened();
+    connect(&m_opener, &Opener::failed, this, [this, showNotice] {
+        m_notice = PeekContent::make(u"arrow.up.forward.app"_s, L10n::text(L10n::Key::NothingOpensIt));
+        showNotice();
     });
-    connect(&notch.state(), &NotchState::modeChanged, this, tellThatNothingOpened, Qt::QueuedConnection);
+    connect(&m_paster, &Paster::leftToUser, this, [this, controller, showNotice] {
+        m_notice = PeekContent::make(u"doc.on.doc"_s, L10n::text(L10n::Key::PressPaste));
+        if (controller)
+            controller->actions().collapse();
+        showNotice();
+    });
     m_hotKey.onPressed = [controller] {
         if (controller)
             controller->toggleKeyboard();

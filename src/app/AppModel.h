@@ -12,11 +12,14 @@
 #include "images/ThumbnailLoader.h"
 #include "keepawake/KeepAwake.h"
 #include "keepawake/OwlMotion.h"
+#include "notch/PeekContent.h"
 #include "nowplaying/NowPlayingModel.h"
 #include "preferences/Settings.h"
 #include "settings/About.h"
 
 #include <QObject>
+
+#include <optional>
 
 namespace nimbarrow {
 
@@ -78,8 +81,8 @@ private:
     Paster m_paster;
     EntryHandoff m_handoff;
     ScreenshotWatcher m_screenshots;
-    /// Nobody has been told yet that what was to be opened could not be.
-    bool m_nothingOpened = false;
+    /// A notice that waits for the surface to close.
+    std::optional<PeekContent> m_notice;
 };
 
 } // namespace nimbarrow

@@ -31,6 +31,7 @@ bool Paster::paste(const ClipboardItem& item, bool fromKeyboard)
     // Once a run: who said no is not asked at every click.
     if (!std::exchange(m_trustPrompted, true))
         m_trust.prompt();
+    Q_EMIT leftToUser();
     return false;
 }
 

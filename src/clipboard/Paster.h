@@ -27,6 +27,10 @@ public:
     /// How a keystroke is delivered; types it at once until somebody replaces this.
     std::function<void()> deliverPaste;
 
+Q_SIGNALS:
+    /// The system does not let the program paste what was to be pasted: it is left to the user.
+    void leftToUser();
+
 private:
     ClipboardMonitor& m_monitor;
     const Settings& m_settings;

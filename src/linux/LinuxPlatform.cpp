@@ -19,6 +19,7 @@
 #include "linux/session/LinuxProgramEnd.h"
 #include "linux/session/LinuxSessionLock.h"
 #include "linux/session/NotificationQuestions.h"
+#include "linux/session/PortalRequest.h"
 #include "linux/session/SessionBus.h"
 #include "linux/session/XdgLocations.h"
 #include "platform/Platform.h"
@@ -144,6 +145,8 @@ std::optional<QString> preparePlatform()
 Platform makePlatform()
 {
     showHiddenBuses();
+    if (const auto bus = liveSessionBus())
+        introduceToPortals(*bus);
     Platform platform;
     platform.clock = std::make_unique<SystemClock>();
     platform.scheduler = std::make_unique<QtScheduler>();
@@ -164,7 +167,7 @@ Platform makePlatform()
     platform.calendarStore = makeCalendarStore(*platform.userDefaults, *platform.locations);
     platform.opener = std::make_unique<DesktopOpener>(inheritedState(), liveSessionBus());
     platform.scripting = std::make_unique<NoScripting>();
-    platform.words = { u"Super+Shift+V"_s, u"/usr"_s, u"Settings"_s, u"Параметри"_s };
+    platform.words = { u"Super+Shift+V"_s, u"Control-V"_s, u"/usr"_s, u"Settings"_s, u"Параметри"_s };
     platform.returnFreeMemory = [] { ::malloc_trim(0); };
     platform.folderEvents = std::make_unique<InotifyFolderEvents>();
     platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();

@@ -8,6 +8,8 @@ namespace nimbarrow {
 struct SystemWords {
     /// The program's hot key.
     QString hotKey;
+    /// What pastes in other programs.
+    QString paste;
     /// Where programs live that stay where they are.
     QString programsFolder;
     /// The program that holds the system's settings.

@@ -37,6 +37,7 @@ constexpr std::array table {
         u"Потрібен дозвіл: {settings} → Конфіденційність → Універсальний доступ" },
     Text { L10n::Key::SettingsNotSaved, u"These settings could not be saved. Is the disk full?",
         u"Не вдалося зберегти ці налаштування. Чи є місце на диску?" },
+    Text { L10n::Key::PressPaste, u"Press {paste}", u"Натисніть {paste}" },
     Text { L10n::Key::NothingOpensIt, u"No program opens this", u"Немає програми, яка це відкриє" },
     Text { L10n::Key::OutsideApplicationsHint, u"Not running from {programs}: login will open this copy",
         u"Запущено не з {programs}: при вході відкриється саме ця копія" },
@@ -115,7 +116,7 @@ static_assert(table.size() == static_cast<std::size_t>(L10n::Key::NoNotchRefuse)
 
 SystemWords& words()
 {
-    static SystemWords words { u"⌘⇧V"_s, u"/Applications"_s, u"System Settings"_s, u"Системні параметри"_s };
+    static SystemWords words { u"⌘⇧V"_s, u"Command-V"_s, u"/Applications"_s, u"System Settings"_s, u"Системні параметри"_s };
     return words;
 }
 
@@ -175,6 +176,7 @@ QString L10n::text(Key key)
     return (isUkrainian ? text.ukrainian : text.english)
         .toString()
         .replace("{hotKey}"_L1, words().hotKey)
+        .replace("{paste}"_L1, words().paste)
         .replace("{programs}"_L1, words().programsFolder)
         .replace("{settings}"_L1, isUkrainian ? words().settingsUkrainian : words().settingsEnglish);
 }

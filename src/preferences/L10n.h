@@ -42,6 +42,7 @@ public:
         HotKey,
         AccessibilityHint,
         SettingsNotSaved,
+        PressPaste,
         NothingOpensIt,
         OutsideApplicationsHint,
         Language,

@@ -73,8 +73,9 @@ private Q_SLOTS:
     void speaksTheSystemsWords()
     {
         using enum L10n::Key;
-        const SystemWords elsewhere { u"Super+Shift+V"_s, u"/usr"_s, u"Settings"_s, u"Параметри"_s };
-        const SystemWords home { u"⌘⇧V"_s, u"/Applications"_s, u"System Settings"_s,
+        const SystemWords elsewhere { u"Super+Shift+V"_s, u"Control-V"_s, u"/usr"_s, u"Settings"_s,
+            u"Параметри"_s };
+        const SystemWords home { u"⌘⇧V"_s, u"Command-V"_s, u"/Applications"_s, u"System Settings"_s,
             u"Системні параметри"_s };
         QCOMPARE(L10n::text(HotKey), u"⌘⇧V hot key"_s);
         L10n::setSystemWords(elsewhere);
@@ -82,6 +83,7 @@ private Q_SLOTS:
         QCOMPARE(L10n::text(OutsideApplicationsHint), u"Not running from /usr: login will open this copy"_s);
         L10n::setCurrent(L10n::Ukrainian);
         QCOMPARE(L10n::text(OpenSystemSettings), u"Відкрити Параметри"_s);
+        QCOMPARE(L10n::text(PressPaste), u"Натисніть Control-V"_s);
         L10n::setSystemWords(home);
         QCOMPARE(L10n::text(OpenSystemSettings), u"Відкрити Системні параметри"_s);
         for (const auto all = L10n::instance().texts(); const auto& text : all)

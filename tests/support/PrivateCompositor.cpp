@@ -1,11 +1,12 @@
 #include "support/PrivateCompositor.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QStandardPaths>
+#include <QThread>
 
 #include <csignal>
 #include <sys/prctl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -15,17 +16,76 @@ namespace nimbarrow {
 namespace {
 
 constexpr int patience = 20'000; // milliseconds
-constexpr uid_t nobody = 65534;
+constexpr uid_t nobody = 65'534;
 
 } // namespace
 
-PrivateCompositor::PrivateCompositor()
+PrivateCompositor::PrivateCompositor(Kind kind)
+    : m_socket(m_folder.filePath(u"wayland-1"_s))
 {
-    m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    if (qEnvironmentVariableIsEmpty("NIMBARROW_COMPOSITOR_LOG"))
-        m_process.setStandardErrorFile(QProcess::nullDevice());
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const auto& other : { u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s })
+        environment.remove(other);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
+    if (kind == Kind::Sway)
+        startSway(environment);
     else
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        startKWin(environment);
+    QElapsedTimer waited;
+    waited.start();
+    while (!QFile::exists(m_socket) && waited.elapsed() < patience)
+        QThread::msleep(5);
+}
+
+void PrivateCompositor::startSway(QProcessEnvironment environment)
+{
+    const auto configuration = m_folder.filePath(u"config"_s);
+    QFile file(configuration);
+    if (file.open(QIODevice::WriteOnly))
+        file.write("output HEADLESS-1 resolution 1512x982\nxwayland disable\nfocus_follows_mouse no\n");
+    file.close();
+    environment.insert(u"HOME"_s, m_folder.path());
+    environment.insert(u"SWAYSOCK"_s, m_folder.filePath(u"sway"_s));
+    environment.insert(u"WLR_BACKENDS"_s, u"headless"_s);
+    environment.insert(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
+    environment.insert(u"WLR_RENDERER"_s, u"pixman"_s);
+    // It refuses to run as root.
+    const bool isRoot = ::getuid() == 0;
+    if (isRoot) {
+        for (const auto& path : { m_folder.path(), configuration })
+            [[maybe_unused]] const auto given = ::chown(path.toLocal8Bit().constData(), nobody, nobody);
+    }
+    m_process.setChildProcessModifier([isRoot] {
+        if (isRoot && (::setgid(nobody) != 0 || ::setuid(nobody) != 0))
+            ::_exit(1);
+        // A test that crashes must not leave it behind.
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    });
+    start(u"sway"_s, { u"-c"_s, configuration }, environment);
+}
+
+void PrivateCompositor::startKWin(QProcessEnvironment environment)
+{
+    // The installed one has a capability of its own, and may not be run where that cannot be had.
+    const auto program = m_folder.filePath(u"kwin_wayland"_s);
+    QFile::copy(QStandardPaths::findExecutable(u"kwin_wayland"_s), program);
+    // Without a graphics driver.
+    environment.insert(u"KWIN_COMPOSE"_s, u"Q"_s);
+    m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    start(program,
+        { u"--virtual"_s, u"--no-lockscreen"_s, u"--width"_s, u"1512"_s, u"--height"_s, u"982"_s,
+            u"--socket"_s, u"wayland-1"_s },
+        environment);
+}
+
+void PrivateCompositor::start(
+    const QString& program, const QStringList& arguments, const QProcessEnvironment& environment)
+{
+    m_process.setProcessEnvironment(environment);
+    m_process.setStandardErrorFile(QProcess::nullDevice());
+    m_process.setStandardOutputFile(QProcess::nullDevice());
+    m_process.start(program, arguments);
+    m_process.waitForStarted(patience);
 }
 
 PrivateCompositor::~PrivateCompositor()
@@ -39,71 +99,12 @@ void PrivateCompositor::kill()
     m_process.waitForFinished(patience);
 }
 
-QByteArray PrivateCompositor::displayName() const
-{
-    return QFile::encodeName(m_socket);
-}
-
-bool PrivateCompositor::startSway()
-{
-    QFile config(folder() + u"/config"_s);
-    if (!config.open(QIODevice::WriteOnly))
-        return false;
-    config.write("output HEADLESS-1 resolution 1512x982\nxwayland disable\nfocus_follows_mouse no\n");
-    config.close();
-    auto environment = QProcessEnvironment::systemEnvironment();
-    for (const auto& other : { u"WAYLAND_DISPLAY"_s, u"DISPLAY"_s, u"DBUS_SESSION_BUS_ADDRESS"_s })
-        environment.remove(other);
-    environment.insert(u"XDG_RUNTIME_DIR"_s, folder());
-    environment.insert(u"SWAYSOCK"_s, folder() + u"/sway"_s);
-    environment.insert(u"WLR_BACKENDS"_s, u"headless"_s);
-    environment.insert(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
-    environment.insert(u"WLR_RENDERER"_s, u"pixman"_s);
-    m_process.setProcessEnvironment(environment);
-    QStringList command { u"sway"_s, u"--config"_s, config.fileName() };
-    if (::geteuid() == 0) {
-        if (::chown(QFile::encodeName(folder()).constData(), nobody, nobody) != 0
-            || ::chmod(QFile::encodeName(config.fileName()).constData(), 0644) != 0)
-            return false;
-        const auto user = QString::number(nobody);
-        // A signal of the parent's death is forgotten where the user changes.
-        command = QStringList { u"setpriv"_s, u"--reuid="_s + user, u"--regid="_s + user, u"--clear-groups"_s,
-            u"--pdeathsig=KILL"_s }
-            + command;
-    }
-    return start(command.takeFirst(), command, folder() + u"/wayland-1"_s);
-}
-
-bool PrivateCompositor::startKWin()
-{
-    // The installed one has a capability of its own, for which it may not be run where that cannot be had.
-    const auto program = folder() + u"/kwin_wayland"_s;
-    QFile::copy(QStandardPaths::findExecutable(u"kwin_wayland"_s), program);
-    auto environment = QProcessEnvironment::systemEnvironment();
-    for (const auto& other : { u"WAYLAND_DISPLAY"_s, u"DISPLAY"_s, u"QT_QPA_PLATFORM"_s })
-        environment.remove(other);
-    environment.insert(u"XDG_RUNTIME_DIR"_s, folder());
-    // Without a graphics driver.
-    environment.insert(u"KWIN_COMPOSE"_s, u"Q"_s);
-    m_process.setProcessEnvironment(environment);
-    return start(program,
-        { u"--virtual"_s, u"--no-lockscreen"_s, u"--width"_s, u"1512"_s, u"--height"_s, u"982"_s,
-            u"--socket"_s, u"wayland-1"_s },
-        folder() + u"/wayland-1"_s);
-}
-
-bool PrivateCompositor::command(const QString& command) const
-{
-    return QProcess::execute(
-               u"swaymsg"_s, { u"--quiet"_s, u"--socket"_s, folder() + u"/sway"_s, u"--"_s, command })
-        == 0;
-}
-
 QProcessEnvironment PrivateCompositor::environment() const
 {
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"WAYLAND_DISPLAY"_s, m_socket);
-    environment.insert(u"XDG_RUNTIME_DIR"_s, folder());
+    environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
+    environment.insert(u"SWAYSOCK"_s, m_folder.filePath(u"sway"_s));
     return environment;
 }
 
@@ -121,16 +122,6 @@ QByteArray PrivateCompositor::run(
     process.closeWriteChannel();
     process.waitForFinished(patience);
     return input.isNull() ? process.readAllStandardOutput() : QByteArray();
-}
-
-bool PrivateCompositor::start(const QString& program, const QStringList& arguments, const QString& socket)
-{
-    m_socket = socket;
-    m_process.start(program, arguments);
-    return m_process.waitForStarted(patience)
-        && QTest::qWaitFor(
-            [this] { return m_process.state() == QProcess::NotRunning || QFile::exists(m_socket); }, patience)
-        && m_process.state() == QProcess::Running;
 }
 
 } // namespace nimbarrow

@@ -1,6 +1,29 @@
 #include "linux/keys/InputWays.h"
 
+#include <QStringList>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
 namespace nimbarrow {
+
+namespace {
+
+struct Line {
+    QLatin1StringView desktop;
+    QLatin1StringView text;
+};
+
+constexpr std::array lines {
+    Line { "sway"_L1, "bindsym Mod4+Shift+v exec nimbarrow --toggle"_L1 },
+    Line { "i3"_L1, "bindsym Mod4+Shift+v exec nimbarrow --toggle"_L1 },
+    Line { "Hyprland"_L1, "bind = SUPER SHIFT, V, exec, nimbarrow --toggle"_L1 },
+    Line { "labwc"_L1,
+        R"(<keybind key="W-S-v"><action name="Execute" command="nimbarrow --toggle"/></keybind>)"_L1 },
+};
+
+} // namespace
 
 FrontWay frontWay(const InputFacts& facts)
 {
@@ -27,6 +50,17 @@ HotKeyWay hotKeyWay(const BusKeyFacts& facts)
     if (facts.isKWin && facts.hasGlobalAccel)
         return HotKeyWay::GlobalAccel;
     return facts.globalShortcuts > 0 ? HotKeyWay::Portal : HotKeyWay::Nothing;
+}
+
+QString hotKeyLine(const QString& desktops)
+{
+    for (const auto names = desktops.split(u':'); const auto& name : names) {
+        for (const auto& line : lines) {
+            if (name.compare(line.desktop, Qt::CaseInsensitive) == 0)
+                return line.text;
+        }
+    }
+    return {};
 }
 
 } // namespace nimbarrow

@@ -35,4 +35,8 @@ enum class PasteWay { TestExtension, VirtualKeyboard, FakeInput, Portal };
 enum class HotKeyWay { GlobalAccel, Portal, Nothing };
 [[nodiscard]] HotKeyWay hotKeyWay(const BusKeyFacts& facts);
 
+/// What makes a key of the compositor open the program, as a line for its configuration; empty for one whose
+/// configuration is not known. `desktops` is what XDG_CURRENT_DESKTOP names.
+[[nodiscard]] QString hotKeyLine(const QString& desktops);
+
 } // namespace nimbarrow

@@ -72,6 +72,13 @@ QString portalToken()
     return u"nimbarrow"_s + QUuid::createUuid().toString(QUuid::Id128);
 }
 
+void introduceToPortals(const QDBusConnection& bus)
+{
+    auto introduced = portalCall(u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
+    introduced << u"ua.tessak.Nimbarrow"_s << QVariantMap();
+    bus.send(introduced);
+}
+
 QDBusMessage portalCall(const QString& interface, const QString& method)
 {
     return QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s, portalPath, interface, method);

@@ -29,6 +29,10 @@ void askPortal(const QDBusConnection& bus, const QString& interface, const QStri
 /// A new name for what a portal is to make, which nobody else can guess.
 [[nodiscard]] QString portalToken();
 
+/// Tells the portals which program this is, by the name of its desktop file. Before any other call of theirs
+/// on this connection; portals that do not ask for it refuse it without harm.
+void introduceToPortals(const QDBusConnection& bus);
+
 /// A call of a portal that asks nobody.
 [[nodiscard]] QDBusMessage portalCall(const QString& interface, const QString& method);
 

@@ -14,10 +14,12 @@
 #include <QDBusMessage>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <fake-input-client.h>
@@ -209,11 +211,9 @@ int main(int argc, char** argv)
     write(u"mousepad"_s, "Name=Terminal\nCategories=TerminalEmulator;\nExec=mousepad\n");
     const PrivateBus bus;
     qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit());
-    PrivateCompositor compositor;
-    if (!compositor.startKWin()) {
-        qCritical("kwin_wayland does not start");
-        return 1;
-    }
+    const PrivateCompositor compositor(PrivateCompositor::Kind::KWin);
+    if (!compositor.isRunning())
+        qFatal("kwin_wayland does not start");
     qputenv("WAYLAND_DISPLAY", compositor.displayName());
     qputenv("XDG_RUNTIME_DIR", home.path().toLocal8Bit());
     qputenv("GSETTINGS_BACKEND", "memory");

@@ -157,6 +157,24 @@ private Q_SLOTS:
         QTEST(hotKeyWay(facts), "way");
     }
 
+    void compositorIsToldByALine_data()
+    {
+        QTest::addColumn<QString>("desktops");
+        QTest::addColumn<QString>("line");
+
+        QTest::newRow("sway") << u"sway"_s << u"bindsym Mod4+Shift+v exec nimbarrow --toggle"_s;
+        QTest::newRow("labwc")
+            << u"labwc:wlroots"_s
+            << u"<keybind key=\"W-S-v\"><action name=\"Execute\" command=\"nimbarrow --toggle\"/></keybind>"_s;
+        QTest::newRow("another") << u"COSMIC"_s << QString();
+        QTest::newRow("unnamed") << QString() << QString();
+    }
+    void compositorIsToldByALine()
+    {
+        QFETCH(const QString, desktops);
+        QTEST(hotKeyLine(desktops), "line");
+    }
+
     void theUserIsAskedOnceAndATokenRemembersIt()
     {
         QVERIFY(start() == State::NotDetermined);

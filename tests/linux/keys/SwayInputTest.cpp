@@ -6,10 +6,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -19,7 +21,7 @@ class SwayInputTest : public QObject {
     Q_OBJECT
 
 public:
-    explicit SwayInputTest(PrivateCompositor& compositor)
+    explicit SwayInputTest(const PrivateCompositor& compositor)
         : m_compositor(compositor)
     {
     }
@@ -62,7 +64,7 @@ private Q_SLOTS:
         QTRY_COMPARE(m_applications->frontmost(), editor);
         QTRY_VERIFY(m_editor->isActive());
         // A workspace where nothing is.
-        QVERIFY(m_compositor.command(u"workspace empty"_s));
+        QVERIFY(command(u"workspace empty"_s));
         QTRY_VERIFY(!m_applications->frontmost());
         m_applications->activate(tool);
         QTRY_COMPARE(m_applications->frontmost(), std::optional(tool));
@@ -138,10 +140,15 @@ private:
 
     [[nodiscard]] std::optional<RunningApplication> editorInFront() const
     {
-        if (!m_compositor.command(u"[app_id=org.example.editor] focus"_s)
+        if (!command(u"[app_id=org.example.editor] focus"_s)
             || !QTest::qWaitFor([this] { return front() == u"org.example.editor"_s; }))
             return {};
         return m_applications->frontmost();
+    }
+
+    [[nodiscard]] bool command(const QString& words) const
+    {
+        return m_compositor.run(u"swaymsg"_s, { u"--raw"_s, words }).contains("\"success\": true");
     }
 
     static void startTerminal(QProcess& process, const QString& id, const QString& script)
@@ -183,7 +190,7 @@ private:
         file.write("[Desktop Entry]\nType=Application\n" + more);
     }
 
-    PrivateCompositor& m_compositor;
+    const PrivateCompositor& m_compositor;
     wl_display* m_display = wayland::qtDisplay();
     QTemporaryDir m_folder;
     QQmlEngine m_engine;
@@ -196,7 +203,17 @@ private:
 
 int main(int argc, char** argv)
 {
-    return runOnPrivateSway<SwayInputTest>(argc, argv);
+    const PrivateCompositor compositor;
+    if (!compositor.isRunning())
+        qFatal("sway does not start");
+    const QTemporaryDir home;
+    qputenv("WAYLAND_DISPLAY", compositor.displayName());
+    qputenv("HOME", home.path().toLocal8Bit());
+    qputenv("XDG_RUNTIME_DIR", home.path().toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "wayland");
+    const QGuiApplication application(argc, argv);
+    SwayInputTest test(compositor);
+    return QTest::qExec(&test, argc, argv);
 }
 
 #include "SwayInputTest.moc"

@@ -18,12 +18,6 @@ namespace {
 
 class WaylandBed final : public PasteboardBed {
 public:
-    WaylandBed()
-    {
-        if (!m_compositor.startSway())
-            qFatal("sway does not start");
-    }
-
     std::unique_ptr<SelectionPasteboard> pasteboard(const PasteboardLimits& limits) const override
     {
         return std::make_unique<WaylandPasteboard>(m_compositor.displayName(), limits);
