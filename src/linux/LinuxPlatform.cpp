@@ -24,6 +24,7 @@
 #include "linux/session/AutostartLoginItem.h"
 #include "linux/session/BusInstance.h"
 #include "linux/session/InheritedState.h"
+#include "linux/session/InstalledFile.h"
 #include "linux/session/LinuxPreferences.h"
 #include "linux/session/LinuxProgramEnd.h"
 #include "linux/session/LinuxSessionLock.h"
@@ -164,7 +165,8 @@ Platform makePlatform()
         = std::make_unique<PortalSharePicker>(inheritedState(), liveSessionBus(), *platform.workQueues);
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
         liveSessionBus(), liveSystemBus(), [] { return x11::suspendScreenSaver(); }, *platform.scheduler);
-    platform.adapterCommand = std::make_unique<LinuxAdapterCommand>(QCoreApplication::applicationDirPath());
+    platform.adapterCommand
+        = std::make_unique<LinuxAdapterCommand>(installedFile("nimbarrow-media-adapter"_L1));
     platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
     platform.musicApp = std::make_unique<NoMusicApp>();
     platform.adoptPanel = [&lock](QQuickWindow& window) {
