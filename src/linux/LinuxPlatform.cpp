@@ -15,6 +15,7 @@
 #include "linux/session/AutostartLoginItem.h"
 #include "linux/session/BusInstance.h"
 #include "linux/session/InheritedState.h"
+#include "linux/session/InstalledFile.h"
 #include "linux/session/LinuxPreferences.h"
 #include "linux/session/LinuxProgramEnd.h"
 #include "linux/session/LinuxSessionLock.h"
@@ -173,7 +174,8 @@ Platform makePlatform()
     platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();
     platform.sharePicker
         = std::make_unique<PortalSharePicker>(inheritedState(), liveSessionBus(), *platform.workQueues);
-    platform.adapterCommand = std::make_unique<LinuxAdapterCommand>(QCoreApplication::applicationDirPath());
+    platform.adapterCommand
+        = std::make_unique<LinuxAdapterCommand>(installedFile("nimbarrow-media-adapter"_L1));
     platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
     platform.musicApp = std::make_unique<NoMusicApp>();
     if (chosenSystem == DisplaySystem::Wayland)

@@ -1,7 +1,7 @@
 #include "linux/calendar/CalendarStorePlugin.h"
 
-#include <QCoreApplication>
-#include <QFile>
+#include "linux/session/InstalledFile.h"
+
 #include <QLoggingCategory>
 #include <QPluginLoader>
 
@@ -13,20 +13,11 @@ namespace {
 
 Q_LOGGING_CATEGORY(logPlugin, "ua.tessak.Nimbarrow.calendar.plugin")
 
-/// Beside the program where it was built, in its own folder of the system's where it was installed.
-QString pluginPath(const QString& library)
-{
-    const auto folder = QCoreApplication::applicationDirPath();
-    const auto built = folder + u'/' + library + ".so"_L1;
-    return QFile::exists(built) ? built
-                                : folder + "/" NIMBARROW_PLUGINS_FROM_PROGRAM "/"_L1 + library + ".so"_L1;
-}
-
 } // namespace
 
 std::unique_ptr<CalendarStore> CalendarStorePlugin::load(const QString& library, const QString& folder)
 {
-    QPluginLoader loader(pluginPath(library));
+    QPluginLoader loader(installedFile(library + ".so"_L1));
     // The types that GLib's libraries register stay known to it for ever.
     loader.setLoadHints(QLibrary::PreventUnloadHint);
     auto* const plugin = qobject_cast<CalendarStorePlugin*>(loader.instance());

@@ -2,12 +2,10 @@
 
 #include <QFileInfo>
 
-using namespace Qt::StringLiterals;
-
 namespace nimbarrow {
 
-LinuxAdapterCommand::LinuxAdapterCommand(const QString& folder)
-    : m_program(folder + "/nimbarrow-media-adapter"_L1)
+LinuxAdapterCommand::LinuxAdapterCommand(const QString& program)
+    : m_program(program)
 {
 }
 

@@ -4,11 +4,10 @@
 
 namespace nimbarrow {
 
-/// The companion program that listens to the players on the session bus: it lies beside our own.
+/// The companion program that listens to the players on the session bus: the file `program`.
 class LinuxAdapterCommand final : public AdapterCommand {
 public:
-    /// `folder` is the one of our own program.
-    explicit LinuxAdapterCommand(const QString& folder);
+    explicit LinuxAdapterCommand(const QString& program);
 
     [[nodiscard]] std::optional<ProgramCall> find() const override;
 
