@@ -13,7 +13,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tests" / "desktop"))
 import desktop as stage
 from day_test import calendar, event
-from desktop import Desktop, NOTCH_MIDDLE, StageMissed, wait_until
+from desktop import Desktop, NOTCH_LEFT, NOTCH_MIDDLE, StageMissed, wait_until
 from flow import BELOW_THE_SURFACE, CLIPBOARD_LEFT, DragSource, Editor, Flow, STRIP_Y, SURFACE_LEFT
 from player_test import Player
 from settings_test import GEAR, WHEEL_DOWN
@@ -223,7 +223,12 @@ class Pictures(Flow):
         self.fills()
         desktop.copy(desktop.texts["notice"])
         self.wait_for_notice("a text")
+        # It would be gone before a slow computer has its picture.
+        desktop.nimbarrow.send_signal(signal.SIGSTOP)
         self.keep("notice", NOTICE)
+        if not desktop.is_black(NOTCH_LEFT - 40, 4):
+            raise StageMissed("the notice while its picture was taken")
+        desktop.nimbarrow.send_signal(signal.SIGCONT)
         self.wait_notice_gone()
         self.open_by_pointer()
         self.unfolds()
