@@ -290,7 +290,7 @@ class Movie(Pictures):
         letter = Letter(desktop)
         with Recording(desktop, self.folder / "flow.webp", MOVIE):
             time.sleep(0.8)
-            desktop.glide(letter.left + 120, letter.first_line, 0.5)
+            desktop.glide(letter.left + 70, letter.first_line, 0.5)
             desktop.xdotool("click", "--repeat", 3, "--delay", 60, 1)
             time.sleep(0.5)
             desktop.key("ctrl+c")
@@ -313,6 +313,9 @@ class Movie(Pictures):
             time.sleep(1.8)
             desktop.glide(NOTCH_MIDDLE + 200, 480, 0.6)
             time.sleep(1.0)
+        copied = [item.get("text") for item in desktop.history()]
+        if desktop.texts["subject"] not in copied or desktop.pasted().decode() != desktop.texts["copies"][2]:
+            raise StageMissed(f"the copied subject and the pasted link in the moving picture: {copied}")
 
 
 class Letter:
