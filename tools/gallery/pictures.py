@@ -13,14 +13,13 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tests" / "desktop"))
 import desktop as stage
 from day_test import calendar, event
-from desktop import Desktop, NOTCH_MIDDLE, StageMissed, wait_until
-from flow import BELOW_THE_SURFACE, CLIPBOARD_LEFT, DragSource, Editor, Flow, STRIP_Y, SURFACE_LEFT
+from desktop import Desktop, NOTCH_LEFT, NOTCH_MIDDLE, StageMissed, wait_until
+from flow import BELOW_THE_SURFACE, DragSource, Flow, SURFACE_LEFT
 from player_test import Player
 from settings_test import GEAR, WHEEL_DOWN
 
 NO_DATA_SERVER = ("org.a11y.Bus",)
 OWL = (SURFACE_LEFT + 415, 16)
-FIRST_THUMB = (CLIPBOARD_LEFT + 30, STRIP_Y)
 VOLUME = (SURFACE_LEFT + 171, 210)
 PIN_X = SURFACE_LEFT + 414
 SHARE_X = SURFACE_LEFT + 365
@@ -141,17 +140,10 @@ class Stage(Desktop):
         now = datetime.datetime.now(self.zone)
         return round(NOTCH_MIDDLE + HOUR_WIDTH * (hour - now.hour + (minute - now.minute) / 60))
 
-    def keep(self, path, crop):
-        """A part of the screen as a small picture."""
-        left, top, width, height = (n * self.scale for n in crop)
-        self.call(["import", "-window", "root", "-crop", f"{width}x{height}+{left}+{top}", "+repage", "-strip",
-                   "-quality", "95", str(path)])
-        print(path, path.stat().st_size // 1024, "KB", flush=True)
-
     def glide(self, x, y, seconds=0.6):
         """Moves the pointer as a hand does: off slowly, then fast, and slowly there."""
-        place = dict(line.split("=") for line in self.xdotool("getmouselocation", "--shell").decode().split())
-        start = int(place["X"]), int(place["Y"])
+        there = dict(line.split("=") for line in self.xdotool("getmouselocation", "--shell").decode().split())
+        start = int(there["X"]), int(there["Y"])
         steps = max(2, round(seconds * 50))
         words = []
         for step in range(1, steps + 1):
@@ -183,8 +175,13 @@ class Pictures(Flow):
         self.folder = folder
 
     def keep(self, name, crop=FOLDED):
+        """A part of the screen, once it has come to rest, as a small picture."""
         time.sleep(0.5)
-        self.desktop.keep(self.folder / f"{name}.png", crop)
+        path = self.folder / f"{name}.png"
+        left, top, width, height = (n * self.desktop.scale for n in crop)
+        self.desktop.call(["import", "-window", "root", "-crop", f"{width}x{height}+{left}+{top}", "+repage", "-strip",
+                           "-quality", "95", str(path)])
+        print(path, path.stat().st_size // 1024, "KB", flush=True)
 
     def fills(self):
         """Half a morning's copies, a screenshot and pictures."""
@@ -223,7 +220,12 @@ class Pictures(Flow):
         self.fills()
         desktop.copy(desktop.texts["notice"])
         self.wait_for_notice("a text")
+        # It would be gone before a slow computer has its picture.
+        desktop.nimbarrow.send_signal(signal.SIGSTOP)
         self.keep("notice", NOTICE)
+        if not desktop.is_black(NOTCH_LEFT - 40, 4):
+            raise StageMissed("the notice while its picture was taken")
+        desktop.nimbarrow.send_signal(signal.SIGCONT)
         self.wait_notice_gone()
         self.open_by_pointer()
         self.unfolds()
@@ -285,7 +287,7 @@ class Movie(Pictures):
         letter = Letter(desktop)
         with Recording(desktop, self.folder / "flow.webp", MOVIE):
             time.sleep(0.8)
-            desktop.glide(letter.left + 120, letter.first_line, 0.5)
+            desktop.glide(letter.left + 70, letter.first_line, 0.5)
             desktop.xdotool("click", "--repeat", 3, "--delay", 60, 1)
             time.sleep(0.5)
             desktop.key("ctrl+c")
@@ -308,6 +310,9 @@ class Movie(Pictures):
             time.sleep(1.8)
             desktop.glide(NOTCH_MIDDLE + 200, 480, 0.6)
             time.sleep(1.0)
+        copied = [item.get("text") for item in desktop.history()]
+        if desktop.texts["subject"] not in copied or desktop.pasted().decode() != desktop.texts["copies"][2]:
+            raise StageMissed(f"the copied subject and the pasted link in the moving picture: {copied}")
 
 
 class Letter:
