@@ -26,21 +26,19 @@ class ClipboardItemTest : public QObject {
 private Q_SLOTS:
     void init() { L10n::setCurrent(L10n::English); }
 
-    void summaryOfATextIsItsFirstLine_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("summary");
-        QTest::newRow("first of two") << u"\n\n  first line  \nsecond"_s << u"first line"_s;
-        QTest::newRow("every line break") << u"\v\f\r\n\u0085\u2028\u2029a\u2028b"_s << u"a"_s;
-        QTest::newRow("a line of spaces is a line") << u"  \t\nsecond"_s << u""_s;
-        QTest::newRow("wide spaces and tabs go") << u"\u00a0\t\u3000a b\u2003"_s << u"a b"_s;
-        QTest::newRow("other invisible characters stay") << u"\u200ba\x1c"_s << u"\u200ba\x1c"_s;
-        QTest::newRow("only line breaks") << u"\n\r\n"_s << u""_s;
-    }
     void summaryOfATextIsItsFirstLine()
     {
-        QFETCH(QString, text);
-        QTEST(textItem(text).summary().value(), "summary");
+        const QList<std::pair<QString, QString>> rows {
+            { u"\n\n  first line  \nsecond"_s, u"first line"_s },
+            { u"\v\f\r\n\u0085\u2028\u2029a\u2028b"_s, u"a"_s },
+            { u"  \t\nsecond"_s, u""_s },
+            { u"\u00a0\t\u3000a b\u2003"_s, u"a b"_s },
+            // Other invisible characters stay.
+            { u"\u200ba\x1c"_s, u"\u200ba\x1c"_s },
+            { u"\n\r\n"_s, u""_s },
+        };
+        for (const auto& [text, summary] : rows)
+            QCOMPARE(textItem(text).summary(), summary);
     }
 
     void linkIsSummedUpByItsHost()

@@ -7,8 +7,8 @@
 #include "support/FakeKeystrokes.h"
 #include "support/FakePasteboard.h"
 #include "support/HistoryFixture.h"
+#include "support/Pictures.h"
 
-#include <QBuffer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -21,12 +21,7 @@ namespace {
 
 QByteArray picture(const char* format)
 {
-    QImage image(4, 3, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray data;
-    QBuffer buffer(&data);
-    image.save(&buffer, format);
-    return data;
+    return encodedPicture({ 4, 3 }, format);
 }
 
 struct Fixture : HistoryFixture {

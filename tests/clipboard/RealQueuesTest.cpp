@@ -7,10 +7,9 @@
 #include "support/FakePasteboard.h"
 #include "support/FakeScreenshots.h"
 #include "support/HistoryFixture.h"
+#include "support/Pictures.h"
 
-#include <QBuffer>
 #include <QDir>
-#include <QImage>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -21,11 +20,7 @@ namespace {
 
 QByteArray picture(int number, const char* format)
 {
-    QImage image(300 + number, 200, QImage::Format_RGB32);
-    image.fill(QColor::fromHsv(number * 7 % 360, 200, 200));
-    QBuffer buffer;
-    image.save(&buffer, format);
-    return buffer.data();
+    return encodedPicture({ 300 + number, 200 }, format, QColor::fromHsv(number * 7 % 360, 200, 200));
 }
 
 } // namespace

@@ -29,21 +29,17 @@ class SharePresenterTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void offersWhatFits_data()
-    {
-        QTest::addColumn<Items>("items");
-        QTest::addColumn<QString>("choices");
-        QTest::newRow("text") << Items { u"text"_s } << u"Email, Open with…"_s;
-        QTest::newRow("link") << Items { web } << u"Email, Open with…, Open"_s;
-        QTest::newRow("file") << Items { file } << u"Email, Open with…, Show in folder, Open"_s;
-        QTest::newRow("files") << Items { file, otherFile } << u"Email, Open with…, Show in folder"_s;
-        QTest::newRow("file and text") << Items { file, u"text"_s } << u"Email, Open with…"_s;
-    }
-
     void offersWhatFits()
     {
-        QFETCH(Items, items);
-        QTEST(titles(SharePresenter(m_picker, m_opener, items, {})), "choices");
+        const QList<std::pair<Items, QString>> rows {
+            { { u"text"_s }, u"Email, Open with…"_s },
+            { { web }, u"Email, Open with…, Open"_s },
+            { { file }, u"Email, Open with…, Show in folder, Open"_s },
+            { { file, otherFile }, u"Email, Open with…, Show in folder"_s },
+            { { file, u"text"_s }, u"Email, Open with…"_s },
+        };
+        for (const auto& [items, choices] : rows)
+            QCOMPARE(titles(SharePresenter(m_picker, m_opener, items, {})), choices);
     }
 
     void doesWhatIsChosenAndIsDoneOnce()

@@ -5,7 +5,6 @@ import sys
 import time
 
 from desktop import reached, run_test, StageMissed, wait_until
-from screen_reader import ScreenReader
 from settings_test import SettingsFlow, WHEEL_DOWN, WHEEL_UP
 
 SETTINGS = {"en": ("push button", "Settings"), "uk": ("push button", "Налаштування")}
@@ -21,16 +20,8 @@ BUTTONS = {"en": ["Clear history", "☕ Buy me a coffee"], "uk": ["Очисти�
 
 
 class AccessibilityFlow(SettingsFlow):
-    def __init__(self, desktop):
-        super().__init__(desktop)
-        self.reader = ScreenReader(desktop)
-
     def named(self, role):
         return [control["name"] for control in self.reader.controls() if control["role"] == role]
-
-    def press(self, role, name):
-        if not self.reader.press(role, name):
-            raise StageMissed(f"a press of the {role} {name!r}, among {self.reader.controls()}")
 
     def has_names(self):
         """Each control says what it is and can be used without a pointer."""
@@ -40,12 +31,9 @@ class AccessibilityFlow(SettingsFlow):
 
     def tells_history(self):
         desktop = self.desktop
-        desktop.copy("First of two")
-        desktop.wait_for_entry("a text", lambda item: item.get("text") == "First of two")
-        desktop.copy("Second of two")
-        desktop.wait_for_entry("a text", lambda item: item.get("text") == "Second of two")
-        desktop.key("super+shift+v")
-        self.wait_open()
+        desktop.copy_text("First of two")
+        desktop.copy_text("Second of two")
+        self.open_by_key()
         wait_until("both entries told", lambda: {"First of two", "Second of two"} <= set(self.named("list item")))
         self.has_names()
         self.press("list item", "First of two")
@@ -70,8 +58,7 @@ class AccessibilityFlow(SettingsFlow):
         for after, pasted in ((["Down", "Return"], b"First of two"),
                               (["Escape", "super+shift+v", "Return"], b"Second of two")):
             self.wait_closed()
-            self.desktop.key("super+shift+v")
-            self.wait_open()
+            self.open_by_key()
             self.desktop.key("Down")
             self.focus("Clear")
             for key in after:
@@ -81,8 +68,7 @@ class AccessibilityFlow(SettingsFlow):
             if len(self.desktop.history()) != 2:
                 raise StageMissed(f"the whole history after Clear, {after}")
         self.wait_closed()
-        self.desktop.key("super+shift+v")
-        self.wait_open()
+        self.open_by_key()
 
     def reaches_the_surface_with_tab(self):
         """The owl's durations open under the key that asks for them, and give it back."""
@@ -159,8 +145,7 @@ class AccessibilityFlow(SettingsFlow):
         name, before = focused[0]["name"], focused[0]["checked"]
         self.desktop.key("space")
         wait_until(f"{name} toggled by the space bar", lambda: self.state(name) != before, 5)
-        self.desktop.key("Escape")
-        self.wait_closed()
+        self.close_by_key()
 
 
 def play(desktop):

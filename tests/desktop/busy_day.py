@@ -154,8 +154,7 @@ class BusyDay(SettingsFlow):
 
     def uses_the_keyboard(self):
         desktop = self.desktop
-        desktop.key("super+shift+v")
-        self.wait_open()
+        self.open_by_key()
         desktop.key(*self.chance.choices(("Down", "Up", "Left", "Right"), (6, 2, 1, 1), k=self.chance.randint(1, 20)))
         end = self.chance.choice(("Return", "Escape", "Delete", "space"))
         if end == "space":

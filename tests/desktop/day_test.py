@@ -11,7 +11,7 @@ import time
 
 from desktop import reached, run_test, StageMissed, wait_until
 from flow import Flow, SURFACE_LEFT
-from screen_reader import PYTHON, ScreenReader
+from screen_reader import PYTHON
 
 STRIP = (SURFACE_LEFT + 230, 239)
 EVENT_ROW_Y = 245
@@ -48,7 +48,6 @@ def calendar(components):
 class DayFlow(Flow):
     def __init__(self, desktop, show=lambda stage: None):
         super().__init__(desktop, show)
-        self.reader = ScreenReader(desktop)
         now = datetime.datetime.now()
         self.day = now.replace(hour=0, minute=0, second=0, microsecond=0)
         # The day opens at the present, and everything that is to be seen stands around it.

@@ -65,6 +65,23 @@ def run_test(program, play, told=False, **options):
     return 0
 
 
+class Peer:
+    """A window of a program of the tests' own, with its left and top edge there, in points."""
+
+    def __init__(self, desktop, peers, program, left, top, *words):
+        self.process = desktop.spawn([os.path.join(os.path.abspath(peers), program), *map(str, words)])
+        # "DragSource" calls its window "Drag source".
+        title = program[0] + "".join(" " + letter.lower() if letter.isupper() else letter for letter in program[1:])
+        window = wait_until(f"the window of {program}", lambda: desktop.xdotool(
+            "search", "--sync", "--onlyvisible", "--name", title).split()[-1].decode(), 20)
+        desktop.xdotool("windowmove", window, left * desktop.scale, top * desktop.scale)
+        time.sleep(0.5)
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait(10)
+
+
 class Desktop:
     """`with Desktop(program) as desktop:` starts it all and ends it all."""
 
@@ -307,6 +324,11 @@ class Desktop:
         process = subprocess.Popen(words, env=self.environment, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
                                    stderr=subprocess.DEVNULL)
         process.communicate(data if isinstance(data, bytes) else data.encode())
+
+    def copy_text(self, text):
+        """And waits until the history has it."""
+        self.copy(text)
+        self.wait_for_entry(repr(text), lambda item: item.get("text") == text)
 
     def pasted(self, target="UTF8_STRING"):
         """What any other program would paste now."""

@@ -1,11 +1,12 @@
 """The main flow as a person lives it: copy, see the notice, open the surface, paste, use the keyboard, drop."""
 
 import hashlib
-import os
 import pathlib
 import time
 
-from desktop import gradient_png, NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_MIDDLE, NOTCH_RIGHT, StageMissed, wait_until
+from desktop import (gradient_png, NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_MIDDLE, NOTCH_RIGHT, Peer, StageMissed,
+                     wait_until)
+from screen_reader import ScreenReader
 
 # Where things are in the expanded surface, in points of the screen: 460 wide, centred on the notch.
 SURFACE_LEFT = NOTCH_MIDDLE - 230
@@ -51,6 +52,8 @@ class Flow:
     def __init__(self, desktop, show=lambda stage: None):
         self.desktop = desktop
         self.show = show
+        # Used where the program has been told that somebody listens.
+        self.reader = ScreenReader(desktop)
 
     # What a person sees.
 
@@ -69,6 +72,21 @@ class Flow:
     def open_by_pointer(self):
         self.desktop.move(NOTCH_MIDDLE, 16)
         self.wait_open()
+
+    def open_by_key(self):
+        self.desktop.key("super+shift+v")
+        self.wait_open()
+
+    def close_by_key(self):
+        self.desktop.key("Escape")
+        self.wait_closed()
+
+    def press(self, role, name):
+        """As a screen reader does it."""
+        try:
+            wait_until(name, lambda: self.reader.press(role, name), 10)
+        except StageMissed:
+            raise StageMissed(f"a press of the {role} {name!r}, among {self.reader.controls()}") from None
 
     def leave(self):
         self.desktop.move(*BELOW_THE_SURFACE)
@@ -137,8 +155,7 @@ class Flow:
     def keyboard(self, editor):
         """Down to the last row, Return pastes; then Delete, Escape, and the editor has the keyboard again."""
         desktop = self.desktop
-        desktop.key("super+shift+v")
-        self.wait_open()
+        self.open_by_key()
         desktop.key("Down", "Down")
         time.sleep(0.3)
         self.show("keyboard-mode")
@@ -146,13 +163,11 @@ class Flow:
         self.wait_closed()
         editor.wait_for_text("the text chosen with the keyboard", "Зустріч переносимо на п’ятницю, 14:30")
         before = len(desktop.history())
-        desktop.key("super+shift+v")
-        self.wait_open()
+        self.open_by_key()
         desktop.key("Delete")
         wait_until("an entry less in the history", lambda: len(desktop.history()) == before - 1)
         self.show("deleted")
-        desktop.key("Escape")
-        self.wait_closed()
+        self.close_by_key()
         desktop.xdotool("type", "--delay", "30", " back again")
         editor.wait_for_text("what was typed after Escape", "back again")
         self.show("keyboard-given-back")
@@ -160,11 +175,9 @@ class Flow:
     def stays_closed(self):
         """A pointer that rests where the surface was has not come back; one that moves there has."""
         desktop = self.desktop
-        desktop.key("super+shift+v")
-        self.wait_open()
+        self.open_by_key()
         desktop.move(NOTCH_MIDDLE, 16)
-        desktop.key("Escape")
-        self.wait_closed()
+        self.close_by_key()
         time.sleep(0.8)
         if self.is_open():
             raise StageMissed("a surface that stays closed after Escape")
@@ -207,24 +220,16 @@ class Flow:
         self.leave()
 
 
-class DragSource:
+class DragSource(Peer):
     """A window of another program with a text and a file to drag out."""
 
     def __init__(self, desktop, peers):
         self.text = "Dragged from afar"
         self.file = desktop.home / "Agenda.pdf"
         self.file.write_bytes(b"%PDF-1.4\n")
-        self.process = desktop.spawn([os.path.join(os.path.abspath(peers), "DragSource"), self.text, str(self.file)])
-        window = wait_until("the drag source's window", lambda: desktop.xdotool(
-            "search", "--sync", "--onlyvisible", "--name", "Drag source").split()[-1].decode(), 20)
-        desktop.xdotool("windowmove", window, 100 * desktop.scale, 600 * desktop.scale)
-        time.sleep(0.5)
+        super().__init__(desktop, peers, "DragSource", 100, 600, self.text, self.file)
         self.text_place = (160, 680)
         self.file_place = (160, 780)
-
-    def close(self):
-        self.process.terminate()
-        self.process.wait(10)
 
 
 def _same_bytes(path, picture):

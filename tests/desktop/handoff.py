@@ -1,24 +1,19 @@
 """What a person does with entries of the history: opens them, drags them out, looks at them, deletes them."""
 
-import os
 import time
 
-from desktop import gradient_png, StageMissed, wait_until
+from desktop import gradient_png, Peer, StageMissed, wait_until
 from flow import CLIPBOARD_LEFT, Flow, STRIP_Y
 
 FIRST_THUMB = (CLIPBOARD_LEFT + 30, STRIP_Y)
 
 
-class DropTarget:
+class DropTarget(Peer):
     """A window of another program that writes down what is dropped on it."""
 
     def __init__(self, desktop, peers):
         self.came = desktop.home / "dropped"
-        self.process = desktop.spawn([os.path.join(os.path.abspath(peers), "DropTarget"), str(self.came)])
-        window = wait_until("the drop target's window", lambda: desktop.xdotool(
-            "search", "--sync", "--onlyvisible", "--name", "Drop target").split()[-1].decode(), 20)
-        desktop.xdotool("windowmove", window, 1200 * desktop.scale, 600 * desktop.scale)
-        time.sleep(0.5)
+        super().__init__(desktop, peers, "DropTarget", 1200, 600, self.came)
         self.place = (1300, 720)
 
     def wait_for(self, what, expected):
@@ -28,10 +23,6 @@ class DropTarget:
         except StageMissed:
             raise StageMissed(f"{what} dropped on another program, which has {came()!r}") from None
         self.came.unlink()
-
-    def close(self):
-        self.process.terminate()
-        self.process.wait(10)
 
 
 class Handler:
@@ -64,12 +55,10 @@ class Handoff(Flow):
         desktop = self.desktop
         self.picture = desktop.home / "Sunset.png"
         self.picture.write_bytes(gradient_png(1600, 1000, (246, 160, 77), (91, 63, 168)))
-        desktop.copy("A text to carry")
-        desktop.wait_for_entry("a text", lambda item: item["kind"] == "text")
+        desktop.copy_text("A text to carry")
         desktop.copy(self.picture.as_uri() + "\r\n", "text/uri-list")
         desktop.wait_for_entry("an image", lambda item: item["kind"] == "image")
-        desktop.copy(self.LINK)
-        desktop.wait_for_entry("a link", lambda item: item["kind"] == "link")
+        desktop.copy_text(self.LINK)
         self.wait_notice_gone()
 
     def double_clicks(self, handler):
@@ -118,15 +107,13 @@ class Handoff(Flow):
         desktop.xdotool("mouseup", 1)
         wait_until("the preview closed", lambda: not self._is_large())
         self.leave()
-        desktop.key("super+shift+v")
-        self.wait_open()
+        self.open_by_key()
         desktop.key("Right")
         desktop.xdotool("keydown", "space")
         wait_until("the image large from the keyboard", self._is_large)
         desktop.xdotool("keyup", "space")
         wait_until("the preview closed", lambda: not self._is_large())
-        desktop.key("Escape")
-        self.wait_closed()
+        self.close_by_key()
 
     def carries_after_a_preview(self, target):
         desktop = self.desktop

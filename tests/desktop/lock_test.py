@@ -86,8 +86,7 @@ class LockFlow(Flow):
         self.wait_for_notice("a copy")
         self.locks("over a notice")
         self.unlocks()
-        desktop.key("super+shift+v")
-        self.wait_open()
+        self.open_by_key()
         self.locks("in keyboard mode")
 
     def starts_unseen(self):

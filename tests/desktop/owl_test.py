@@ -9,7 +9,7 @@ import time
 
 from desktop import run_test, StageMissed, wait_until
 from flow import Flow
-from screen_reader import PYTHON, ScreenReader
+from screen_reader import PYTHON
 
 PEERS = pathlib.Path(__file__).resolve().parent / "peers"
 
@@ -56,12 +56,8 @@ class Services:
 
 
 class OwlFlow(Flow):
-    def __init__(self, desktop):
-        super().__init__(desktop)
-        self.reader = ScreenReader(desktop)
-
     def press(self, role, name):
-        wait_until(f"a press of {name!r} among {self.reader.texts()}", lambda: self.reader.press(role, name))
+        super().press(role, name)
         time.sleep(0.4)
 
     def choose(self, what):

@@ -4,9 +4,9 @@ import json
 import sys
 import time
 
-from desktop import run_test, StageMissed, wait_until
+from desktop import run_test, wait_until
 from flow import Flow, SURFACE_LEFT
-from screen_reader import PYTHON, ScreenReader
+from screen_reader import PYTHON
 
 
 class Player:
@@ -62,16 +62,22 @@ class Player:
 
 
 class PlayerFlow(Flow):
-    def __init__(self, desktop):
-        super().__init__(desktop)
-        self.reader = ScreenReader(desktop)
-
     def wait_told(self, what, text):
         wait_until(f"{what} told ({self.reader.texts()})", lambda: text in self.reader.texts(), 10)
 
     def press(self, name):
-        if not self.reader.press("push button", name):
-            raise StageMissed(f"a press of {name!r}, among {self.reader.controls()}")
+        super().press("push button", name)
+
+    def drag_within(self, role, *places):
+        """With the button down from the first to the last place, in parts of the control's width and height."""
+        node = wait_until(f"a {role}", lambda: next((n for n in self.reader.nodes() if n["role"] == role), None))
+        left, top, width, height = node["extents"]
+        for number, (x, y) in enumerate(places):
+            self.desktop.xdotool("mousemove", left + int(width * x), top + int(height * y))
+            time.sleep(0.1)
+            if number == 0:
+                self.desktop.xdotool("mousedown", 1)
+        self.desktop.xdotool("mouseup", 1)
 
     def artwork(self):
         return self.desktop.pixel(SURFACE_LEFT + 49, 77)
@@ -95,28 +101,12 @@ class PlayerFlow(Flow):
         self.wait_told("the track before", "First Song")
 
     def seeks(self, player):
-        bar = next(node for node in self.reader.nodes() if node["role"] == "progress bar")
-        left, top, width, height = bar["extents"]
-        self.desktop.xdotool("mousemove", left + width // 4, top + height // 2)
-        time.sleep(0.1)
-        self.desktop.xdotool("mousedown", 1)
-        self.desktop.xdotool("mousemove", left + width // 3, top + height // 2)
-        self.desktop.xdotool("mousemove", left + width // 2, top + height // 2)
-        time.sleep(0.1)
-        self.desktop.xdotool("mouseup", 1)
+        self.drag_within("progress bar", (1 / 4, 1 / 2), (1 / 3, 1 / 2), (1 / 2, 1 / 2))
         wait_until("the middle of the track", lambda: 90 < player.position() < 115)
 
     def sets_volume(self, player):
         self.press("Volume")
-        slider = wait_until("the slider", lambda: next(
-            (node for node in self.reader.nodes() if node["role"] == "slider"), None))
-        left, top, width, height = slider["extents"]
-        self.desktop.xdotool("mousemove", left + width // 2, top + height // 2)
-        time.sleep(0.1)
-        self.desktop.xdotool("mousedown", 1)
-        self.desktop.xdotool("mousemove", left + width // 2, top + height - 2)
-        time.sleep(0.1)
-        self.desktop.xdotool("mouseup", 1)
+        self.drag_within("slider", (1 / 2, 1 / 2), (1 / 2, 0.97))
         wait_until("a silent player", lambda: player.volume() < 0.2)
 
     def notices_a_track(self, player):

@@ -77,14 +77,11 @@ class SettingsFlow(Flow):
             self.switch(name)
             self.wait_for_setting(name, "true")
         self.leave()
-        desktop.key("super+shift+v")
-        self.wait_open()
-        desktop.key("Escape")
-        self.wait_closed()
+        self.open_by_key()
+        self.close_by_key()
 
     def copies_without_notice(self):
-        self.desktop.copy("Nobody is told")
-        self.desktop.wait_for_entry("a text", lambda item: item.get("text") == "Nobody is told")
+        self.desktop.copy_text("Nobody is told")
         if self.desktop.is_black(NOTCH_LEFT - 40, 4):
             raise StageMissed("no notice where none is wanted")
 

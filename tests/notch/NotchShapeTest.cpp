@@ -10,33 +10,27 @@ class NotchShapeTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void limitsItsRadiiToItsSize_data()
-    {
-        QTest::addColumn<QSizeF>("size");
-        QTest::addColumn<qreal>("top");
-        QTest::addColumn<qreal>("bottom");
-        QTest::addColumn<qreal>("drawnTop");
-        QTest::addColumn<qreal>("drawnBottom");
-
-        QTest::newRow("as they are") << QSizeF(460, 258) << 10.0 << 22.0 << 10.0 << 22.0;
-        QTest::newRow("top, narrow") << QSizeF(30, 258) << 10.0 << 0.0 << 7.5 << 0.0;
-        QTest::newRow("top, flat") << QSizeF(460, 12) << 10.0 << 0.0 << 6.0 << 0.0;
-        QTest::newRow("bottom, narrow") << QSizeF(60, 258) << 10.0 << 22.0 << 10.0 << 20.0;
-        QTest::newRow("bottom, flat") << QSizeF(460, 30) << 10.0 << 22.0 << 10.0 << 20.0;
-        QTest::newRow("below nothing") << QSizeF(460, 258) << -3.0 << -5.0 << 0.0 << 0.0;
-        QTest::newRow("empty") << QSizeF(0, 0) << 10.0 << 22.0 << 0.0 << 0.0;
-    }
-
     void limitsItsRadiiToItsSize()
     {
-        QFETCH(QSizeF, size);
-        QFETCH(qreal, top);
-        QFETCH(qreal, bottom);
-        QFETCH(qreal, drawnTop);
-        QFETCH(qreal, drawnBottom);
-        const QRectF rect(QPointF(5, 3), size);
-
-        QCOMPARE(NotchShape::path(rect, top, bottom), NotchShape::path(rect, drawnTop, drawnBottom));
+        const struct {
+            QSizeF size;
+            qreal top;
+            qreal bottom;
+            qreal drawnTop;
+            qreal drawnBottom;
+        } rows[] = {
+            { { 30, 258 }, 10, 0, 7.5, 0 },
+            { { 460, 12 }, 10, 0, 6, 0 },
+            { { 60, 258 }, 10, 22, 10, 20 },
+            { { 460, 30 }, 10, 22, 10, 20 },
+            { { 460, 258 }, -3, -5, 0, 0 },
+            { { 0, 0 }, 10, 22, 0, 0 },
+        };
+        for (const auto& row : rows) {
+            const QRectF rect(QPointF(5, 3), row.size);
+            QCOMPARE(NotchShape::path(rect, row.top, row.bottom),
+                NotchShape::path(rect, row.drawnTop, row.drawnBottom));
+        }
     }
 
     void flaresAtTheTopAndRoundsAtTheBottom()

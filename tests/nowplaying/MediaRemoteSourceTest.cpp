@@ -5,8 +5,8 @@
 #include "support/FakeApplications.h"
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
+#include "support/Pictures.h"
 
-#include <QBuffer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -232,14 +232,8 @@ private Q_SLOTS:
         QList<QSize> sizes;
         m_bench->source.onArtwork = [&sizes](const QString&, const QImage& image) { sizes << image.size(); };
         launchReady();
-        for (const auto size : { QSize(1200, 800), QSize(40, 40) }) {
-            QImage image(size, QImage::Format_RGB32);
-            image.fill(Qt::red);
-            QBuffer png;
-            png.open(QBuffer::WriteOnly);
-            image.save(&png, "PNG");
-            say(encode(MediaArtwork { u"a"_s, png.data() }));
-        }
+        for (const auto size : { QSize(1200, 800), QSize(40, 40) })
+            say(encode(MediaArtwork { u"a"_s, encodedPicture(size) }));
         say(encode(MediaArtwork { u"a"_s, "no picture" }));
         QCOMPARE(sizes, QList<QSize>({ QSize(600, 400), QSize(40, 40), QSize(0, 0) }));
     }

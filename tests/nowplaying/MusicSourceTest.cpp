@@ -4,27 +4,12 @@
 #include "support/FakeScripting.h"
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
+#include "support/Pictures.h"
 
-#include <QBuffer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace nimbarrow;
-
-namespace {
-
-QByteArray picture()
-{
-    QImage image(800, 400, QImage::Format_RGB32);
-    image.fill(Qt::blue);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QBuffer::WriteOnly);
-    image.save(&buffer, "PNG");
-    return png;
-}
-
-} // namespace
 
 class MusicSourceTest : public QObject {
     Q_OBJECT
@@ -35,7 +20,7 @@ private Q_SLOTS:
         m_bench = std::make_unique<Bench>();
         m_bench->app.state = MusicApp::Running { 77, u"Музика"_s, {} };
         answer(u"playing"_s);
-        m_bench->scripting.answers[u"raw data"_s] = { picture() };
+        m_bench->scripting.answers[u"raw data"_s] = { encodedPicture({ 800, 400 }) };
     }
     void cleanup() { m_bench.reset(); }
 
@@ -103,40 +88,29 @@ private Q_SLOTS:
         QCOMPARE(m_bench->last.elapsed, 0.0);
     }
 
-    void commandsAreScripts_data()
-    {
-        QTest::addColumn<std::function<void(MusicSource&)>>("command");
-        QTest::addColumn<QString>("end");
-        const auto row = [](const char* name, std::function<void(MusicSource&)> command, const QString& end) {
-            QTest::newRow(name) << std::move(command) << end;
-        };
-        row(
-            "toggle", [](auto& source) { source.playPause(); }, u"to playpause"_s);
-        row(
-            "next", [](auto& source) { source.next(); }, u"to next track"_s);
-        row(
-            "previous", [](auto& source) { source.previous(); }, u"to previous track"_s);
-        row(
-            "seek", [](auto& source) { source.seek(42); }, u"to set player position to 42.0"_s);
-        row(
-            "volume", [](auto& source) { source.setVolume(47.6); }, u"to set sound volume to 48"_s);
-        row(
-            "no volume", [](auto& source) { source.setVolume(-3); }, u"to set sound volume to 0"_s);
-        row(
-            "all volume", [](auto& source) { source.setVolume(250); }, u"to set sound volume to 100"_s);
-    }
     void commandsAreScripts()
     {
-        QFETCH(const std::function<void(MusicSource&)>, command);
-        QFETCH(const QString, end);
-        command(m_bench->source);
-        m_bench->queues.runAll();
-        QCOMPARE(m_bench->scripting.scripts.first(), u"tell application \"Music\" "_s + end);
-        m_bench->app.state.reset();
-        m_bench->scripting.scripts.clear();
-        command(m_bench->source);
-        m_bench->queues.runAll();
-        QCOMPARE(m_bench->scripting.scripts, QStringList());
+        using Command = std::function<void(MusicSource&)>;
+        const QList<std::pair<Command, QString>> rows {
+            { [](auto& source) { source.playPause(); }, u"to playpause"_s },
+            { [](auto& source) { source.next(); }, u"to next track"_s },
+            { [](auto& source) { source.previous(); }, u"to previous track"_s },
+            { [](auto& source) { source.seek(42); }, u"to set player position to 42.0"_s },
+            { [](auto& source) { source.setVolume(47.6); }, u"to set sound volume to 48"_s },
+            { [](auto& source) { source.setVolume(-3); }, u"to set sound volume to 0"_s },
+            { [](auto& source) { source.setVolume(250); }, u"to set sound volume to 100"_s },
+        };
+        for (const auto& [command, end] : rows) {
+            init();
+            command(m_bench->source);
+            m_bench->queues.runAll();
+            QCOMPARE(m_bench->scripting.scripts.first(), u"tell application \"Music\" "_s + end);
+            m_bench->app.state.reset();
+            m_bench->scripting.scripts.clear();
+            command(m_bench->source);
+            m_bench->queues.runAll();
+            QCOMPARE(m_bench->scripting.scripts, QStringList());
+        }
     }
 
     void transportIsFollowedByAReading()

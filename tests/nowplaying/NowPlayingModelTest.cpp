@@ -1,9 +1,9 @@
 #include "nowplaying/NowPlayingModel.h"
 
 #include "preferences/L10n.h"
+#include "support/Pictures.h"
 #include "support/PlayerFixture.h"
 
-#include <QBuffer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -15,17 +15,6 @@ namespace {
 
 constexpr qint32 player = 100;
 constexpr qint32 music = 200;
-
-QString picture(int side)
-{
-    QImage image(side, side, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QBuffer::WriteOnly);
-    image.save(&buffer, "PNG");
-    return QString::fromLatin1(png.toBase64());
-}
 
 } // namespace
 
@@ -245,8 +234,8 @@ private:
 
     void artwork(const QString& id, int side)
     {
-        m_fixture->say(
-            QJsonObject { { u"type"_s, u"artwork"_s }, { u"id"_s, id }, { u"data"_s, picture(side) } });
+        const auto data = QString::fromLatin1(encodedPicture({ side, side }).toBase64());
+        m_fixture->say(QJsonObject { { u"type"_s, u"artwork"_s }, { u"id"_s, id }, { u"data"_s, data } });
     }
 
     std::unique_ptr<PlayerFixture> m_fixture;

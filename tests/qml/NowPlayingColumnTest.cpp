@@ -166,21 +166,13 @@ private Q_SLOTS:
         QCOMPARE(button->property("symbol"), u"speaker.slash.fill"_s);
     }
 
-    void volumeHasASymbol_data()
-    {
-        QTest::addColumn<double>("volume");
-        QTest::addColumn<QString>("symbol");
-        QTest::newRow("hardly any") << 0.5 << u"speaker.slash.fill"_s;
-        QTest::newRow("1") << 1.0 << u"speaker.wave.1.fill"_s;
-        QTest::newRow("39.9") << 39.9 << u"speaker.wave.1.fill"_s;
-        QTest::newRow("40") << 40.0 << u"speaker.wave.2.fill"_s;
-        QTest::newRow("74.9") << 74.9 << u"speaker.wave.2.fill"_s;
-        QTest::newRow("75") << 75.0 << u"speaker.wave.3.fill"_s;
-    }
     void volumeHasASymbol()
     {
-        QFETCH(const double, volume);
-        QTEST(NowPlayingModel::volumeSymbol(volume), "symbol");
+        QStringList symbols;
+        for (const auto volume : { 0.5, 1.0, 39.9, 40.0, 74.9, 75.0 })
+            symbols << NowPlayingModel::volumeSymbol(volume).remove(u"speaker."_s).remove(u".fill"_s);
+        QCOMPARE(symbols,
+            QStringList({ u"slash"_s, u"wave.1"_s, u"wave.1"_s, u"wave.2"_s, u"wave.2"_s, u"wave.3"_s }));
     }
 
     void timesAreReadable()

@@ -1,7 +1,8 @@
 #include "macos/media/MacScripting.h"
 
-#include "macos/media/RecentlyUsed.h"
 #include "macos/media/ScriptAnswer.h"
+
+#include <QCache>
 
 #include <Foundation/Foundation.h>
 #include <mutex>
@@ -13,7 +14,7 @@ namespace {
 using Errors = NSDictionary<NSString*, id>*;
 
 /// More than there are scripts that are run again and again; the others carry a number and pass through.
-constexpr std::size_t mostKept = 12;
+constexpr qsizetype mostKept = 12;
 
 QVariant valueOf(NSAppleEventDescriptor* descriptor)
 {
@@ -56,19 +57,26 @@ ScriptResult failure(Errors errors)
 } // namespace
 
 struct MacScripting::Compiled {
+    struct Kept {
+        NSAppleScript* script;
+    };
+
     std::mutex mutex;
-    RecentlyUsed<NSAppleScript*> scripts { mostKept };
+    QCache<QString, Kept> scripts { mostKept };
 
     /// Null when the text is no script.
     NSAppleScript* script(const QString& text, Errors* errors)
     {
-        if (auto* const kept = scripts.find(text))
-            return *kept;
+        if (const auto* const kept = scripts.object(text))
+            return kept->script;
         auto* const script = [[NSAppleScript alloc] initWithSource:text.toNSString()];
         Errors found = nil;
         const bool compiled = [script compileAndReturnError:&found];
         *errors = found;
-        return compiled ? scripts.keep(text, script) : nil;
+        if (!compiled)
+            return nil;
+        scripts.insert(text, new Kept { script });
+        return script;
     }
 };
 

@@ -1,6 +1,7 @@
 #include "macos/media/ScriptAnswer.h"
 
 #include <QTest>
+#include <QtEndian>
 
 using namespace nimbarrow;
 using namespace Qt::StringLiterals;
@@ -11,27 +12,14 @@ class ScriptAnswerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void kindsByTheirCode_data()
-    {
-        QTest::addColumn<quint32>("type");
-        QTest::addColumn<int>("kind");
-        const auto row = [](const char* name, quint32 type, Kind kind) {
-            QTest::newRow(name) << type << static_cast<int>(kind);
-        };
-        row("a list", 0x6c697374, Kind::List);
-        row("a text", 0x75747874, Kind::Text);
-        row("a whole number", 0x6c6f6e67, Kind::Integer);
-        row("a number", 0x646f7562, Kind::Real);
-        row("true", 0x74727565, Kind::Truth);
-        row("missing value", 0x74797065, Kind::Nothing);
-        row("data", 0x74647461, Kind::Bytes);
-        row("a JPEG picture", 0x4a504547, Kind::Bytes);
-    }
     void kindsByTheirCode()
     {
-        QFETCH(quint32, type);
-        QFETCH(int, kind);
-        QCOMPARE(static_cast<int>(scriptanswer::kindOf(type)), kind);
+        const QList<std::pair<QByteArray, Kind>> rows { { "list", Kind::List }, { "utxt", Kind::Text },
+            { "long", Kind::Integer }, { "doub", Kind::Real }, { "true", Kind::Truth },
+            { "type", Kind::Nothing }, { "tdta", Kind::Bytes }, { "JPEG", Kind::Bytes } };
+        for (const auto& [code, kind] : rows)
+            QVERIFY2(
+                scriptanswer::kindOf(qFromBigEndian<quint32>(code.constData())) == kind, code.constData());
     }
 
     void onlyOneNumberIsARefusal()
