@@ -43,6 +43,7 @@
 #include <algorithm>
 #include <malloc.h>
 #include <xcb/xcb.h>
+#include <xcb/xfixes.h>
 
 using namespace Qt::StringLiterals;
 
@@ -99,6 +100,53 @@ std::unique_ptr<CalendarStore> makeCalendarStore(UserDefaults& defaults, const L
         std::make_unique<DayWatch>(liveSystemBus()));
 }
 
+Capability unless(bool works, const QString& words, const QString& ukrainianWords = {})
+{
+    return works ? Capability() : Capability { Capability::State::NotHere, words, ukrainianWords };
+}
+
+/// What the ports of any session say of themselves.
+void addCapabilities(Platform& platform)
+{
+    using Part = Capabilities::Part;
+    platform.capabilities.set(Part::Paste, [&trust = *platform.accessibilityTrust] {
+        return unless(trust.isTrusted(), u"Programs may not type here: press Control-V after the click."_s,
+            u"Програмам тут не дозволено друкувати: після кліку натисни Ctrl+V."_s);
+    });
+    platform.capabilities.set(Part::Player, [] {
+        return unless(liveSessionBus().has_value(),
+            u"There is no message bus: start the session with dbus-run-session."_s);
+    });
+}
+
+/// What the windowing system knows. A session of another kind sets its own answers here.
+void addX11Capabilities(Capabilities& capabilities, X11HotKeys& hotKeys)
+{
+    using Part = Capabilities::Part;
+    capabilities.set(Part::Clipboard, [] {
+        return unless(x11::majorOpcode(x11::qtConnection(), &xcb_xfixes_id) != 0,
+            u"The X server lacks the XFixes extension: start it with that."_s);
+    });
+    capabilities.set(Part::HotKey, [&hotKeys] {
+        return unless(!hotKeys.isTaken(Key::V, KeyModifier::Command | KeyModifier::Shift),
+            u"Another program holds Super+Shift+V: give a key of the desktop 'nimbarrow --toggle'."_s,
+            u"Super+Shift+V зайнято: признач клавіші системи nimbarrow --toggle."_s);
+    });
+    capabilities.set(Part::FrontApplication, [] {
+        auto* const connection = x11::qtConnection();
+        const auto atom = x11::atom(connection, "_NET_ACTIVE_WINDOW");
+        const auto supported
+            = x11::property(connection, x11::rootWindow(connection), x11::atom(connection, "_NET_SUPPORTED"));
+        const QByteArray wanted(reinterpret_cast<const char*>(&atom), sizeof atom);
+        return unless(supported.contains(wanted),
+            u"The window manager does not tell which program is in front: take one that does."_s);
+    });
+    capabilities.set(Part::KeepAwake, [] {
+        return unless(liveSessionBus() || x11::suspendScreenSaver(),
+            u"Nobody here can be asked: change the time of the screen saver."_s);
+    });
+}
+
 } // namespace
 
 std::unique_ptr<Instance> makeInstance()
@@ -153,7 +201,9 @@ Platform makePlatform()
     auto applications = std::make_unique<X11Applications>();
     platform.keystrokes = std::make_unique<X11Keystrokes>(*applications);
     platform.applications = std::move(applications);
-    platform.hotKeys = std::make_unique<X11HotKeys>();
+    auto hotKeys = std::make_unique<X11HotKeys>();
+    addX11Capabilities(platform.capabilities, *hotKeys);
+    platform.hotKeys = std::move(hotKeys);
     platform.accessibilityTrust = std::make_unique<X11Trust>();
     platform.calendarStore = makeCalendarStore(*platform.userDefaults, *platform.locations);
     platform.opener = std::make_unique<DesktopOpener>(inheritedState(), liveSessionBus());
@@ -174,6 +224,7 @@ Platform makePlatform()
         lock.follow(panel->cover());
         return panel;
     };
+    addCapabilities(platform);
     return platform;
 }
 
