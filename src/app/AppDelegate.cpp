@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppModel.h"
+#include "app/Doctor.h"
 #include "app/NotchOffer.h"
 #include "app/NotchSurface.h"
 #include "clipboard/ThumbnailFile.h"
@@ -80,6 +81,7 @@ bool AppDelegate::applicationDidFinishLaunching(bool forKeyboard)
     QObject::connect(
         &instance, &Instance::asked, m_model.get(), [this](auto request) { answer(request); },
         Qt::QueuedConnection);
+    instance.setReport([this] { return doctor::report(m_platform); });
     if (forKeyboard)
         Q_EMIT instance.asked(Instance::Request::ToggleKeyboard);
     return true;

@@ -18,7 +18,7 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
     , m_opener(*platform.opener)
     , m_pasteboard(*platform.pasteboard)
     , m_defaults(*platform.userDefaults)
-    , m_about(*platform.opener)
+    , m_about(*platform.opener, platform.capabilities)
     , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
           *platform.desktopPreferences, *platform.scheduler)
     , m_player({ *platform.applications, *platform.adapterCommand, *platform.adapterProcesses,
@@ -137,6 +137,7 @@ void AppModel::applyHotKeyEnabled()
         m_hotKey.registerKey();
     else
         m_hotKey.unregister();
+    m_about.refresh();
 }
 
 } // namespace nimbarrow

@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 
+#include "app/Doctor.h"
 #include "platform/Platform.h"
 #include "settings/About.h"
 
@@ -49,6 +50,8 @@ CommandLine::CommandLine(const QStringList& arguments)
                 u"there; "
                 "none: do not. Without a name it is the built-in screen."_s,
                 u"WxH[@SCREEN]|none[@SCREEN]"_s } },
+        { Command::Doctor,
+            { u"doctor"_s, u"Say what of Nimbarrow works in this session, and what to do else."_s } },
         { Command::Quit, { u"quit"_s, u"End the Nimbarrow that is running."_s } },
     };
     QCommandLineParser parser;
@@ -104,6 +107,12 @@ std::optional<int> CommandLine::answer(Instance& instance) const
         if (instance.ask(Instance::Request::ToggleKeyboard))
             return 0;
         break;
+    case Command::Doctor:
+        if (const auto report = instance.askForReport()) {
+            print(stdout, *report);
+            return 0;
+        }
+        break;
     case Command::Quit:
         if (instance.ask(Instance::Request::Quit))
             return 0;
@@ -115,7 +124,21 @@ std::optional<int> CommandLine::answer(Instance& instance) const
 
 std::optional<int> CommandLine::answerHere(const Platform& platform) const
 {
-    return m_command == Command::Notch ? std::optional(declareNotch(*platform.screens)) : std::nullopt;
+    if (m_command == Command::Notch)
+        return declareNotch(*platform.screens);
+    if (m_command != Command::Doctor)
+        return {};
+    print(stdout, doctor::report(platform));
+    return 0;
+}
+
+int CommandLine::answerObstacle(const QString& obstacle) const
+{
+    if (m_command == Command::Doctor)
+        print(stdout, doctor::report(obstacle));
+    else
+        print(stderr, "Nimbarrow: "_L1 + obstacle + u'\n');
+    return 1;
 }
 
 int CommandLine::declareNotch(Screens& screens) const

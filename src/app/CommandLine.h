@@ -27,11 +27,14 @@ public:
     /// Answers what needs this session's ports, as `answer()` does.
     [[nodiscard]] std::optional<int> answerHere(const Platform& platform) const;
 
+    /// As `answer()`, where the program cannot run for this reason.
+    [[nodiscard]] int answerObstacle(const QString& obstacle) const;
+
     /// The program starts for its surface to be used from the keyboard.
     [[nodiscard]] bool isForKeyboard() const { return m_command == Command::Toggle; }
 
 private:
-    enum class Command { Start, Refuse, Help, Version, Toggle, Quit, Notch };
+    enum class Command { Start, Refuse, Help, Version, Toggle, Quit, Notch, Doctor };
 
     void readNotch(const QString& value);
     [[nodiscard]] int declareNotch(Screens& screens) const;

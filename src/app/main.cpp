@@ -3,7 +3,6 @@
 
 #include <QGuiApplication>
 
-#include <cstdio>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -13,10 +12,8 @@ int main(int count, char* values[])
     const nimbarrow::CommandLine commandLine(count, values);
     if (const auto status = commandLine.answer(*nimbarrow::makeInstance()))
         return *status;
-    if (const auto obstacle = nimbarrow::preparePlatform()) {
-        std::fprintf(stderr, "Nimbarrow: %s\n", qUtf8Printable(*obstacle));
-        return 1;
-    }
+    if (const auto obstacle = nimbarrow::preparePlatform())
+        return commandLine.answerObstacle(*obstacle);
     // The toolkit's own options would lead to displays where the program cannot work.
     int justTheName = 1;
     const QGuiApplication application(justTheName, values);

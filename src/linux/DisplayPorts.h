@@ -13,6 +13,21 @@ class LinuxSessionLock;
 void addX11Ports(Platform& platform, DisplaySystem system, LinuxSessionLock& lock);
 void addWaylandPorts(Platform& platform);
 
+[[nodiscard]] inline Capability unless(bool works, const QString& words, const QString& ukrainianWords = {})
+{
+    return works ? Capability() : Capability { Capability::State::NotHere, words, ukrainianWords };
+}
+
+[[nodiscard]] inline Capability frontUnknown()
+{
+    using namespace Qt::StringLiterals;
+    return unless(
+        false, u"The compositor does not tell which program is in front: entries bear no program's name."_s);
+}
+
+/// Says whether the program may type, as the trust that is set already has it.
+void addTypingCapability(Platform& platform);
+
 /// Sets the hot key where it is a service of the session's message bus that has such keys.
 void addBusHotKeys(Platform& platform, bool isKWin);
 

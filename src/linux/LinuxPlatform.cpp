@@ -182,6 +182,10 @@ Platform makePlatform()
         addWaylandPorts(platform);
     else
         addX11Ports(platform, chosenSystem, lock);
+    platform.capabilities.set(Capabilities::Part::Player, [] {
+        return unless(liveSessionBus().has_value(),
+            u"There is no message bus: start the session with dbus-run-session."_s);
+    });
     return platform;
 }
 

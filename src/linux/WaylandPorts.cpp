@@ -22,6 +22,8 @@
 #include <QPointer>
 #include <QQuickWindow>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbarrow {
 
 namespace {
@@ -55,6 +57,7 @@ void addInputPorts(Platform& platform)
     const auto lets = [&platform](auto keystrokes) {
         platform.accessibilityTrust = std::make_unique<StandingTrust>(keystrokes->isAvailable());
         platform.keystrokes = std::move(keystrokes);
+        addTypingCapability(platform);
     };
     switch (pasteWay(facts)) {
     case PasteWay::VirtualKeyboard:
@@ -64,6 +67,8 @@ void addInputPorts(Platform& platform)
     default: addPortalKeystrokes(platform, *applications);
     }
     platform.applications = std::move(applications);
+    platform.capabilities.set(Capabilities::Part::FrontApplication,
+        [way = frontWay(facts)] { return way == FrontWay::Nothing ? frontUnknown() : Capability(); });
     addBusHotKeys(platform, facts.isKWin);
 }
 
@@ -78,6 +83,12 @@ void addWaylandPorts(Platform& platform)
     auto pasteboard = std::make_unique<WaylandPasteboard>();
     platform.dropReader = std::make_unique<WaylandDropReader>(*pasteboard);
     platform.pasteboard = std::move(pasteboard);
+    platform.capabilities.set(Capabilities::Part::Clipboard, [] {
+        const WaylandRegistry registry(wayland::qtDisplay());
+        return unless(registry.version("ext_data_control_manager_v1") > 0
+                || registry.version("zwlr_data_control_manager_v1") > 0,
+            u"The compositor shows no program the clipboard: log in to a session of X11."_s);
+    });
     addInputPorts(platform);
     // The compositor heeds it for as long as the panel is to be seen.
     const auto panelsWindow = std::make_shared<QPointer<QQuickWindow>>();

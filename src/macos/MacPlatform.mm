@@ -79,6 +79,13 @@ Platform makePlatform()
     platform.hotKeys = std::make_unique<MacHotKeys>();
     platform.keystrokes = std::make_unique<MacKeystrokes>();
     platform.accessibilityTrust = std::make_unique<MacTrust>();
+    platform.capabilities.set(Capabilities::Part::Paste, [&trust = *platform.accessibilityTrust] {
+        return trust.isTrusted()
+            ? Capability()
+            : Capability { Capability::State::NeedsConsent,
+                  u"Allow it: System Settings → Privacy → Accessibility"_s,
+                  u"Дозволь: Системні параметри → Конфіденційність → Універсальний доступ"_s };
+    });
     platform.calendarStore = std::make_unique<MacCalendarStore>();
     platform.opener = std::make_unique<MacOpener>();
     platform.scripting = std::make_unique<MacScripting>();

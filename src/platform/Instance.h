@@ -1,6 +1,10 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
+
+#include <functional>
+#include <optional>
 
 namespace nimbarrow {
 
@@ -28,9 +32,16 @@ public:
     /// Needs no display. False when none has answered.
     [[nodiscard]] virtual bool ask(Request request) = 0;
 
-Q_SIGNALS:
-    /// Somebody asks this copy.
-    void asked(nimbarrow::Instance::Request request);
+    /// For a program that is not the running copy: what the one that is says of itself, as `ask()` asks it;
+    /// none when none has answered.
+    [[nodiscard]] virtual std::optional<QString> askForReport() { return {}; }
+
+    /// What this copy says of itself when it is asked for it.
+    virtual void setReport(std::function<QString()> report) { Q_UNUSED(report) }
+
+    Q_SIGNALS :
+        /// Somebody asks this copy.
+        void asked(nimbarrow::Instance::Request request);
 };
 
 } // namespace nimbarrow

@@ -5,6 +5,7 @@
 #include "platform/AdapterProcess.h"
 #include "platform/Applications.h"
 #include "platform/CalendarStore.h"
+#include "platform/Capabilities.h"
 #include "platform/Clock.h"
 #include "platform/DesktopPreferences.h"
 #include "platform/DropReader.h"
@@ -74,6 +75,7 @@ struct Platform {
     std::unique_ptr<AdapterProcesses> adapterProcesses;
     std::unique_ptr<MusicApp> musicApp;
 
+    Capabilities capabilities;
     SystemWords words;
 
     /// Hands the pages that the heap no longer uses back to the system.

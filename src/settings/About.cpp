@@ -1,15 +1,39 @@
 #include "settings/About.h"
 
+#include "platform/Capabilities.h"
 #include "platform/Opener.h"
+#include "preferences/L10n.h"
 
 using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
 
-About::About(Opener& opener, QObject* parent)
+namespace {
+
+QString remark(const Capability& capability)
+{
+    const bool isUkrainian = L10n::current() == L10n::Ukrainian && !capability.ukrainianWords.isEmpty();
+    return isUkrainian ? capability.ukrainianWords : capability.words;
+}
+
+} // namespace
+
+About::About(Opener& opener, const Capabilities& capabilities, QObject* parent)
     : QObject(parent)
     , m_opener(opener)
+    , m_capabilities(capabilities)
 {
+    connect(&L10n::instance(), &L10n::currentChanged, this, &About::remarksChanged);
+}
+
+QString About::hotKeyRemark() const
+{
+    return remark(m_capabilities.of(Capabilities::Part::HotKey));
+}
+
+QString About::pasteRemark() const
+{
+    return remark(m_capabilities.of(Capabilities::Part::Paste));
 }
 
 QString About::version()

@@ -17,7 +17,10 @@ Item {
 
     readonly property Item _focused: Window.activeFocusItem
 
-    Component.onCompleted: settings.refreshLaunchAtLogin()
+    Component.onCompleted: {
+        settings.refreshLaunchAtLogin();
+        about.refresh();
+    }
 
     /// Scrolls no farther than it must for all of what the keyboard has reached to be seen.
     function reveal(item: Item) {
@@ -87,8 +90,14 @@ Item {
             }
 
             SettingsNote {
-                text: L10n.texts[L10n.AccessibilityHint]
+                text: root.about.pasteRemark || L10n.texts[L10n.AccessibilityHint]
                 visible: root.settings.pasteOnClick && !root.settings.accessibilityGranted
+                width: parent.width
+            }
+
+            SettingsNote {
+                text: root.about.hotKeyRemark
+                visible: root.settings.hotKeyEnabled && text !== ""
                 width: parent.width
             }
 

@@ -9,6 +9,7 @@ import sys
 from desktop import Desktop, NOTCH_MIDDLE, reached, StageMissed, wait_until
 from flow import Flow
 
+OPTIONS = ("--help", "--version", "--toggle", "--notch", "--doctor", "--quit")
 PACKAGING = pathlib.Path(__file__).resolve().parents[2] / "packaging"
 # The one that the distribution's packages are for; another one may come first in the path.
 PYTHON = "/usr/bin/python3"
@@ -81,8 +82,8 @@ class Installed(Desktop):
     def wait_started(self):
         wait_until("the program", lambda: len(self.pids()) == 1)
 
-    def wait_ended(self):
-        wait_until("the end of the program", lambda: not self.pids())
+    def wait_ended(self, *others):
+        wait_until("the end of the program", lambda: set(self.pids()) <= set(others))
 
 
 class CommandsFlow(Flow):
@@ -98,7 +99,7 @@ class CommandsFlow(Flow):
         desktop = self.desktop
         nothing = {"DISPLAY": "", "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
         told, mistake = desktop.run("--help", **nothing)
-        for option in ("--help", "--version", "--toggle", "--notch", "--quit"):
+        for option in OPTIONS:
             if not all(option in text for text in (told, manual(), completion())):
                 raise StageMissed(f"{option} in the help, the manual page and the completion")
         if mistake or desktop.run("--version", **nothing)[0].split() != ["Nimbarrow", version()]:
@@ -110,6 +111,33 @@ class CommandsFlow(Flow):
         for words in (["--quit"], ["--toggle"], ["--notch", "none"]):
             if len(desktop.run(*words, status=1, **nothing)[1].splitlines()) != 1:
                 raise StageMissed(f"one line after {words} without a display")
+
+        if "nothing works here" not in desktop.run("--doctor", status=1, **nothing)[0]:
+            raise StageMissed("why nothing works without a display")
+
+    def doctor(self):
+        """Asked without a display it is the running program that tells."""
+        desktop = self.desktop
+        self.expect({"notch": "works", "hot key": "works", "calendar": "needs your consent"}, desktop.run("--doctor"))
+        # A Nimbarrow of somebody else's has the key, and no notch.
+        other = {name: str(desktop.home / "other") for name in ("XDG_DATA_HOME", "XDG_RUNTIME_DIR")}
+        other["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent"
+        (desktop.home / "other").mkdir(mode=0o700)
+        holder = subprocess.Popen([desktop.program], env={**desktop.environment, **other}, stderr=subprocess.DEVNULL)
+        self.expect({"hot key": "not here"}, wait_until(
+            "a key that is taken", lambda: (told := desktop.run("--doctor"))[0].count("not here") == 1 and told))
+        desktop.start()
+        self.expect({"panel": "works", "hot key": "not here"}, desktop.run("--doctor", DISPLAY=""))
+        desktop.run("--quit")
+        desktop.wait_ended(holder.pid)
+        self.expect({"notch": "not here", "player": "not here"}, desktop.run("--doctor", **other))
+        holder.terminate()
+        holder.wait()
+
+    def expect(self, states, told):
+        rows = {line[2:21].strip(): line[21:41].strip() for line in told[0].splitlines()[1:]}
+        if told[1] or len(rows) != 9 or not states.items() <= rows.items():
+            raise StageMissed(f"a table with {states}, not\n{told[0]}{told[1]}")
 
     def options(self):
         desktop = self.desktop
@@ -194,7 +222,7 @@ def main(program, _peers):
     try:
         with Installed(program) as desktop:
             flow = CommandsFlow(desktop)
-            for stage in (flow.answers_without_a_display, flow.options, flow.starts_at_once, flow.bus):
+            for stage in (flow.answers_without_a_display, flow.doctor, flow.options, flow.starts_at_once, flow.bus):
                 stage()
                 reached(stage.__name__)
             flow.menu(["gtk-launch", NAME], over_the_bus=True)

@@ -13,6 +13,7 @@
 #include "notch/NotchActions.h"
 #include "notch/NotchShape.h"
 #include "notch/NotchState.h"
+#include "platform/Capabilities.h"
 #include "settings/About.h"
 #include "support/FakeApplications.h"
 #include "support/FakeCalendarStore.h"
@@ -48,7 +49,8 @@ public:
     FakeOpener opener;
     FakeSharePicker sharePicker;
     EntryHandoff handoff { *history.store, paster, opener, sharePicker };
-    About about { opener };
+    Capabilities capabilities;
+    About about { opener, capabilities };
     FakePowerAssertions power;
     KeepAwake keepAwake { power, history.time, history.time };
     FakeCalendarStore calendarStore;

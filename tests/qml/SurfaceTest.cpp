@@ -479,6 +479,16 @@ private Q_SLOTS:
         settings.setPasteOnClick(true);
         settings.applyPasteOnClick();
         QCOMPARE(remarks(), QStringList { L10n::text(L10n::Key::AccessibilityHint) });
+        const Capability lacking { Capability::State::NotHere, u"by hand"_s, u"руками"_s };
+        m_surface->capabilities.set(Capabilities::Part::Paste, [lacking] { return lacking; });
+        m_surface->capabilities.set(Capabilities::Part::HotKey, [lacking] { return lacking; });
+        m_surface->about.refresh();
+        QCOMPARE(remarks(), QStringList({ u"by hand"_s, u"by hand"_s }));
+        L10n::setCurrent(L10n::Ukrainian);
+        QCOMPARE(remarks(), QStringList({ u"руками"_s, u"руками"_s }));
+        L10n::setCurrent(L10n::English);
+        settings.setHotKeyEnabled(false);
+        QCOMPARE(remarks(), QStringList { u"by hand"_s });
         m_surface->history.loginItem.error = u"The disk is full"_s;
         settings.setLaunchAtLogin(true);
         settings.applyLaunchAtLogin();

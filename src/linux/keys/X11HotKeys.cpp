@@ -6,6 +6,7 @@
 #include <QSet>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -32,6 +33,7 @@ public:
         Key key;
         uint16_t mask;
         std::function<void()> pressed;
+        bool isTaken = false;
     };
 
     Grabs()
@@ -53,6 +55,14 @@ public:
         take(*grab);
     }
 
+    /// None when nobody has added such a grab.
+    [[nodiscard]] std::optional<bool> isTaken(Key key, uint16_t mask) const
+    {
+        const auto grab = std::ranges::find_if(
+            m_grabs, [key, mask](const auto& held) { return held->key == key && held->mask == mask; });
+        return grab == m_grabs.cend() ? std::nullopt : std::optional((*grab)->isTaken);
+    }
+
     void remove(const std::shared_ptr<Grab>& grab)
     {
         m_grabs.removeOne(grab);
@@ -72,8 +82,9 @@ private:
             take(*grab);
     }
 
-    void take(const Grab& grab)
+    void take(Grab& grab)
     {
+        grab.isTaken = false;
         const auto code = m_root == XCB_NONE ? std::nullopt : m_keyboard.codeOf(grab.key);
         if (!code)
             return;
@@ -84,8 +95,9 @@ private:
         for (const auto lock : locks) {
             const auto cookie = xcb_grab_key_checked(m_connection.get(), 1, m_root,
                 static_cast<uint16_t>(grab.mask | lock), *code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-            // The error of a combination that another program holds is taken here and nobody is told.
-            const auto isTaken = x11::owned(xcb_request_check(m_connection.get(), cookie));
+            // The error of a combination that another program holds.
+            const auto error = x11::owned(xcb_request_check(m_connection.get(), cookie));
+            grab.isTaken |= error != nullptr;
         }
         readLater();
     }
@@ -162,6 +174,15 @@ X11HotKeys::X11HotKeys()
 }
 
 X11HotKeys::~X11HotKeys() = default;
+
+bool X11HotKeys::isTaken(Key key, KeyModifiers modifiers)
+{
+    const auto mask = maskOf(modifiers);
+    if (const auto known = m_grabs->isTaken(key, mask))
+        return *known;
+    const auto trial = registerKey(key, modifiers, [] {});
+    return m_grabs->isTaken(key, mask).value_or(false);
+}
 
 std::unique_ptr<HotKeys::Registration> X11HotKeys::registerKey(
     Key key, KeyModifiers modifiers, std::function<void()> pressed)

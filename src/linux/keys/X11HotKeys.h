@@ -16,6 +16,9 @@ public:
     [[nodiscard]] std::unique_ptr<Registration> registerKey(
         Key key, KeyModifiers modifiers, std::function<void()> pressed) override;
 
+    /// Whether another program holds this combination, so that registering it is without effect.
+    [[nodiscard]] bool isTaken(Key key, KeyModifiers modifiers);
+
 private:
     class Grabs;
 

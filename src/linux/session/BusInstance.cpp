@@ -28,6 +28,7 @@ namespace {
 const QString busName = u"ua.tessak.Nimbarrow"_s;
 const QString objectPath = u"/ua/tessak/Nimbarrow"_s;
 const QString applicationInterface = u"org.freedesktop.Application"_s;
+const QString reportPath = u"/ua/tessak/Nimbarrow/report"_s;
 const QString toggleAction = u"toggle"_s;
 const QString quitAction = u"quit"_s;
 
@@ -88,6 +89,22 @@ bool BusInstance::ask(Request request)
     }
 }
 
+std::optional<QString> BusInstance::askForReport()
+{
+    const auto bus = liveSessionBus();
+    if (!bus)
+        return {};
+    auto call = QDBusMessage::createMethodCall(busName, reportPath, busName, u"Report"_s);
+    call.setAutoStartService(false);
+    const QDBusReply<QString> report = bus->call(call, QDBus::Block, patience);
+    return report.isValid() ? std::optional(report.value()) : std::nullopt;
+}
+
+void BusInstance::setReport(std::function<QString()> report)
+{
+    m_report.text = std::move(report);
+}
+
 void BusInstance::Activate(const QVariantMap& /*platformData*/)
 {
     Q_EMIT asked(Request::Open);
@@ -115,8 +132,11 @@ bool BusInstance::findAnother()
         auto* const names = bus->interface();
         names->setTimeout(patience);
         // First, for what was asked of the name before it had an owner arrives with it.
-        QDBusConnection(*bus).registerObject(
+        QDBusConnection connection(*bus);
+        connection.registerObject(
             objectPath, applicationInterface, this, QDBusConnection::ExportScriptableInvokables);
+        connection.registerObject(
+            reportPath, busName, &m_report, QDBusConnection::ExportScriptableInvokables);
         const auto reply = names->registerService(busName, QDBusConnectionInterface::DontQueueService,
             QDBusConnectionInterface::DontAllowReplacement);
         if (reply.isValid())

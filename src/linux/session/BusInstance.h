@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/session/BusReport.h"
 #include "platform/Instance.h"
 
 #include <QDBusContext>
@@ -25,6 +26,8 @@ public:
 
     [[nodiscard]] bool anotherIsRunning() override;
     [[nodiscard]] bool ask(Request request) override;
+    [[nodiscard]] std::optional<QString> askForReport() override;
+    void setReport(std::function<QString()> report) override;
 
     // NOLINTBEGIN(readability-identifier-naming): as the bus has them.
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
@@ -41,6 +44,7 @@ private:
     QString m_dataFolder;
     std::optional<bool> m_anotherIsRunning;
     std::vector<int> m_locks;
+    BusReport m_report;
 };
 
 } // namespace nimbarrow

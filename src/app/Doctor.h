@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+namespace nimbarrow {
+
+struct Platform;
+
+/// What of the program works in this session, as a table for a terminal.
+namespace doctor {
+
+[[nodiscard]] QString report(const Platform& platform);
+
+/// Where the program cannot run at all, for this reason.
+[[nodiscard]] QString report(const QString& obstacle);
+
+} // namespace doctor
+
+} // namespace nimbarrow
