@@ -81,6 +81,7 @@ public:
         NothingToday,
         Join,
         NewEvent,
+        UntitledEvent,
         ShareEmail,
         ShareOpenWith,
         ShareShowInFolder,
