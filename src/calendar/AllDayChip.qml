@@ -1,26 +1,31 @@
 import QtQuick
 import Nimbarrow.Calendar
+import Nimbarrow.Preferences
 import Nimbarrow.Style
 
-/// An event of the whole day. A click shows it in the calendar application.
-Item {
+/// An event of the whole day. A press shows it in the calendar application.
+Pressable {
     id: root
 
     required property DayTimeline timeline
     required property var modelData
 
-    Accessible.name: modelData.title
-    Accessible.role: Accessible.Button
+    Accessible.description: modelData.details
+    // What is shortened can be read in full.
+    help: title.truncated ? modelData.title : ""
     implicitHeight: 14
-    implicitWidth: Math.min(120, title.implicitWidth + 12)
+    implicitWidth: Math.min(120, Math.max(14, title.implicitWidth + 12))
+    name: modelData.title || L10n.texts[L10n.UntitledEvent]
+    once: true
+    ringDistance: 0
+    ringRadius: 4
 
-    Accessible.onPressAction: timeline.open(modelData)
-    Component.onDestruction: HelpText.withdraw(root)
+    onClicked: timeline.open(modelData)
 
     Rectangle {
         anchors.fill: parent
         color: root.modelData.color
-        opacity: hover.hovered ? 0.3 : 0.18
+        opacity: root.hovered ? 0.3 : 0.18
         radius: 4
     }
 
@@ -32,21 +37,5 @@ Item {
         anchors.rightMargin: 6
         font.pixelSize: Theme.metaText
         text: root.modelData.title
-    }
-
-    HoverHandler {
-        id: hover
-
-        // What is shortened can be read in full.
-        onHoveredChanged: hovered && title.truncated ? HelpText.offer(root, root.modelData.title, Theme.helpDelay) : HelpText.withdraw(root)
-    }
-
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-
-        onSingleTapped: {
-            HelpText.withdraw(root);
-            root.timeline.open(root.modelData);
-        }
     }
 }

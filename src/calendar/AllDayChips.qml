@@ -12,31 +12,50 @@ Item {
 
     implicitHeight: timeline.hasAllDay ? 14 : 0
 
-    ListView {
+    // Not a list view: the Tab key goes through its rows in the order in which they were made.
+    Flickable {
         id: scroller
 
         anchors.fill: parent
         boundsBehavior: Flickable.StopAtBounds
-        // Assistive programs know of those beside, too, though not of hundreds.
-        cacheBuffer: 2000
         clip: true
-        model: root.timeline.allDay
-        orientation: ListView.Horizontal
+        contentHeight: height
+        contentWidth: chips.width
+        flickableDirection: Flickable.HorizontalFlick
         pixelAligned: true
-        spacing: 4
-
-        delegate: AllDayChip {
-            timeline: root.timeline
-        }
 
         // A wheel that only turns one way moves the row as well.
         WheelHandler {
             onWheel: event => scroller.flick(event.angleDelta.y * 6, 0)
         }
+
+        Row {
+            id: chips
+
+            spacing: 4
+
+            Repeater {
+                model: root.timeline.allDay
+
+                AllDayChip {
+                    id: chip
+
+                    timeline: root.timeline
+
+                    // What the Tab key has reached is in sight.
+                    onActiveFocusChanged: {
+                        const end = chip.x + chip.width + Theme.fadeLength - scroller.width;
+                        const wanted = Math.min(chip.x - Theme.fadeLength, Math.max(scroller.contentX, end));
+                        if (activeFocus)
+                            scroller.contentX = Math.max(0, Math.min(wanted, scroller.contentWidth - scroller.width));
+                    }
+                }
+            }
+        }
     }
 
     EdgeFade {
-        beyond: scroller.contentX - scroller.originX
+        beyond: scroller.contentX
         edge: Qt.LeftEdge
         height: parent.height
         width: Theme.fadeLength
@@ -44,7 +63,7 @@ Item {
 
     EdgeFade {
         anchors.right: parent.right
-        beyond: scroller.contentWidth + scroller.originX - scroller.contentX - scroller.width
+        beyond: scroller.contentWidth - scroller.contentX - scroller.width
         edge: Qt.RightEdge
         height: parent.height
         width: Theme.fadeLength

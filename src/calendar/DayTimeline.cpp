@@ -20,6 +20,7 @@ constexpr qint64 snap = 900; // s
 constexpr qint64 latestStart = 85'500; // s
 constexpr qint64 minute = 60'000; // ms
 constexpr double markDistance = 3;
+constexpr qsizetype mostAllDay = 200;
 
 } // namespace
 
@@ -66,7 +67,7 @@ QVariantList DayTimeline::allDay() const
 {
     QVariantList events;
     for (const auto& event : m_model.events()) {
-        if (event.isAllDay)
+        if (event.isAllDay && events.size() < mostAllDay)
             events << QVariant::fromValue(event);
     }
     return events;

@@ -28,7 +28,7 @@ class DayTimeline final : public QObject {
     Q_PROPERTY(int rowsUsed READ rowsUsed NOTIFY eventsChanged FINAL)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY eventsChanged FINAL)
     Q_PROPERTY(bool hasAllDay READ hasAllDay NOTIFY eventsChanged FINAL)
-    /// The events of the whole day, each a `DayEvent`.
+    /// The events of the whole day, each a `DayEvent`; no more than anybody would go through.
     Q_PROPERTY(QVariantList allDay READ allDay NOTIFY eventsChanged FINAL)
     /// One name for each hour of the axis.
     Q_PROPERTY(QStringList hours READ hours NOTIFY dayChanged FINAL)

@@ -5,7 +5,7 @@ import Nimbarrow.Calendar
 import Nimbarrow.Preferences
 import Nimbarrow.Style
 
-/// Today: a thin strip that unfolds into the timeline while the pointer is on it.
+/// Today: a thin strip that unfolds into the timeline while the pointer is on it, or the Tab key in it.
 Item {
     id: root
 
@@ -19,27 +19,42 @@ Item {
     signal unfoldRequested
     signal foldRequested
 
+    readonly property bool _isWanted: hover.hovered || _hasKeys
+    readonly property bool _hasKeys: {
+        let item = Window.activeFocusItem;
+        while (item && item !== root)
+            item = item.parent;
+        return item !== null;
+    }
     readonly property bool _showsDay: timeline.access === CalendarAccess.Granted && !timeline.isEmpty
 
     Accessible.name: L10n.texts[L10n.TodaysCalendar]
     Accessible.role: Accessible.Grouping
+    activeFocusOnTab: true
 
     Component.onCompleted: timeline.setActive(active)
     Component.onDestruction: timeline.setActive(false)
     onActiveChanged: timeline.setActive(active)
+    on_IsWantedChanged: {
+        if (!_isWanted) {
+            fold.restart();
+            return;
+        }
+        fold.stop();
+        unfoldRequested();
+    }
+
+    FocusRing {
+        radius: Theme.smallRadius
+        shown: root.activeFocus
+        z: 1
+    }
 
     HoverHandler {
+        id: hover
+
         // The strip is thin; the pointer need not hit it.
         margin: root.unfolded ? 0 : 6
-
-        onHoveredChanged: {
-            if (!hovered) {
-                fold.restart();
-                return;
-            }
-            fold.stop();
-            root.unfoldRequested();
-        }
     }
 
     Timer {
@@ -98,13 +113,13 @@ Item {
 
             EventTooltip {
                 // Asked anew for each event: the day moves while it unfolds.
-                readonly property point _origin: page.hoveredBlock ? root.mapToItem(root.overlay, 0, 0) : Qt.point(0, 0)
+                readonly property point _origin: page.pointedBlock ? root.mapToItem(root.overlay, 0, 0) : Qt.point(0, 0)
 
-                details: page.hoveredBlock?.event.details ?? ""
+                details: page.pointedBlock?.event.details ?? ""
                 parent: root.overlay
-                title: page.hoveredBlock?.event.title ?? ""
-                visible: page.hoveredBlock !== null
-                x: _origin.x + Math.min(Math.max(0, root.width - 200), Math.max(0, (page.hoveredBlock?.x ?? 0) - page.scrollX))
+                title: page.pointedBlock?.event.title ?? ""
+                visible: page.pointedBlock !== null
+                x: _origin.x + Math.min(Math.max(0, root.width - 200), Math.max(0, (page.pointedBlock?.x ?? 0) - page.scrollX))
                 y: _origin.y - height - 4
             }
         }

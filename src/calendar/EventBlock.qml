@@ -3,25 +3,25 @@ import Nimbarrow.Calendar
 import Nimbarrow.Preferences
 import Nimbarrow.Style
 
-/// One event on the timeline. A click shows it in the calendar application.
-Item {
+/// One event on the timeline. A press shows it in the calendar application.
+Pressable {
     id: root
 
     required property DayTimeline timeline
     /// The event in its place.
     required property var modelData
     readonly property var event: modelData.event
-    readonly property bool hovered: hover.hovered
 
     // Even half an hour has room for it, though not for the title beside it.
     readonly property bool _joinable: event.isMeeting && width >= 22
     readonly property real _titleEnd: _joinable ? 20 : 4
 
     Accessible.description: event.details
-    Accessible.name: event.title
-    Accessible.role: Accessible.Button
+    name: event.title || L10n.texts[L10n.UntitledEvent]
+    once: true
+    ringDistance: 0
 
-    Accessible.onPressAction: timeline.open(event)
+    onClicked: timeline.open(event)
 
     // Two that overlap stay two: what lies below does not shine through.
     Rectangle {
@@ -51,16 +51,6 @@ Item {
         font.pixelSize: Theme.metaText
         text: root.event.title
         visible: width >= 12
-    }
-
-    HoverHandler {
-        id: hover
-    }
-
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-
-        onSingleTapped: root.timeline.open(root.event)
     }
 
     // Most events have none, and there may be many.

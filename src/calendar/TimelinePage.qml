@@ -9,15 +9,21 @@ Item {
     id: root
 
     required property DayTimeline timeline
-    /// The event under the pointer, while there is one.
-    readonly property EventBlock hoveredBlock: _hovered
+    /// The event under the pointer, else the one that the Tab key has reached, while there is one.
+    readonly property EventBlock pointedBlock: _hovered ?? _reached
     readonly property real scrollX: scroller.contentX
 
     property EventBlock _hovered: null
+    property EventBlock _reached: null
     readonly property real _rowHeight: timeline.rowsUsed > 1 ? 19 : 40
     readonly property real _rowGap: 2
     readonly property real _overflowX: 6
     readonly property real _overflowY: 2
+
+    function _reveal(block: Item) {
+        const wanted = Math.min(block.x, Math.max(scrollX, block.x + block.width - width));
+        scroller.contentX = Math.max(0, Math.min(wanted, scroller.contentWidth - width));
+    }
 
     onScrollXChanged: timeline.setSight(scrollX, width)
     onWidthChanged: timeline.setSight(scrollX, width)
@@ -66,6 +72,16 @@ Item {
                 Component.onDestruction: {
                     if (root._hovered === block)
                         root._hovered = null;
+                    if (root._reached === block)
+                        root._reached = null;
+                }
+                onActiveFocusChanged: {
+                    if (activeFocus) {
+                        root._reveal(block);
+                        root._reached = block;
+                    } else if (root._reached === block) {
+                        root._reached = null;
+                    }
                 }
                 // Another may have taken its place already.
                 onHoveredChanged: {

@@ -81,6 +81,7 @@ constexpr std::array table {
     Text { L10n::Key::NothingToday, u"Nothing today", u"Сьогодні нічого немає" },
     Text { L10n::Key::Join, u"Join", u"Приєднатися" },
     Text { L10n::Key::NewEvent, u"New Event", u"Нова подія" },
+    Text { L10n::Key::UntitledEvent, u"Untitled event", u"Подія без назви" },
     Text { L10n::Key::ShareEmail, u"Email", u"Надіслати поштою" },
     Text { L10n::Key::ShareOpenWith, u"Open with…", u"Відкрити за допомогою…" },
     Text { L10n::Key::ShareShowInFolder, u"Show in folder", u"Показати в теці" },

@@ -82,6 +82,7 @@ public:
         NothingToday,
         Join,
         NewEvent,
+        UntitledEvent,
         ShareEmail,
         ShareOpenWith,
         ShareShowInFolder,

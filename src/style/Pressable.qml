@@ -13,6 +13,8 @@ Item {
     property real margin: 0
     /// Of the corners of the ring around it.
     property real ringRadius: Theme.smallRadius
+    /// How far outside it the ring stands, in points; what is cut off at its edges has it inside.
+    property real ringDistance: 2
     /// A double click counts as one.
     property bool once: false
     readonly property bool hovered: hover.hovered
@@ -36,8 +38,9 @@ Item {
     onHoveredChanged: hovered && help !== "" ? HelpText.offer(root, help, Theme.helpDelay) : HelpText.withdraw(root)
 
     FocusRing {
-        anchors.leftMargin: -2 - root.margin / 2
-        anchors.rightMargin: -2 - root.margin / 2
+        anchors.leftMargin: -root.ringDistance - root.margin / 2
+        anchors.margins: -root.ringDistance
+        anchors.rightMargin: -root.ringDistance - root.margin / 2
         radius: root.ringRadius
         shown: root.activeFocus
         z: 1

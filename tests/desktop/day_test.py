@@ -125,6 +125,22 @@ class DayFlow(Flow):
             raise StageMissed("a new event")
 
 
+    def opens_by_key(self, title):
+        """The Tab key unfolds the day and goes through it; Return shows what it is on."""
+        self.desktop.key("super+shift+v")
+        self.wait_open()
+        focused = lambda: [node["name"] for node in self.reader.nodes() if node["focused"]]
+        for _ in range(12):
+            self.desktop.key("Tab")
+            time.sleep(0.2)
+            if title in focused():
+                break
+        else:
+            raise StageMissed(f"{title!r} under the Tab key")
+        self.desktop.key("Return", "Escape")
+        self.wait_closed()
+
+
 def install(desktop, name):
     """A program that writes down what it is asked to show."""
     folder = desktop.home / "bin"
@@ -170,6 +186,11 @@ def in_both(desktop, flow):
     (calendar_folder(desktop) / "walk.ics").write_text(walk, newline="")
     flow.wait_told("Walk")
     flow.shows_today()
+    flow.fold()
+    flow.opens_by_key("Walk")
+    shown = desktop.home / "shown by gio"
+    wait_until("the walk in the program for its file", lambda: shown.exists() and "walk.ics" in shown.read_text())
+    flow.unfold()
     shown = desktop.home / "shown by gnome-calendar"
     flow.creates(lambda: "New Event" in ask("list"))
     wait_until("the new event in the calendar program", lambda: shown.exists() and "--uuid" in shown.read_text())

@@ -277,6 +277,56 @@ private Q_SLOTS:
         QTRY_VERIFY(SurfaceFixture::middle(chip).x() < 0);
     }
 
+    void goesThroughTheDayByKey()
+    {
+        auto& time = m_surface->history.time;
+        const auto start = time.wallTime().toLocalTime().date().startOfDay();
+        auto& held = *m_surface->calendarStore.held;
+        for (auto number = 0; number < 6; ++number) {
+            held << FakeCalendarStore::event(u"A day that has rather a long name"_s, start, start.addDays(1));
+            held.last().identifier = u"day%1"_s.arg(number);
+            held.last().isAllDay = true;
+        }
+        held << FakeCalendarStore::event({}, start.addSecs(60), start.addSecs(3600));
+        held.last().identifier = u"early"_s;
+        held << FakeCalendarStore::event(u"Late"_s, start.addSecs(23 * 3600), start.addSecs(86'000));
+        m_surface->calendar.start();
+        m_surface->state.setExpandedSize({ 460, 322 });
+        m_surface->show(NotchState::Expanded);
+        QTRY_VERIFY(m_surface->view.isActive());
+        auto& opened = m_surface->opener.opened;
+        // The names of what the keys are on, until they have gone round; Return opens what can be opened.
+        QStringList names;
+        for (auto count = 0; count < 30; ++count) {
+            QTest::keyClick(&m_surface->view, Qt::Key_Tab);
+            m_surface->settle();
+            const auto* const item = m_surface->view.activeFocusItem();
+            const auto name = item->property("name").toString();
+            if (QByteArray(item->metaObject()->className()).startsWith("AllDay")) {
+                const auto left = item->mapToScene(QPointF()).x();
+                QVERIFY2(left >= 14 && left + item->width() <= 446, qPrintable(QString::number(left)));
+            }
+            names << name;
+            if (name == u"Late"_s)
+                break;
+        }
+        QVERIFY(m_surface->state.calendarExpanded());
+        QCOMPARE(names.last(3),
+            (QStringList { u"A day that has rather a long name"_s, u"Untitled event"_s, u"Late"_s }));
+        const auto* const late = m_surface->view.activeFocusItem();
+        QVERIFY(late->mapToScene(QPointF(late->width(), 0)).x() <= 446);
+        QTest::keyClick(&m_surface->view, Qt::Key_Return);
+        QTest::keyClick(&m_surface->view, Qt::Key_Backtab);
+        QTest::keyClick(&m_surface->view, Qt::Key_Return);
+        QTest::keyClick(&m_surface->view, Qt::Key_Backtab);
+        QTest::keyClick(&m_surface->view, Qt::Key_Return);
+        QCOMPARE(opened,
+            (QList { QUrl(u"ical://ekevent/Late"_s), QUrl(u"ical://ekevent/early"_s),
+                QUrl(u"ical://ekevent/day5"_s) }));
+        m_surface->view.activeFocusItem()->setFocus(false);
+        QTRY_VERIFY(!m_surface->state.calendarExpanded());
+    }
+
     void sharesWhatIsChosen()
     {
         auto holds = 0;

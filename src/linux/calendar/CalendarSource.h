@@ -54,7 +54,7 @@ private:
     QList<CalendarEvent> m_told;
 
 public:
-    /// Last, so that it has ended before the store goes.
+    /// Last, so that it has ended before the rest goes.
     ThreadedQueue asking;
 };
 

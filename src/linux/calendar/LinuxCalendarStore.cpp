@@ -12,7 +12,6 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <algorithm>
 #include <chrono>
 #include <utility>
 
