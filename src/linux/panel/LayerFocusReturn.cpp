@@ -1,7 +1,7 @@
 #include "linux/panel/LayerFocusReturn.h"
 
 #include "layer-shell-client.h"
-#include "linux/display/WaylandResources.h"
+#include "linux/display/WaylandRegistry.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -31,22 +31,33 @@ wl_buffer* transparentPixel(wl_shm* shm)
 
 } // namespace
 
-std::unique_ptr<LayerFocusReturn> LayerFocusReturn::forKWin(
-    const WaylandRegistry& registry, zwlr_layer_shell_v1* shell)
+std::unique_ptr<LayerFocusReturn> LayerFocusReturn::forKWin()
 {
-    if (!shell || registry.version("org_kde_plasma_shell") == 0)
+    auto* const display = wl_display_connect(nullptr);
+    if (!display)
         return nullptr;
-    auto* const compositor = registry.bind<wl_compositor>(wl_compositor_interface, 1);
-    auto* const shm = registry.bind<wl_shm>(wl_shm_interface, 1);
-    return std::unique_ptr<LayerFocusReturn>(new LayerFocusReturn(compositor, shm, shell));
+    const WaylandRegistry registry(display);
+    if (registry.version("org_kde_plasma_shell") != 0)
+        return std::unique_ptr<LayerFocusReturn>(new LayerFocusReturn(display, registry));
+    wl_display_disconnect(display);
+    return nullptr;
 }
 
-LayerFocusReturn::LayerFocusReturn(wl_compositor* compositor, wl_shm* shm, zwlr_layer_shell_v1* shell)
-    : m_compositor(compositor)
-    , m_shell(shell)
-    , m_pixel(transparentPixel(shm))
+LayerFocusReturn::LayerFocusReturn(wl_display* display, const WaylandRegistry& registry)
+    : m_display(display)
+    , m_compositor(registry.bind<wl_compositor>(wl_compositor_interface, 1))
+    , m_shell(registry.bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, 1))
+    , m_notifier(wl_display_get_fd(display), QSocketNotifier::Read)
 {
-    wl_shm_destroy(shm);
+    if (auto* const shm = registry.bind<wl_shm>(wl_shm_interface, 1)) {
+        m_pixel = transparentPixel(shm);
+        wl_shm_destroy(shm);
+    }
+    QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] {
+        // There is something to be read, so it does not wait.
+        if (wl_display_dispatch(m_display) < 0)
+            m_notifier.setEnabled(false);
+    });
 }
 
 LayerFocusReturn::~LayerFocusReturn()
@@ -54,7 +65,12 @@ LayerFocusReturn::~LayerFocusReturn()
     end();
     if (m_pixel)
         wl_buffer_destroy(m_pixel);
-    wl_compositor_destroy(m_compositor);
+    if (m_shell)
+        wl_proxy_destroy(reinterpret_cast<wl_proxy*>(m_shell));
+    if (m_compositor)
+        wl_compositor_destroy(m_compositor);
+    m_notifier.setEnabled(false);
+    wl_display_disconnect(m_display);
 }
 
 void LayerFocusReturn::giveBack()
@@ -65,7 +81,7 @@ void LayerFocusReturn::giveBack()
         },
         [](void* self, zwlr_layer_surface_v1*) { static_cast<LayerFocusReturn*>(self)->end(); },
     };
-    if (m_surface || !m_pixel)
+    if (m_surface || !m_pixel || !m_shell || !m_compositor)
         return;
     m_surface = wl_compositor_create_surface(m_compositor);
     auto* const nothing = wl_compositor_create_region(m_compositor);
@@ -79,7 +95,7 @@ void LayerFocusReturn::giveBack()
     zwlr_layer_surface_v1_set_keyboard_interactivity(
         m_layer, ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_EXCLUSIVE);
     wl_surface_commit(m_surface);
-    wl_display_flush(wayland::qtDisplay());
+    wl_display_flush(m_display);
 }
 
 void LayerFocusReturn::show(quint32 serial)
@@ -93,9 +109,9 @@ void LayerFocusReturn::show(quint32 serial)
     wl_surface_attach(m_surface, m_pixel, 0, 0);
     wl_surface_commit(m_surface);
     // Once this is answered the compositor has seen it.
-    m_shown = wl_display_sync(wayland::qtDisplay());
+    m_shown = wl_display_sync(m_display);
     wl_callback_add_listener(m_shown, &listener, this);
-    wl_display_flush(wayland::qtDisplay());
+    wl_display_flush(m_display);
 }
 
 void LayerFocusReturn::end()
@@ -106,7 +122,7 @@ void LayerFocusReturn::end()
         wl_callback_destroy(std::exchange(m_shown, nullptr));
     zwlr_layer_surface_v1_destroy(std::exchange(m_layer, nullptr));
     wl_surface_destroy(std::exchange(m_surface, nullptr));
-    wl_display_flush(wayland::qtDisplay());
+    wl_display_flush(m_display);
 }
 
 } // namespace nimbarrow

@@ -65,10 +65,10 @@ LayerShellPanelWindow::LayerShellPanelWindow(QQuickWindow& window, WaylandPointe
     : m_window(window)
     , m_pointer(pointer)
     , m_keys(window, letterAt)
+    , m_shell(WaylandRegistry(wayland::qtDisplay())
+                  .bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, newestShell))
+    , m_focusReturn(LayerFocusReturn::forKWin())
 {
-    const WaylandRegistry registry(wayland::qtDisplay());
-    m_shell.reset(registry.bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, newestShell));
-    m_focusReturn = LayerFocusReturn::forKWin(registry, m_shell.get());
     // Without a role of Qt's: it gets ours.
     window.setFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
     auto format = window.requestedFormat();
