@@ -223,8 +223,9 @@ def play_in_x_server(desktop):
 def main(program, peers):
     if run_wayland_test(program, peers, play_in_x_server, xwayland=True, settings={"language": "en"}):
         return 1
-    for scale in (1, 1.5):
-        if run_wayland_test(program, peers, play, scale=scale, settings={"language": "en"}):
+    for compositor, scale in (("sway", 1), ("sway", 1.5), ("kwin", 1)):
+        reached(f"{compositor} at {scale}")
+        if run_wayland_test(program, peers, play, compositor=compositor, scale=scale, settings={"language": "en"}):
             return 1
     return 0
 
