@@ -1,5 +1,5 @@
 """wayland_clipboard_test.py PROGRAM PEERS: what native programs copy is announced and kept, and what is
-chosen in the surface is theirs to paste."""
+chosen in the surface is theirs to paste; what is dragged comes in and goes out."""
 
 import os
 import signal
@@ -40,6 +40,7 @@ def copies_a_secret(desktop):
 def chooses_by_click(desktop, flow):
     """The entry is on the clipboard, and nothing is announced as a new one."""
     before = desktop.history()
+    flow.wait_notice_gone()
     flow.open_by_pointer()
     desktop.click(*flow.row(1))
     wait_until("the clicked entry on the clipboard",
@@ -51,17 +52,25 @@ def chooses_by_click(desktop, flow):
     reached("chosen")
 
 
-def drop_from(desktop, flow, start, before_the_drop=lambda: None):
+def drag(desktop, start, end):
     desktop.move(*start)
+    time.sleep(0.3)
     desktop.do("press")
     for step in range(1, 13):
         time.sleep(0.08)
-        desktop.do("move", start[0] + (NOTCH_MIDDLE - start[0]) * step // 12, start[1] + (20 - start[1]) * step // 12)
-    desktop.place = (NOTCH_MIDDLE, 20)
-    wait_until("the surface open for the drop", flow.is_open)
+        desktop.do("move", start[0] + (end[0] - start[0]) * step // 12, start[1] + (end[1] - start[1]) * step // 12)
+    desktop.place = end
     time.sleep(0.3)
-    before_the_drop()
-    desktop.do("release")
+
+
+def peers_window(desktop, program, title, *words):
+    """Another program's window, with its upper left corner at a known place."""
+    process = subprocess.Popen([program, *map(str, words)], env={**desktop.environment, "QT_QPA_PLATFORM": "wayland"})
+    desktop.processes.append(process)
+    wait_until(f"the window of {title}", lambda: title in desktop.swaymsg("-t", "get_tree"))
+    desktop.swaymsg(f'[title="{title}"]', "floating", "enable,", "move", "position", "100", "600")
+    time.sleep(0.5)
+    return process
 
 
 def drops(desktop, flow, peers):
@@ -69,17 +78,18 @@ def drops(desktop, flow, peers):
     lives."""
     file = desktop.home / "Agenda.pdf"
     file.write_bytes(b"%PDF-1.4\n")
-    source = subprocess.Popen([f"{peers}/DragSource", "Dragged from afar", str(file)],
-                              env={**desktop.environment, "QT_QPA_PLATFORM": "wayland"})
-    desktop.processes.append(source)
-    wait_until("the drag source's window", lambda: "Drag source" in desktop.swaymsg("-t", "get_tree"))
-    desktop.swaymsg('[title="Drag source"]', "floating", "enable,", "move", "position", "100", "600")
-    time.sleep(0.5)
-    drop_from(desktop, flow, (160, 780))
+    source = peers_window(desktop, f"{peers}/DragSource", "Drag source", "Dragged from afar", file)
+    drag(desktop, (160, 780), (NOTCH_MIDDLE, 20))
+    wait_until("the surface open for the drop", flow.is_open)
+    desktop.do("release")
     desktop.wait_for_entry("the dropped file", lambda item: item.get("filePaths") == [str(file)])
     desktop.move(*BELOW_THE_SURFACE)
     flow.wait_closed()
-    drop_from(desktop, flow, (160, 680), lambda: source.send_signal(signal.SIGSTOP))
+    drag(desktop, (160, 680), (NOTCH_MIDDLE, 20))
+    wait_until("the surface open for the drop", flow.is_open)
+    source.send_signal(signal.SIGSTOP)
+    desktop.do("release")
+    # Longer than Qt would wait.
     time.sleep(2.5)
     desktop.copy("copied meanwhile")
     desktop.wait_for_entry("a copy while a drop is read", lambda item: item.get("text") == "copied meanwhile")
@@ -87,7 +97,24 @@ def drops(desktop, flow, peers):
     desktop.wait_for_entry("the dropped text", lambda item: item.get("text") == "Dragged from afar")
     desktop.move(*BELOW_THE_SURFACE)
     flow.wait_closed()
+    source.terminate()
     reached("drops")
+
+
+def drags_out(desktop, flow, peers):
+    """Into another program's window, after which the surface closes."""
+    came = desktop.home / "came.txt"
+    peers_window(desktop, f"{peers}/DropTarget", "Drop target", came)
+    expected = f"copy\n{desktop.history()[0]['text']}"
+    flow.wait_notice_gone()
+    flow.open_by_pointer()
+    drag(desktop, flow.row(0), (200, 720))
+    if not flow.is_open():
+        raise StageMissed("the surface open while the button is down")
+    desktop.do("release")
+    wait_until("the dragged text", lambda: came.exists() and came.read_text() == expected)
+    flow.wait_closed()
+    reached("dragged-out")
 
 
 def play(desktop, peers):
@@ -98,6 +125,7 @@ def play(desktop, peers):
     copies_a_secret(desktop)
     chooses_by_click(desktop, flow)
     drops(desktop, flow, os.path.abspath(peers))
+    drags_out(desktop, flow, os.path.abspath(peers))
 
 
 if __name__ == "__main__":
