@@ -16,15 +16,17 @@ COPIES = 40
 
 
 def copies_of_a_hurried_program(desktop):
-    """Twenty milliseconds after each other, each by a process of its own."""
+    """Twenty milliseconds after each other, each by a process that ends with the next one: on a machine that is busy
+    elsewhere one may be gone before it is asked. Those that are kept stand in their order, the last of them on top."""
     for number in range(COPIES):
         subprocess.Popen(["wl-copy", "-t", "text/plain", f"copy {number}"], env=desktop.environment,
                          stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).wait(5)
         time.sleep(0.02)
-    expected = [f"copy {number}" for number in reversed(range(COPIES))]
-    wait_until("every copy in its order",
-               lambda: [item.get("text") for item in desktop.history()[:COPIES]] == expected)
-    reached("quick-copies")
+    wait_until("the last copy", lambda: desktop.history()[0].get("text") == f"copy {COPIES - 1}")
+    numbers = [int(item["text"].split()[1]) for item in desktop.history() if item.get("text", "").startswith("copy ")]
+    if numbers != sorted(set(numbers), reverse=True):
+        raise StageMissed(f"the copies once each and in their order, not {numbers}")
+    reached(f"quick-copies, {len(numbers)} of {COPIES}")
 
 
 def copies_a_secret(desktop):
