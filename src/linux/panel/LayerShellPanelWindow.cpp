@@ -67,6 +67,7 @@ LayerShellPanelWindow::LayerShellPanelWindow(QQuickWindow& window, WaylandPointe
     , m_keys(window, letterAt)
     , m_shell(WaylandRegistry(wayland::qtDisplay())
                   .bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, newestShell))
+    , m_focusReturn(LayerFocusReturn::forKWin())
 {
     // Without a role of Qt's: it gets ours.
     window.setFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
@@ -187,8 +188,21 @@ void LayerShellPanelWindow::resignKey()
     if (!m_isKey)
         return;
     m_isKey = false;
-    if (m_layer)
-        setInteractive(false);
+    if (!m_layer)
+        return;
+    setInteractive(false);
+    // KWin leaves the keyboard where it is for as long as that surface is there. Not from inside the event of
+    // a key, and not if the panel is to go anyway.
+    if (m_focusReturn)
+        QMetaObject::invokeMethod(this, &LayerShellPanelWindow::mapAnew, Qt::QueuedConnection);
+}
+
+void LayerShellPanelWindow::mapAnew()
+{
+    if (!m_layer || m_isKey)
+        return;
+    unmap();
+    map();
 }
 
 void LayerShellPanelWindow::setInteractive(bool interactive)
@@ -261,6 +275,8 @@ void LayerShellPanelWindow::followPointer(const QEvent& event)
     case QEvent::MouseMove:
         m_pointer.move(placeOf(event));
         m_pointer.setAnyButtonDown(static_cast<const QMouseEvent&>(event).buttons() != Qt::NoButton);
+        if (event.type() == QEvent::MouseButtonPress && m_focusReturn && !m_isKey)
+            m_focusReturn->giveBack();
         break;
     default: break;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/panel/LayerFocusReturn.h"
 #include "linux/panel/PanelKeys.h"
 #include "platform/PanelWindow.h"
 
@@ -52,6 +53,7 @@ private:
     void map();
     /// The window has no surface after that.
     void unmap();
+    void mapAnew();
     void place();
     void setInteractive(bool interactive);
     void followPointer(const QEvent& event);
@@ -61,6 +63,7 @@ private:
     WaylandPointer& m_pointer;
     PanelKeys m_keys;
     std::unique_ptr<zwlr_layer_shell_v1, Destroy> m_shell;
+    std::unique_ptr<LayerFocusReturn> m_focusReturn;
     std::unique_ptr<zwlr_layer_surface_v1, Destroy> m_layer;
     QPointer<QScreen> m_screen;
     /// In Qt's coordinates of the desktop.
