@@ -2,6 +2,8 @@
 
 #include "qt/FlippedAxis.h"
 
+#include <private/qdnd_p.h>
+
 namespace nimbarrow {
 
 namespace {
@@ -23,9 +25,17 @@ void WaylandPointer::move(QPointF place)
     m_location = flipped(place);
 }
 
+bool WaylandPointer::isAnyButtonDown() const
+{
+    const auto* const drags = QDragManager::self();
+    return m_isAnyButtonDown || (drags && drags->object());
+}
+
 void WaylandPointer::leave()
 {
     m_location = pointerOutside;
+    // With a button down the pointer leaves for a drag alone.
+    m_isAnyButtonDown = false;
 }
 
 } // namespace nimbarrow

@@ -14,7 +14,8 @@ namespace nimbarrow {
 class WaylandPointer final : public Pointer {
 public:
     [[nodiscard]] ScreenPoint location() const override { return m_location; }
-    [[nodiscard]] bool isAnyButtonDown() const override { return m_isAnyButtonDown; }
+    /// So it is while something is dragged out of the panel, which takes the button's release with it.
+    [[nodiscard]] bool isAnyButtonDown() const override;
 
     // What has happened to the surface, in Qt's coordinates of the desktop.
 

@@ -158,7 +158,10 @@ void WaylandDropReader::holdBack(const QDropEvent& drop, QWindow& window)
               place = drop.position(), actions = drop.possibleActions(), buttons = drop.buttons(),
               modifiers = drop.modifiers(), types = m_drag->types](const PasteboardSnapshot& content) {
               // Another drag may have begun since.
-              if (!alive || !window || drag != m_drags)
+              if (!alive || drag != m_drags)
+                  return;
+              m_isHeld = false;
+              if (!window)
                   return;
               QMimeData names;
               for (const auto& type : types)
