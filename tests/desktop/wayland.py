@@ -10,10 +10,13 @@ import time
 
 from desktop import Desktop, HEIGHT, NOTCH_MIDDLE, StageMissed, wait_until, WIDTH
 
+PYTHON = "/usr/bin/python3"
 # sway refuses to run as root.
 OTHER_USER = "nobody"
 # The kernel's codes of keys.
 KEYS = {"Escape": 1, "Return": 28, "Down": 108, "Up": 103, "Left": 105, "Right": 106}
+for first, letters in ((16, "qwertyuiop"), (30, "asdfghjkl"), (44, "zxcvbnm")):
+    KEYS |= {letter: first + index for index, letter in enumerate(letters)}
 
 
 class WaylandDesktop(Desktop):
@@ -105,7 +108,7 @@ class WaylandDesktop(Desktop):
         binary = self.home / "kwin_wayland"
         shutil.copyfile(shutil.which("kwin_wayland"), binary)
         binary.chmod(0o755)
-        variables = {"KWIN_COMPOSE": "Q", "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1",
+        variables = {"KWIN_COMPOSE": "O2", "LIBGL_ALWAYS_SOFTWARE": "1", "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1",
                      "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1"}
         self.environment["WAYLAND_DISPLAY"] = self.environment["XDG_RUNTIME_DIR"] + "/wayland-kwin"
         with open(self.home / "compositor.log", "ab") as log:
@@ -123,6 +126,10 @@ class WaylandDesktop(Desktop):
         self.hand.stdout.readline()
         if self.compositor_name == "sway":
             self.spawn(["wtype", "-s", "100000000", "z"])
+        else:
+            self.spawn(["swaybg", "-c", "#31547a"])
+            self.camera = self.spawn([PYTHON, str(pathlib.Path(__file__).parent / "peers" / "kwin_picture.py")],
+                                     stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         time.sleep(0.7)
 
     def swaymsg(self, *words):
@@ -170,7 +177,10 @@ class WaylandDesktop(Desktop):
             time.sleep(0.05)
 
     def type(self, text):
-        self.call(["wtype", text])
+        if self.compositor_name == "sway":
+            self.call(["wtype", text])
+        else:
+            self.key(*text)
 
     def copy(self, data, target=None):
         words = ["wl-copy"] + (["-t", target] if target else [])
@@ -182,19 +192,28 @@ class WaylandDesktop(Desktop):
         return subprocess.run(["wl-paste", "-n", "-t", target], env=self.environment, capture_output=True,
                               timeout=10).stdout
 
-    def _grim(self, x, y, width, height):
-        """The pixels of a part of the screen, in points, three bytes each."""
+    def _pixels(self, x, y, width, height):
+        """Of a part of the screen, in points, three bytes each."""
+        if self.compositor_name != "sway":
+            self.camera.stdin.write(f"{x} {y} {width} {height}\n".encode())
+            self.camera.stdin.flush()
+            return self.camera.stdout.read(width * height * 3)
         picture = self.call(["grim", "-s", "1", "-t", "ppm", "-g", f"{x},{y} {width}x{height}", "-"])
         return picture[-width * height * 3:]
 
     def pixel(self, x, y):
-        return tuple(self._grim(x, y, 1, 1))
+        return tuple(self._pixels(x, y, 1, 1))
 
     def brightest(self, x, top, bottom):
-        return max(self._grim(x, top, 1, bottom - top))
+        return max(self._pixels(x, top, 1, bottom - top))
 
     def picture(self, path):
-        self.call(["grim", str(path)])
+        if self.compositor_name == "sway":
+            self.call(["grim", str(path)])
+            return path
+        width, height = self.points
+        self.call(["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-", str(path)],
+                  input=self._pixels(0, 0, width, height))
         return path
 
 

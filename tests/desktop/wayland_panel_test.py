@@ -68,24 +68,24 @@ class PanelFlow:
     def toggles(self):
         self.desktop.call([self.desktop.program, "--toggle"])
 
-    def leaves_the_keyboard(self, editor):
+    def leaves_the_keyboard(self, other):
         """Neither the pointer over the surface nor a click on it takes the keyboard from another program."""
         self.desktop.move(self.middle, self.notch_height / 2)
         self.wait_open()
         self.desktop.click(self.middle - 80, 150)
-        editor.types("one")
+        other.types("one")
         self.desktop.move(*self.below)
         self.wait_closed()
         reached("a click that leaves the keyboard")
 
-    def takes_the_keyboard(self, editor):
+    def takes_the_keyboard(self, other):
         self.toggles()
         self.wait_open()
         self.desktop.type("lost")
         self.desktop.key("Escape")
         self.wait_closed()
-        editor.types("two")
-        if "lost" in editor.text():
+        other.types("two")
+        if "lost" in other.text():
             raise StageMissed("keys for the panel alone")
         reached("the keyboard, there and back")
 
@@ -153,24 +153,23 @@ class PanelFlow:
             raise StageMissed("a session that is idle again")
         reached("awake")
 
-    def lets_clicks_through(self, editor):
+    def lets_clicks_through(self, other):
         """Beside the notch and below it, where the surface would be if it were open."""
         for place in ((self.middle - 200, 6), (self.middle, 120)):
-            editor.is_clicked(place)
+            other.is_clicked(place)
         reached("clicks beside the notch")
 
 
-class Terminal:
-    """Another program's window, over the whole screen, that writes down what is typed into it and where it is clicked."""
+class OtherProgram:
+    """Its window is over the whole screen and it writes down keys and clicks."""
 
     def __init__(self, desktop):
         self.desktop = desktop
         self.typed = desktop.home / "typed"
         self.typed.write_text("")
-        # The terminal tells of clicks in the stream of what is typed.
-        self.process = desktop.spawn(["foot", "-F", "sh", "-c", f"stty raw -echo; printf '\\033[?1000h\\033[?1006h'; "
-                                      f"exec cat > '{self.typed}'"])
-        wait_until("another program's window", lambda: desktop.pixel(100, 600) != (0x31, 0x54, 0x7a))
+        before = desktop.pixel(100, 600)
+        self.process = desktop.spawn([str(desktop.peers / "FullScreen"), str(self.typed)])
+        wait_until("another program's window", lambda: desktop.pixel(100, 600) != before)
         time.sleep(0.5)
 
     def text(self):
@@ -184,7 +183,7 @@ class Terminal:
     def is_clicked(self, place):
         before = len(self.text())
         self.desktop.click(*place)
-        wait_until(f"a click at {place} in the other program", lambda: "\033[<0;" in self.text()[before:])
+        wait_until(f"a click at {place} in the other program", lambda: "<click>" in self.text()[before:])
 
     def close(self):
         self.process.terminate()
@@ -199,15 +198,15 @@ def play(desktop):
     if desktop.compositor_name == "sway" and desktop.output_scale == 1:
         flow.keeps_awake()
     # Over the whole screen, and below the panel.
-    terminal = Terminal(desktop)
+    other = OtherProgram(desktop)
     if not flow.is_at_rest():
         raise StageMissed("the notch above a window that fills the screen")
     flow.hovers()
-    flow.leaves_the_keyboard(terminal)
-    flow.takes_the_keyboard(terminal)
-    flow.lets_clicks_through(terminal)
+    flow.leaves_the_keyboard(other)
+    flow.takes_the_keyboard(other)
+    flow.lets_clicks_through(other)
     flow.stays_closed()
-    terminal.close()
+    other.close()
     if desktop.compositor_name == "sway":
         flow.keeps_to_its_output()
     flow.outlives_nothing()
