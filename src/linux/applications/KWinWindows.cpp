@@ -3,6 +3,7 @@
 #include "linux/applications/DesktopEntries.h"
 #include "linux/session/BusCalls.h"
 
+#include <QCoreApplication>
 #include <QDBusReply>
 #include <QLoggingCategory>
 
@@ -20,7 +21,8 @@ const QString service = u"org.kde.KWin"_s;
 const QString scriptName = u"ua.tessak.Nimbarrow"_s;
 const QString objectPath = u"/Windows"_s;
 
-/// %1 is the name of our connection. What is a window now was a client before KWin 6.
+/// %1 is the name of our connection, %2 our process: while the panel has the keyboard, the program that it
+/// took it from is in front. What is a window now was a client before KWin 6.
 constexpr auto script = R"(
 function tell(method, ...facts) {
     callDBus("%1", "/Windows", "ua.tessak.Nimbarrow.Windows", method, ...facts);
@@ -31,18 +33,23 @@ function id(window) {
 function opened(window) {
     tell("opened", id(window), String(window.desktopFileName), String(window.resourceClass), window.pid);
 }
+let last = "";
+function activated(window) {
+    if (window && !(window.pid == %2 && window.skipTaskbar))
+        last = id(window);
+    tell("activated", window ? last : "");
+}
 const windows = workspace.windowList ? workspace.windowList() : workspace.clientList();
 windows.forEach(opened);
 (workspace.windowAdded || workspace.clientAdded).connect(opened);
 (workspace.windowRemoved || workspace.clientRemoved).connect(window => tell("closed", id(window)));
-(workspace.windowActivated || workspace.clientActivated).connect(window => tell("activated", id(window)));
-tell("activated", id(workspace.activeWindow || workspace.activeClient));
+(workspace.windowActivated || workspace.clientActivated).connect(activated);
+activated(workspace.activeWindow || workspace.activeClient);
 )"_L1;
 
 QDBusMessage scripting(const QString& method)
 {
-    return QDBusMessage::createMethodCall(
-        service, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method);
+    return QDBusMessage::createMethodCall(service, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method);
 }
 
 } // namespace
@@ -58,7 +65,9 @@ KWinWindows::KWinWindows(const QDBusConnection& bus, std::unique_ptr<DesktopEntr
 {
     if (!m_script.open())
         return;
-    m_script.write(QString(script).arg(m_bus.baseService()).toUtf8());
+    m_script.write(QString(script)
+                       .arg(m_bus.baseService(), QString::number(QCoreApplication::applicationPid()))
+                       .toUtf8());
     m_script.close();
     m_bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableInvokables);
     // One that was left behind when the program was killed keeps its name.
@@ -156,8 +165,8 @@ void KWinWindows::activate(const RunningApplication& application)
     if (!window)
         return;
     // As the person who picks the window in the desktop's search does.
-    auto asked = QDBusMessage::createMethodCall(
-        service, u"/WindowsRunner"_s, u"org.kde.krunner1"_s, u"Run"_s);
+    auto asked
+        = QDBusMessage::createMethodCall(service, u"/WindowsRunner"_s, u"org.kde.krunner1"_s, u"Run"_s);
     asked << u"0_"_s + window->id << QString();
     m_bus.send(asked);
 }

@@ -1,0 +1,90 @@
+"""wayland_keys_test.py PROGRAM PEERS: the hot key, and what is picked pasted into another program's window, on real
+compositors without an X server."""
+
+import subprocess
+import sys
+import time
+
+from desktop import reached, StageMissed, wait_until
+from wayland import run_wayland_test
+from wayland_panel_test import PanelFlow, Terminal
+
+CONTROL, SHIFT, META, ALT, S, V, RETURN, DOWN = 29, 42, 125, 56, 31, 47, 28, 108
+
+
+def copies(desktop, *texts):
+    for text in texts:
+        desktop.copy(text)
+        wait_until(f"{text!r} in the history", lambda: any(i.get("text") == text for i in desktop.history()))
+
+
+def play_on_sway(desktop):
+    flow = PanelFlow(desktop)
+    flow.starts()
+    terminal = Terminal(desktop)
+    copies(desktop, "older", "newer")
+    source = desktop.history()[0].get("sourceApp")
+    if source != "Foot":
+        raise StageMissed(f"the program in front when it was copied, not {source!r}")
+    reached("the program in front")
+    # The configuration's line does this.
+    flow.toggles()
+    flow.wait_open()
+    desktop.key("Down", "Return")
+    flow.wait_closed()
+    wait_until("the picked entry in the terminal", lambda: "older" in terminal.text())
+    reached("pasted from the keyboard")
+    desktop.move(flow.middle, flow.notch_height / 2)
+    flow.wait_open()
+    desktop.click(flow.middle + 20, 82)
+    wait_until("the clicked entry in the terminal", lambda: "newer" in terminal.text())
+    reached("pasted by a click")
+    terminal.types("x")
+
+
+def chord(desktop, *codes):
+    for code in codes:
+        desktop.do("key", code, 1)
+    for code in reversed(codes):
+        desktop.do("key", code, 0)
+
+
+def ask_shortcuts(desktop, method, *arguments):
+    return subprocess.run(
+        ["gdbus", "call", "--session", "--dest", "org.kde.kglobalaccel", "--object-path", "/kglobalaccel", "--method",
+         f"org.kde.KGlobalAccel.{method}", "['ua.tessak.Nimbarrow', 'toggle-history', '', '']", *arguments],
+        env=desktop.environment, capture_output=True, text=True, timeout=10).stdout
+
+
+def play_on_kwin(desktop):
+    desktop.start_unseen()
+    wait_until("a hot key among the shortcuts", lambda: desktop._still_runs()
+               and "301989974" in ask_shortcuts(desktop, "shortcut"), 20)
+    reached("a start on KWin")
+    desktop.spawn(["mousepad", "--disable-server"])
+    time.sleep(3)
+    copies(desktop, "older", "newer")
+    for keys in ((META, SHIFT, V), (CONTROL, ALT, V)):
+        chord(desktop, *keys)
+        time.sleep(0.8)
+        # The panel has the keyboard now, the editor has the person's attention.
+        copies(desktop, f"newest of {len(keys)} and {keys[0]}")
+        source = desktop.history()[0].get("sourceApp")
+        if source != "Mousepad":
+            raise StageMissed(f"the program in front when it was copied, not {source!r}")
+        for key in (DOWN, DOWN, RETURN):
+            chord(desktop, key)
+        wait_until("the entry that was picked", lambda: desktop.pasted() in (b"older", b"newer"))
+        # As the system's settings do it.
+        ask_shortcuts(desktop, "setForeignShortcut", "[201326678]")
+        reached(f"an entry picked by {keys}")
+
+
+def main(program, peers):
+    settings = {"language": "en", "pasteOnClick": True, "peekOnClipboard": False}
+    return (run_wayland_test(program, peers, play_on_sway, settings=settings)
+            or run_wayland_test(program, peers, play_on_kwin, compositor="kwin", settings=settings))
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
