@@ -13,6 +13,8 @@ struct SystemWords {
     /// The program that holds the system's settings.
     QString settingsEnglish;
     QString settingsUkrainian;
+    /// What runs it, in English.
+    QString computer = QStringLiteral("Mac");
 };
 
 } // namespace nimbarrow

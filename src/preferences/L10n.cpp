@@ -50,7 +50,7 @@ constexpr std::array table {
     Text { L10n::Key::Donate, u"☕ Buy me a coffee", u"☕ Підтримати" },
     Text { L10n::Key::HoursSuffix, u"h", u"год" },
     Text { L10n::Key::AllowSleep, u"Allow sleep", u"Дозволити сон" },
-    Text { L10n::Key::KeepAwake, u"Keep the Mac awake", u"Не давати ноуту спати" },
+    Text { L10n::Key::KeepAwake, u"Keep the {computer} awake", u"Не давати ноуту спати" },
     Text { L10n::Key::Clipboard, u"Clipboard", u"Буфер" },
     Text { L10n::Key::Clear, u"Clear", u"Очистити" },
     Text {
@@ -173,6 +173,7 @@ QString L10n::text(Key key)
     return (isUkrainian ? text.ukrainian : text.english)
         .toString()
         .replace("{hotKey}"_L1, words().hotKey)
+        .replace("{computer}"_L1, words().computer)
         .replace("{programs}"_L1, words().programsFolder)
         .replace("{settings}"_L1, isUkrainian ? words().settingsUkrainian : words().settingsEnglish);
 }
