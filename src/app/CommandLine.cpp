@@ -46,8 +46,7 @@ CommandLine::CommandLine(const QStringList& arguments)
                 u"Open the panel for the keyboard, or close it. Starts Nimbarrow where it is not running."_s } },
         { Command::Notch,
             { u"notch"_s,
-                u"Show the panel at the top of a screen, W points wide and H high, as if it had a notch "
-                u"there; "
+                u"Show the panel at the top of a screen, as if it had a notch W points wide and H high; "
                 "none: do not. Without a name it is the built-in screen."_s,
                 u"WxH[@SCREEN]|none[@SCREEN]"_s } },
         { Command::Doctor,

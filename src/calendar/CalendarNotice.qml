@@ -38,7 +38,7 @@ Item {
             emphasized: true
             size: Theme.smallText
             text: L10n.texts[root._denied ? L10n.OpenSystemSettings : L10n.ShowTodaysCalendar]
-            visible: !root._granted
+            visible: !root._granted && (!root._denied || root.timeline.canShowRefusal)
 
             onClicked: root.timeline.requestAccess()
         }

@@ -125,6 +125,11 @@ void DayTimeline::createAt(double x)
     m_model.createEvent(m_model.dayStart().addSecs(std::clamp(seconds, qint64 { 0 }, latestStart)));
 }
 
+bool DayTimeline::canShowRefusal() const
+{
+    return m_opener.hasSettings();
+}
+
 void DayTimeline::requestAccess()
 {
     if (m_model.access() == CalendarAccess::NotDetermined)

@@ -34,6 +34,8 @@ class DayTimeline final : public QObject {
     Q_PROPERTY(QStringList hours READ hours NOTIFY dayChanged FINAL)
     Q_PROPERTY(double hourWidth READ hourWidth CONSTANT FINAL)
     Q_PROPERTY(double length READ length CONSTANT FINAL)
+    /// Where access was refused, asking for it shows where that is decided.
+    Q_PROPERTY(bool canShowRefusal READ canShowRefusal CONSTANT FINAL)
     /// Where the present moment is; follows the clock while the timeline is active.
     Q_PROPERTY(double nowX READ nowX NOTIFY nowChanged FINAL)
 
@@ -64,6 +66,7 @@ public:
     Q_INVOKABLE void join(const nimbarrow::DayEvent& event);
     /// Makes an event that starts in the quarter of an hour at this place.
     Q_INVOKABLE void createAt(double x);
+    [[nodiscard]] bool canShowRefusal() const;
     /// Asks for access where nobody has decided yet; else shows where that is decided.
     Q_INVOKABLE void requestAccess();
 

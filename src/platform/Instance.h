@@ -28,7 +28,7 @@ public:
     /// True when another copy runs; otherwise this one is the running copy until it ends.
     [[nodiscard]] virtual bool anotherIsRunning() = 0;
 
-    /// For a program that is not the running copy: asks the one that is, and waits a few seconds at most.
+    /// For a program that is not the running copy: asks the one that is, and waits 10 s at most.
     /// Needs no display. False when none has answered.
     [[nodiscard]] virtual bool ask(Request request) = 0;
 

@@ -19,6 +19,9 @@ public:
     /// settings and the like have elsewhere are given as they are; the adapter finds this desktop's own way.
     virtual void open(const QUrl& url) = 0;
 
+    /// Whether the link to the system's privacy settings opens anything here.
+    [[nodiscard]] virtual bool hasSettings() const { return true; }
+
     /// Shows files in their folders, in the desktop's file manager, together where it can. Fire and forget.
     virtual void reveal(const QList<QUrl>& files) = 0;
 

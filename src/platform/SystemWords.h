@@ -15,6 +15,8 @@ struct SystemWords {
     /// The program that holds the system's settings.
     QString settingsEnglish;
     QString settingsUkrainian;
+    /// What runs it, in English.
+    QString computer = QStringLiteral("Mac");
 };
 
 } // namespace nimbarrow

@@ -51,7 +51,7 @@ constexpr std::array table {
     Text { L10n::Key::Donate, u"☕ Buy me a coffee", u"☕ Підтримати" },
     Text { L10n::Key::HoursSuffix, u"h", u"год" },
     Text { L10n::Key::AllowSleep, u"Allow sleep", u"Дозволити сон" },
-    Text { L10n::Key::KeepAwake, u"Keep the Mac awake", u"Не давати ноуту спати" },
+    Text { L10n::Key::KeepAwake, u"Keep the {computer} awake", u"Не давати ноуту спати" },
     Text { L10n::Key::Clipboard, u"Clipboard", u"Буфер" },
     Text { L10n::Key::Clear, u"Clear", u"Очистити" },
     Text {
@@ -98,7 +98,7 @@ constexpr std::array table {
         u"No screen here has a camera notch. Nimbarrow can stand at the top of the screen %1 instead: "
         u"point there and it opens.",
         u"Жоден екран тут не має вирізу для камери. Nimbarrow може бути вгорі екрана %1: "
-        u"наведи туди вказівник, і він відкриється." },
+        u"наведи туди вказівник, і панель відкриється." },
     Text { L10n::Key::NoNotchShow, u"Show", u"Показувати" },
     Text { L10n::Key::NoNotchRefuse, u"Do not show", u"Не показувати" },
 };
@@ -178,6 +178,7 @@ QString L10n::text(Key key)
         .toString()
         .replace("{hotKey}"_L1, words().hotKey)
         .replace("{paste}"_L1, words().paste)
+        .replace("{computer}"_L1, words().computer)
         .replace("{programs}"_L1, words().programsFolder)
         .replace("{settings}"_L1, isUkrainian ? words().settingsUkrainian : words().settingsEnglish);
 }

@@ -72,22 +72,22 @@ class AccessibilityFlow(SettingsFlow):
 
     def reaches_the_surface_with_tab(self):
         """The owl's durations open under the key that asks for them, and give it back."""
-        self.focus("Keep the Mac awake")
+        self.focus("Keep the computer awake")
         self.desktop.key("Return")
         wait_until("the first duration under the key", lambda: self.focused() == ["1 h"], 5)
         self.desktop.key("Escape")
-        wait_until("the owl under the key again", lambda: self.focused() == ["Keep the Mac awake"], 5)
+        wait_until("the owl under the key again", lambda: self.focused() == ["Keep the computer awake"], 5)
         self.desktop.key("space")
         self.focus("∞")
         self.desktop.key("Down")
         wait_until("no duration to be pressed", lambda: "∞" not in self.reader.texts(), 5)
-        self.focus("Keep the Mac awake")
+        self.focus("Keep the computer awake")
         self.desktop.key("space")
         self.focus("∞")
         self.desktop.key("Return")
         wait_until("the owl, awake, under the key after the choice", lambda: self.focused() == ["Allow sleep"], 5)
         self.desktop.key("space")
-        wait_until("the owl asleep under the key", lambda: self.focused() == ["Keep the Mac awake"], 5)
+        wait_until("the owl asleep under the key", lambda: self.focused() == ["Keep the computer awake"], 5)
 
     def tells_settings(self, language):
         """What is in view at the beginning of the page and, then, at its end."""

@@ -61,7 +61,7 @@ class OwlFlow(Flow):
         time.sleep(0.4)
 
     def choose(self, what):
-        self.press("push button", "Keep the Mac awake")
+        self.press("push button", "Keep the computer awake")
         self.press("menu item", what)
 
     def keeps_awake(self, services):

@@ -62,12 +62,13 @@ private Q_SLOTS:
     {
         using enum L10n::Key;
         const SystemWords elsewhere { u"Super+Shift+V"_s, u"Control-V"_s, u"/usr"_s, u"Settings"_s,
-            u"Параметри"_s };
+            u"Параметри"_s, u"computer"_s };
         const SystemWords home { u"⌘⇧V"_s, u"Command-V"_s, u"/Applications"_s, u"System Settings"_s,
             u"Системні параметри"_s };
         QCOMPARE(L10n::text(HotKey), u"⌘⇧V hot key"_s);
         L10n::setSystemWords(elsewhere);
         QCOMPARE(L10n::text(HotKey), u"Super+Shift+V hot key"_s);
+        QCOMPARE(L10n::text(KeepAwake), u"Keep the computer awake"_s);
         QCOMPARE(L10n::text(OutsideApplicationsHint), u"Not running from /usr: login will open this copy"_s);
         L10n::setCurrent(L10n::Ukrainian);
         QCOMPARE(L10n::text(OpenSystemSettings), u"Відкрити Параметри"_s);

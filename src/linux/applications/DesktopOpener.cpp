@@ -80,12 +80,14 @@ void DesktopOpener::open(const QUrl& url)
     // Without a scheme it could be read as an option.
     if (!url.isValid() || url.isRelative())
         return;
-    if (url.scheme() == "x-apple.systempreferences"_L1)
-        openSettings(url.query().contains("Calendar"_L1));
-    else if (const auto event = EventIdentifier::ofLink(url))
+    if (url.scheme() == "x-apple.systempreferences"_L1) {
+        if (const auto command = settingsCommand(url.query().contains("Calendar"_L1)); !command.isEmpty())
+            start(command.first(), command.mid(1));
+    } else if (const auto event = EventIdentifier::ofLink(url)) {
         openEvent(*event);
-    else
+    } else {
         openByDefault(url);
+    }
 }
 
 void DesktopOpener::openByDefault(const QUrl& url)
@@ -161,7 +163,7 @@ void DesktopOpener::openEvent(const EventIdentifier& event)
     Q_EMIT failed({});
 }
 
-void DesktopOpener::openSettings(bool aboutCalendars) const
+QStringList DesktopOpener::settingsCommand(bool aboutCalendars) const
 {
     const auto desktops = m_inherited.environment.value(u"XDG_CURRENT_DESKTOP"_s).split(u':');
     // Most of these refuse to run on another desktop than theirs.
@@ -170,11 +172,10 @@ void DesktopOpener::openSettings(bool aboutCalendars) const
             continue;
         if (const auto path = program(settings.name); !path.isEmpty()) {
             const auto page = aboutCalendars ? settings.calendars : settings.privacy;
-            start(path, page.isEmpty() ? QStringList() : QStringList { page });
-            return;
+            return page.isEmpty() ? QStringList { path } : QStringList { path, page };
         }
     }
-    qCInfo(opening, "This desktop has no settings program that is known");
+    return {};
 }
 
 void DesktopOpener::reveal(const QList<QUrl>& files)

@@ -27,6 +27,7 @@ public:
     ~DesktopOpener() override;
 
     void open(const QUrl& url) override;
+    [[nodiscard]] bool hasSettings() const override { return !settingsCommand(false).isEmpty(); }
     void reveal(const QList<QUrl>& files) override;
 
 private:
@@ -34,7 +35,8 @@ private:
     /// By the first of these command lines that does it.
     void openByFirst(QList<QStringList> commands, const QUrl& url);
     void openEvent(const EventIdentifier& event);
-    void openSettings(bool aboutCalendars) const;
+    /// What shows this desktop's settings; empty where nothing does.
+    [[nodiscard]] QStringList settingsCommand(bool aboutCalendars) const;
 
     /// The path of an installed program; empty where there is none.
     [[nodiscard]] QString program(const QString& name) const;

@@ -33,6 +33,8 @@ const QString toggleAction = u"toggle"_s;
 const QString quitAction = u"quit"_s;
 
 constexpr int patience = 2000; // ms
+/// A copy that is still starting takes its time.
+constexpr int patienceWithCopy = 10'000; // ms
 
 QDBusMessage callFor(Instance::Request request)
 {
@@ -82,7 +84,7 @@ bool BusInstance::ask(Request request)
     // A copy that has just been started has its data before it has its name.
     const QDeadlineTimer deadline(m_anotherIsRunning.value_or(false) ? 3s : 0s);
     for (;;) {
-        const QDBusError error(bus->call(callFor(request), QDBus::Block, patience));
+        const QDBusError error(bus->call(callFor(request), QDBus::Block, patienceWithCopy));
         if (error.type() != QDBusError::ServiceUnknown || deadline.hasExpired())
             return !error.isValid();
         QThread::msleep(50);

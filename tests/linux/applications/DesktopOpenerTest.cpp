@@ -230,6 +230,8 @@ private Q_SLOTS:
         install(u"xdg-open"_s);
 
         DesktopOpener opener(m_state, {});
+        if (link.startsWith("x-apple"_L1))
+            QCOMPARE(opener.hasSettings(), !expected.isEmpty());
         opener.open(QUrl(link));
         // Where nothing is to start, what does start behind it ends the wait.
         if (expected.isEmpty()) {
