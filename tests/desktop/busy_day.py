@@ -7,7 +7,7 @@ import socket
 import time
 
 from day_test import calendar, DayFlow, event, STRIP
-from desktop import gradient_png, NOTCH_MIDDLE, StageMissed, wait_until
+from desktop import gradient_png, NOTCH_MIDDLE, StageMissed
 from flow import BELOW_THE_SURFACE, CLIPBOARD_LEFT, FIRST_ROW_Y, STRIP_Y
 from player_test import Player
 from settings_test import GEAR, LANGUAGE_Y, PICKER_LEFT, SettingsFlow, WHEEL_DOWN

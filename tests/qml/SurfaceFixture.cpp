@@ -8,7 +8,6 @@
 #include <QBuffer>
 #include <QImage>
 #include <QQmlEngine>
-#include <QQmlProperty>
 #include <QTest>
 
 using namespace Qt::StringLiterals;

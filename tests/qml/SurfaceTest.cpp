@@ -615,18 +615,18 @@ private Q_SLOTS:
         m_surface->state.setDropTargeted(true);
         m_surface->settle();
         QStringList seen;
-        const auto look = [&] {
+        const auto addLines = [&] {
             for (const auto* const line : m_surface->findAll("Line")) {
                 seen << line->property("text").toString();
                 QVERIFY2(!line->property("truncated").toBool(), qPrintable(seen.constLast()));
             }
         };
-        look();
+        addLines();
         m_surface->state.setDropTargeted(false);
         showTexts({ u"file"_s });
         m_surface->handoff.share(m_surface->store().items().first().id);
         m_surface->settle();
-        look();
+        addLines();
         for (const auto key : { L10n::Key::ClipboardEmpty, L10n::Key::DropHere, L10n::Key::ShareOpenWith })
             QVERIFY(seen.contains(L10n::text(key)));
     }

@@ -4,7 +4,6 @@
 
 #include <QList>
 #include <QPointer>
-#include <QStringList>
 
 #include <utility>
 
@@ -13,8 +12,14 @@ namespace nimbarrow {
 /// Work queues whose work runs on the test's thread, when the test says so and in the order it was handed in.
 class ManualQueues final : public WorkQueues {
 public:
-    [[nodiscard]] std::unique_ptr<WorkQueue> serial(const QString& label) override { return make(label); }
-    [[nodiscard]] std::unique_ptr<WorkQueue> concurrent(const QString& label) override { return make(label); }
+    [[nodiscard]] std::unique_ptr<WorkQueue> serial(const QString& /*label*/) override
+    {
+        return std::make_unique<Queue>(*this);
+    }
+    [[nodiscard]] std::unique_ptr<WorkQueue> concurrent(const QString& /*label*/) override
+    {
+        return std::make_unique<Queue>(*this);
+    }
 
     /// Runs one piece of work and hands its answer back. False when there was none.
     bool runNext()
@@ -55,7 +60,6 @@ public:
 
     [[nodiscard]] qsizetype waiting() const { return m_jobs->size(); }
     [[nodiscard]] qsizetype answersWaiting() const { return m_answers.size(); }
-    [[nodiscard]] const QStringList& labels() const { return m_labels; }
 
 private:
     struct Job {
@@ -101,15 +105,8 @@ private:
         std::shared_ptr<Jobs> m_jobs;
     };
 
-    std::unique_ptr<WorkQueue> make(const QString& label)
-    {
-        m_labels << label;
-        return std::make_unique<Queue>(*this);
-    }
-
     std::shared_ptr<Jobs> m_jobs = std::make_shared<Jobs>();
     Jobs m_answers;
-    QStringList m_labels;
 };
 
 } // namespace nimbarrow

@@ -29,7 +29,7 @@ public:
         process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         QObject::connect(&process, &QProcess::readyRead, &process, [this] {
             while (process.canReadLine())
-                hear(decodeMessage(process.readLine().chopped(1)).value());
+                messageReceived(decodeMessage(process.readLine().chopped(1)).value());
         });
         process.start(QStringLiteral(NIMBARROW_MEDIA_ADAPTER), QStringList());
     }
@@ -55,7 +55,7 @@ public:
     int artworkLines = 0;
 
 private:
-    void hear(const MediaMessage& message)
+    void messageReceived(const MediaMessage& message)
     {
         ready = ready || std::holds_alternative<MediaReady>(message);
         if (const auto* const artwork = std::get_if<MediaArtwork>(&message)) {

@@ -117,28 +117,22 @@ private Q_SLOTS:
         QVERIFY(!readPosition({}));
     }
 
-    void onlyRealTrackPathsTakeAPosition_data()
-    {
-        QTest::addColumn<QVariant>("id");
-        QTest::addColumn<bool>("takes");
-        QTest::addColumn<bool>("names");
-        const auto path = [](const QString& text) { return QVariant::fromValue(QDBusObjectPath(text)); };
-        QTest::newRow("path") << path(u"/org/mpris/MediaPlayer2/Track/1"_s) << true << true;
-        QTest::newRow("zero") << path(u"/0"_s) << false << true;
-        QTest::newRow("root") << path(u"/"_s) << false << false;
-        QTest::newRow("no track") << path(u"/org/mpris/MediaPlayer2/TrackList/NoTrack"_s) << false << false;
-        QTest::newRow("text") << QVariant(u"/a/track"_s) << false << true;
-        QTest::newRow("none") << QVariant() << false << false;
-    }
-
     void onlyRealTrackPathsTakeAPosition()
     {
-        QFETCH(QVariant, id);
-        QFETCH(bool, takes);
-        QFETCH(bool, names);
-        const auto reading = readPlayer(playing({ { u"mpris:trackid"_s, id } }));
-        QCOMPARE(!reading.trackPath.isEmpty(), takes);
-        QCOMPARE(!reading.state.trackID.isEmpty(), names);
+        const auto path = [](const QString& text) { return QVariant::fromValue(QDBusObjectPath(text)); };
+        const struct {
+            QVariant id;
+            bool takes;
+            bool names;
+        } rows[] = { { path(u"/org/mpris/MediaPlayer2/Track/1"_s), true, true },
+            { path(u"/0"_s), false, true }, { path(u"/"_s), false, false },
+            { path(u"/org/mpris/MediaPlayer2/TrackList/NoTrack"_s), false, false },
+            { u"/a/track"_s, false, true }, { {}, false, false } };
+        for (const auto& row : rows) {
+            const auto reading = readPlayer(playing({ { u"mpris:trackid"_s, row.id } }));
+            QCOMPARE(!reading.trackPath.isEmpty(), row.takes);
+            QCOMPARE(!reading.state.trackID.isEmpty(), row.names);
+        }
     }
 
     void aStateTellsWhereTheTrackIsLater()
