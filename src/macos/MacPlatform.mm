@@ -89,7 +89,8 @@ Platform makePlatform()
         = std::make_unique<MacAdapterCommand>(bundleplace::resources(QCoreApplication::applicationDirPath()));
     platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
     platform.musicApp = std::make_unique<MacMusicApp>();
-    platform.words = { u"⌘⇧V"_s, u"/Applications"_s, u"System Settings"_s, u"Системні параметри"_s };
+    platform.words
+        = { u"⌘⇧V"_s, u"Command-V"_s, u"/Applications"_s, u"System Settings"_s, u"Системні параметри"_s };
     platform.returnFreeMemory = [] { malloc_zone_pressure_relief(nullptr, 0); };
     platform.adoptPanel = [](QQuickWindow& window) { return std::make_unique<MacPanelWindow>(window); };
     return platform;
