@@ -135,6 +135,13 @@ class WaylandDesktop(Desktop):
     def swaymsg(self, *words):
         return self.call(["swaymsg", "-s", self.environment["SWAYSOCK"], *words]).decode()
 
+    def lockers_are_surfaces(self):
+        """Whether a locker is one more surface of the compositor, and no session lock."""
+        if self.compositor_name != "sway":
+            return False
+        version = self.call(["sway", "--version"]).decode().split()[2]
+        return tuple(int(part) for part in version.split("-")[0].split(".")[:2]) < (1, 8)
+
     def kill_server(self):
         self.compositor_process.kill()
 

@@ -199,6 +199,12 @@ def play(desktop):
         flow.keeps_awake()
     # Over the whole screen, and below the panel.
     other = OtherProgram(desktop)
+    if desktop.lockers_are_surfaces():
+        # There the panel gives way to what fills the screen, so that it gives way to a locker.
+        if flow.is_at_rest():
+            raise StageMissed("a window that fills the screen above the notch")
+        desktop.swaymsg("fullscreen", "disable")
+        wait_until("the notch above a window", flow.is_at_rest)
     if not flow.is_at_rest():
         raise StageMissed("the notch above a window that fills the screen")
     flow.hovers()
@@ -220,8 +226,26 @@ def play_in_x_server(desktop):
     reached("a start in the compositor's X server")
 
 
+def play_locked(desktop):
+    """Nothing of the panel is to be seen above a locker, not even when it is asked to open."""
+    flow = PanelFlow(desktop)
+    flow.starts()
+    desktop.copy("not for other eyes")
+    desktop.spawn(["swaylock", "--color", "204020", "--no-unlock-indicator"])
+    wait_until("a locker", lambda: desktop.pixel(100, 600) == (0x20, 0x40, 0x20), 20)
+    places = [(int(flow.middle), 4), (int(flow.middle) - 210, 200), (int(flow.middle) + 150, 4)]
+    for _ in range(2):
+        time.sleep(0.8)
+        if any(desktop.pixel(*place) != (0x20, 0x40, 0x20) for place in places):
+            raise StageMissed("a locker above the panel")
+        flow.toggles()
+    reached("a locked session")
+
+
 def main(program, peers):
     if run_wayland_test(program, peers, play_in_x_server, xwayland=True, settings={"language": "en"}):
+        return 1
+    if run_wayland_test(program, peers, play_locked, settings={"language": "en"}):
         return 1
     for compositor, scale in (("sway", 1), ("sway", 1.5), ("kwin", 1)):
         reached(f"{compositor} at {scale}")

@@ -61,6 +61,19 @@ void LayerShellPanelWindow::Destroy::operator()(zwlr_layer_surface_v1* layer) co
     zwlr_layer_surface_v1_destroy(layer);
 }
 
+namespace {
+
+/// Lockers that know no better stand in the highest layer too, and the compositor draws what came first above
+/// what came later: there the panel stays one layer below, and so below windows that fill the screen.
+zwlr_layer_shell_v1_layer safeLayer(const WaylandRegistry& registry)
+{
+    const bool lockersAreSurfaces = registry.version("zwlr_input_inhibit_manager_v1") > 0
+        && registry.version("ext_session_lock_manager_v1") == 0;
+    return lockersAreSurfaces ? ZWLR_LAYER_SHELL_V1_LAYER_TOP : ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY;
+}
+
+} // namespace
+
 LayerShellPanelWindow::LayerShellPanelWindow(QQuickWindow& window, WaylandPointer& pointer)
     : m_window(window)
     , m_pointer(pointer)
@@ -142,7 +155,7 @@ void LayerShellPanelWindow::map()
     m_window.create();
     auto* const surface = wayland::surface(m_window);
     m_layer.reset(zwlr_layer_shell_v1_get_layer_surface(
-        m_shell.get(), surface, output, ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "nimbarrow"));
+        m_shell.get(), surface, output, safeLayer(WaylandRegistry(wayland::qtDisplay())), "nimbarrow"));
     zwlr_layer_surface_v1_add_listener(m_layer.get(), &listener, this);
     zwlr_layer_surface_v1_set_anchor(
         m_layer.get(), ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT);
