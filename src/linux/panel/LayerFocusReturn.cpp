@@ -36,9 +36,12 @@ std::unique_ptr<LayerFocusReturn> LayerFocusReturn::forKWin()
     auto* const display = wl_display_connect(nullptr);
     if (!display)
         return nullptr;
-    const WaylandRegistry registry(display);
-    if (registry.version("org_kde_plasma_shell") != 0)
-        return std::unique_ptr<LayerFocusReturn>(new LayerFocusReturn(display, registry));
+    // The registry goes before its connection.
+    {
+        const WaylandRegistry registry(display);
+        if (registry.version("org_kde_plasma_shell") != 0)
+            return std::unique_ptr<LayerFocusReturn>(new LayerFocusReturn(display, registry));
+    }
     wl_display_disconnect(display);
     return nullptr;
 }
