@@ -7,9 +7,29 @@ import time
 
 from desktop import reached, StageMissed, wait_until
 from wayland import run_wayland_test
-from wayland_panel_test import PanelFlow, Terminal
+from wayland_panel_test import PanelFlow
 
 CONTROL, SHIFT, META, ALT, S, V, RETURN, DOWN = 29, 42, 125, 56, 31, 47, 28, 108
+
+
+class Terminal:
+    """A terminal over the whole screen that writes down what arrives in it."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self.typed = desktop.home / "typed"
+        self.typed.write_text("")
+        before = desktop.pixel(100, 600)
+        desktop.spawn(["foot", "-F", "sh", "-c", f"stty raw -echo; exec cat > '{self.typed}'"])
+        wait_until("a terminal", lambda: desktop.pixel(100, 600) != before)
+        time.sleep(0.5)
+
+    def text(self):
+        return self.typed.read_text()
+
+    def types(self, text):
+        self.desktop.type(text)
+        wait_until(f"{text!r} in the terminal", lambda: self.text().endswith(text))
 
 
 def copies(desktop, *texts):
@@ -22,6 +42,8 @@ def play_on_sway(desktop):
     flow = PanelFlow(desktop)
     flow.starts()
     terminal = Terminal(desktop)
+    if desktop.lockers_are_surfaces():
+        desktop.swaymsg("fullscreen", "disable")
     copies(desktop, "older", "newer")
     source = desktop.history()[0].get("sourceApp")
     if source != "Foot":

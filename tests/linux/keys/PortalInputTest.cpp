@@ -77,6 +77,8 @@ public:
             QString id;
             QVariantMap facts;
             shortcuts >> id >> facts;
+            shortcuts.endStructure();
+            shortcuts.endArray();
             asked << QStringList { id, facts.value(u"description"_s).toString(),
                 facts.value(u"preferred_trigger"_s).toString() }
                          .join(u'|');

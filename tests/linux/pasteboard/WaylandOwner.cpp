@@ -29,10 +29,11 @@ WaylandOwner::WaylandOwner(const QByteArray& display)
     : m_display(wl_display_connect(display.constData()))
 {
     static constexpr zwlr_data_control_device_v1_listener listener {
-        [](void*, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1* offer) {
-            zwlr_data_control_offer_v1_destroy(offer);
-        },
         [](void*, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1*) {},
+        [](void*, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1* offer) {
+            if (offer)
+                zwlr_data_control_offer_v1_destroy(offer);
+        },
         [](void*, zwlr_data_control_device_v1*) {},
         [](void*, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1*) {},
     };
@@ -50,6 +51,10 @@ WaylandOwner::~WaylandOwner()
         m_thread.join();
     for (const int file : std::as_const(m_open))
         ::close(file);
+    // Offers that nobody has looked at yet.
+    wl_display_roundtrip(m_display);
+    if (m_source)
+        zwlr_data_control_source_v1_destroy(m_source);
     zwlr_data_control_device_v1_destroy(m_device);
     m_control.reset();
     wl_seat_destroy(m_seat);
@@ -80,9 +85,15 @@ void WaylandOwner::claim()
         [](void* self, zwlr_data_control_source_v1*, const char* type, int32_t file) {
             static_cast<WaylandOwner*>(self)->send(type, file);
         },
-        [](void*, zwlr_data_control_source_v1* source) { zwlr_data_control_source_v1_destroy(source); },
+        [](void* self, zwlr_data_control_source_v1* source) {
+            auto& current = static_cast<WaylandOwner*>(self)->m_source;
+            zwlr_data_control_source_v1_destroy(source);
+            if (current == source)
+                current = nullptr;
+        },
     };
     auto* const source = m_control->createSource();
+    m_source = source;
     zwlr_data_control_source_v1_add_listener(source, &listener, this);
     for (const auto& [type, bytes] : std::as_const(m_offer))
         zwlr_data_control_source_v1_offer(source, type.constData());

@@ -33,6 +33,8 @@ private:
     wl_seat* m_seat = nullptr;
     std::unique_ptr<WaylandDataControl> m_control;
     zwlr_data_control_device_v1* m_device = nullptr;
+    /// What stands on the clipboard; null when another program's does.
+    zwlr_data_control_source_v1* m_source = nullptr;
     Offer m_offer;
     QList<QByteArray> m_texts;
     Manner m_manner = Manner::Polite;
