@@ -19,6 +19,13 @@ for first, letters in ((16, "qwertyuiop"), (30, "asdfghjkl"), (44, "zxcvbnm")):
     KEYS |= {letter: first + index for index, letter in enumerate(letters)}
 
 
+def known_compositors():
+    """KWin 6 gives the tests no pictures yet, and has not been seen to tell which program is in front."""
+    # Its program does not run everywhere, not even for its version.
+    version = subprocess.run(["dpkg-query", "-W", "-f=${Version}", "kwin-wayland"], capture_output=True, text=True).stdout
+    return ["sway", "kwin"] if ":5." in version else ["sway"]
+
+
 class WaylandDesktop(Desktop):
     """`with WaylandDesktop(program, peers) as desktop:` as on an X server. Points are those of the output, whose upper
     left corner they count from."""
@@ -33,6 +40,8 @@ class WaylandDesktop(Desktop):
         # Only the compositor's user has to get there.
         self.home.chmod(0o711)
         self.place = (0, 0)
+        # Qt's words on a keyboard that nobody has typed on yet, and on the time without an output.
+        self.usual_log += ["unknown keymap format: 0", "There are no outputs"]
 
     def declare_notch(self):
         super().declare_notch()

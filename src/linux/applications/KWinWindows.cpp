@@ -31,7 +31,7 @@ function id(window) {
     return window ? String(window.internalId) : "";
 }
 function opened(window) {
-    tell("opened", id(window), String(window.desktopFileName), String(window.resourceClass), window.pid);
+    tell("opened", id(window), String(window.desktopFileName), String(window.resourceClass), String(window.pid));
 }
 let last = "";
 function activated(window) {
@@ -118,10 +118,10 @@ bool KWinWindows::isFromKWin() const
     return !m_kwin.isEmpty() && message().service() == m_kwin;
 }
 
-void KWinWindows::opened(const QString& id, const QString& desktopFile, const QString& windowClass, int pid)
+void KWinWindows::opened(const QString& id, const QString& desktopFile, const QString& windowClass, const QString& pid)
 {
     if (isFromKWin())
-        m_windows << Window { ++m_lastNumber, id, desktopFile, windowClass, pid };
+        m_windows << Window { ++m_lastNumber, id, desktopFile, windowClass, pid.toInt() };
 }
 
 void KWinWindows::closed(const QString& id)

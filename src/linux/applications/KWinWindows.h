@@ -27,7 +27,8 @@ public:
     void activate(const RunningApplication& application) override;
 
     /// For the script alone. `id` is empty where no window is in front.
-    Q_SCRIPTABLE void opened(const QString& id, const QString& desktopFile, const QString& windowClass, int pid);
+    Q_SCRIPTABLE void opened(
+        const QString& id, const QString& desktopFile, const QString& windowClass, const QString& pid);
     Q_SCRIPTABLE void closed(const QString& id);
     Q_SCRIPTABLE void activated(const QString& id);
 
