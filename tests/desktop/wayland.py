@@ -40,8 +40,9 @@ class WaylandDesktop(Desktop):
         # Only the compositor's user has to get there.
         self.home.chmod(0o711)
         self.place = (0, 0)
-        # Qt's words on a keyboard that nobody has typed on yet, and on the time without an output.
-        self.usual_log += ["unknown keymap format: 0", "There are no outputs"]
+        # Qt's words on a keyboard that nobody has typed on yet, on the time without an output, and on a scale that it
+        # learns when the window stands.
+        self.usual_log += ["unknown keymap format: 0", "There are no outputs", "cached device pixel ratio value was stale"]
 
     def declare_notch(self):
         super().declare_notch()

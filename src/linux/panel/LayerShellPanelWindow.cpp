@@ -9,8 +9,10 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLibraryInfo>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QVersionNumber>
 
 #include <algorithm>
 #include <cstdlib>
@@ -136,7 +138,7 @@ void LayerShellPanelWindow::map()
     static constexpr zwlr_layer_surface_v1_listener listener {
         [](void* self, zwlr_layer_surface_v1* layer, uint32_t serial, uint32_t, uint32_t) {
             zwlr_layer_surface_v1_ack_configure(layer, serial);
-            static_cast<LayerShellPanelWindow*>(self)->m_window.show();
+            static_cast<LayerShellPanelWindow*>(self)->show();
         },
         [](void* self, zwlr_layer_surface_v1*) {
             // The output has gone. Not from inside an event of what is destroyed.
@@ -164,6 +166,18 @@ void LayerShellPanelWindow::map()
     place();
     wl_surface_commit(surface);
     wl_display_flush(wayland::qtDisplay());
+}
+
+void LayerShellPanelWindow::show()
+{
+    m_window.show();
+    // Only now Qt asks for a scale between two whole ones, and its buffers then count as they are. By then it
+    // may have believed the whole one that the compositor has told, and such buffers would end the
+    // connection.
+    const WaylandRegistry registry(wayland::qtDisplay());
+    if (QLibraryInfo::version() >= QVersionNumber(6, 5) && registry.version("wp_viewporter") > 0
+        && registry.version("wp_fractional_scale_manager_v1") > 0)
+        wl_surface_set_buffer_scale(wayland::surface(m_window), 1);
 }
 
 void LayerShellPanelWindow::unmap()

@@ -51,6 +51,7 @@ private:
 
     /// Gives the window a surface in the layer; it is shown as soon as the compositor agrees.
     void map();
+    void show();
     /// The window has no surface after that.
     void unmap();
     void mapAnew();
