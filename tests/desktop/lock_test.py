@@ -9,7 +9,7 @@ from desktop import reached, run_test, StageMissed, wait_until, NOTCH_MIDDLE
 from flow import BELOW_THE_SURFACE, Flow
 
 # How each is started, and its colour where it is always the same: above the compositing manager it depends on who draws
-# first, but it is one colour all over.
+# first, and may be its complaint about that, black words on white.
 LOCKERS = {
     "i3lock": (["i3lock", "--nofork", "--color=306030"], (0x30, 0x60, 0x30)),
     "xsecurelock": (["env", "XSECURELOCK_NO_COMPOSITE=1", "xsecurelock"], (0, 0, 0)),
@@ -41,7 +41,10 @@ class LockFlow(Flow):
         left, top, width, height = TOP
         colours = self.desktop.call(["import", "-window", "root", "-crop", f"{width}x{height}+{left}+{top}",
                                      "-format", "%k", "info:-"])
-        return colours.strip() == b"1" and self.colour in (None, self.desktop.pixel(left, top))
+        if colours.strip() == b"1":
+            return self.colour in (None, self.desktop.pixel(left, top))
+        # The panel is black all over the notch.
+        return self.colour is None and self.desktop.brightest(NOTCH_MIDDLE, 4, 28) > 8
 
     def stays_covered(self, what):
         """For as long as a notice or an opening would take to be seen."""
