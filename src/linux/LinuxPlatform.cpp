@@ -168,8 +168,8 @@ Platform makePlatform()
     platform.calendarStore = makeCalendarStore(*platform.userDefaults, *platform.locations);
     platform.opener = std::make_unique<DesktopOpener>(inheritedState(), liveSessionBus());
     platform.scripting = std::make_unique<NoScripting>();
-    platform.words = { u"Super+Shift+V"_s, u"Control-V"_s, u"/usr"_s, u"Settings"_s, u"Параметри"_s,
-        u"computer"_s };
+    platform.words
+        = { u"Super+Shift+V"_s, u"Control-V"_s, u"/usr"_s, u"Settings"_s, u"Параметри"_s, u"computer"_s };
     platform.returnFreeMemory = [] { ::malloc_trim(0); };
     platform.folderEvents = std::make_unique<InotifyFolderEvents>();
     platform.screenshotFolder = std::make_unique<DesktopScreenshotFolder>();

@@ -117,7 +117,8 @@ static_assert(table.size() == static_cast<std::size_t>(L10n::Key::NoNotchRefuse)
 
 SystemWords& words()
 {
-    static SystemWords words { u"⌘⇧V"_s, u"Command-V"_s, u"/Applications"_s, u"System Settings"_s, u"Системні параметри"_s };
+    static SystemWords words { u"⌘⇧V"_s, u"Command-V"_s, u"/Applications"_s, u"System Settings"_s,
+        u"Системні параметри"_s };
     return words;
 }
 

@@ -118,7 +118,8 @@ bool KWinWindows::isFromKWin() const
     return !m_kwin.isEmpty() && message().service() == m_kwin;
 }
 
-void KWinWindows::opened(const QString& id, const QString& desktopFile, const QString& windowClass, const QString& pid)
+void KWinWindows::opened(
+    const QString& id, const QString& desktopFile, const QString& windowClass, const QString& pid)
 {
     if (isFromKWin())
         m_windows << Window { ++m_lastNumber, id, desktopFile, windowClass, pid.toInt() };

@@ -14,8 +14,8 @@ class DesktopApplications;
 /// Types as KWin's own keyboard. KWin offers that only to a program whose installed desktop file asks for it.
 class FakeInputKeystrokes final : public Keystrokes {
 public:
-    /// Waits for one answer of the compositor. The connection's events are read on this thread. `applications`
-    /// tells what is in front; both live longer.
+    /// Waits for one answer of the compositor. The connection's events are read on this thread.
+    /// `applications` tells what is in front; both live longer.
     FakeInputKeystrokes(wl_display* display, const DesktopApplications& applications);
     ~FakeInputKeystrokes() override;
 

@@ -26,8 +26,7 @@ constexpr uint byDefault = 8;
 
 QDBusMessage question(const QString& method)
 {
-    return QDBusMessage::createMethodCall(
-        service, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel"_s, method);
+    return QDBusMessage::createMethodCall(service, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel"_s, method);
 }
 
 } // namespace

@@ -9,8 +9,8 @@
 
 namespace nimbarrow {
 
-/// The hot key as an action among KDE's shortcuts, where people see it and may give it other keys: those count
-/// then, not the ones that are registered here.
+/// The hot key as an action among KDE's shortcuts, where people see it and may give it other keys: those
+/// count then, not the ones that are registered here.
 class GlobalAccelHotKeys final : public HotKeys {
 public:
     /// `description` is what the action is called in the system's settings.
