@@ -20,7 +20,7 @@ for first, letters in ((16, "qwertyuiop"), (30, "asdfghjkl"), (44, "zxcvbnm")):
 
 
 def known_compositors():
-    """KWin 6 gives the tests no pictures yet, and has not been seen to tell which program is in front."""
+    """Without KWin 6: it gives the tests no pictures yet and, a known fault, does not tell which program is in front."""
     # Its program does not run everywhere, not even for its version.
     version = subprocess.run(["dpkg-query", "-W", "-f=${Version}", "kwin-wayland"], capture_output=True, text=True).stdout
     return ["sway", "kwin"] if ":5." in version else ["sway"]

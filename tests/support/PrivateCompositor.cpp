@@ -1,5 +1,7 @@
 #include "support/PrivateCompositor.h"
 
+#include "support/RunProgram.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <QStandardPaths>
@@ -111,17 +113,7 @@ QProcessEnvironment PrivateCompositor::environment() const
 QByteArray PrivateCompositor::run(
     const QString& program, const QStringList& arguments, const QByteArray& input) const
 {
-    QProcess process;
-    process.setProcessEnvironment(environment());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    // A clipboard tool stays in the background and would keep the pipe open.
-    if (!input.isNull())
-        process.setStandardOutputFile(QProcess::nullDevice());
-    process.start(program, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    process.waitForFinished(patience);
-    return input.isNull() ? process.readAllStandardOutput() : QByteArray();
+    return runProgram(environment(), program, arguments, input, patience);
 }
 
 } // namespace nimbarrow

@@ -1,5 +1,7 @@
 #include "support/PrivateXServer.h"
 
+#include "support/RunProgram.h"
+
 #include <QProcessEnvironment>
 
 #include <csignal>
@@ -43,19 +45,9 @@ void PrivateXServer::kill()
 QByteArray PrivateXServer::run(
     const QString& program, const QStringList& arguments, const QByteArray& input) const
 {
-    QProcess process;
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"DISPLAY"_s, QString::fromLatin1(m_displayName));
-    process.setProcessEnvironment(environment);
-    process.setStandardErrorFile(QProcess::nullDevice());
-    // A clipboard tool stays in the background and would keep the pipe open.
-    if (!input.isNull())
-        process.setStandardOutputFile(QProcess::nullDevice());
-    process.start(program, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    process.waitForFinished(patience);
-    return input.isNull() ? process.readAllStandardOutput() : QByteArray();
+    return runProgram(environment, program, arguments, input, patience);
 }
 
 } // namespace nimbarrow
