@@ -124,6 +124,8 @@ private Q_SLOTS:
         type({ KeyControl, KeyAlt, KeyV });
         QTRY_COMPARE(fired, 2);
         registered.reset();
+        // The question returns after the end of the registration has arrived.
+        QCOMPARE(keys(u"shortcut"_s), QList<int> { controlAltV });
         type({ KeyControl, KeyAlt, KeyV });
         registered = registerKey();
         QCOMPARE(keys(u"shortcut"_s), QList<int> { controlAltV });
@@ -179,13 +181,14 @@ private:
         return qdbus_cast<QList<int>>(ask(method, { id() }).arguments().value(0));
     }
 
+    // Returns when the compositor has dealt with the keys.
     void type(const QList<unsigned>& codes) const
     {
         for (const auto code : codes)
             org_kde_kwin_fake_input_keyboard_key(m_user, code, 1);
         for (const auto code : codes)
             org_kde_kwin_fake_input_keyboard_key(m_user, code, 0);
-        wl_display_flush(m_display);
+        wl_display_roundtrip(m_display);
     }
 
     QDBusConnection m_bus = QDBusConnection::sessionBus();
