@@ -54,18 +54,7 @@ Item {
         }
     }
 
-    EdgeFade {
-        beyond: scroller.contentX
-        edge: Qt.LeftEdge
-        height: parent.height
-        width: Theme.fadeLength
-    }
-
-    EdgeFade {
-        anchors.right: parent.right
-        beyond: scroller.contentWidth - scroller.contentX - scroller.width
-        edge: Qt.RightEdge
-        height: parent.height
-        width: Theme.fadeLength
+    EdgeFades {
+        flickable: scroller
     }
 }

@@ -108,4 +108,8 @@ Item {
             }
         }
     }
+
+    EdgeFades {
+        flickable: scroller
+    }
 }

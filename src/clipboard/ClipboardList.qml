@@ -37,17 +37,7 @@ Item {
         }
     }
 
-    EdgeFade {
-        beyond: list.contentY - list.originY
-        edge: Qt.TopEdge
-        height: Theme.fadeLength / 2
-        width: root.width
-    }
-
-    EdgeFade {
-        anchors.bottom: parent.bottom
-        beyond: list.contentHeight + list.originY - list.contentY - list.height
-        height: Theme.fadeLength
-        width: root.width
+    EdgeFades {
+        flickable: list
     }
 }

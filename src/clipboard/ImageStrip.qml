@@ -79,21 +79,7 @@ Item {
         }
     }
 
-    EdgeFade {
-        anchors.left: list.left
-        beyond: list.contentX - list.originX
-        edge: Qt.LeftEdge
-        height: list.height
-        width: Theme.fadeLength
-        y: list.y
-    }
-
-    EdgeFade {
-        anchors.right: list.right
-        beyond: list.contentWidth + list.originX - list.contentX - list.width
-        edge: Qt.RightEdge
-        height: list.height
-        width: Theme.fadeLength
-        y: list.y
+    EdgeFades {
+        flickable: list
     }
 }

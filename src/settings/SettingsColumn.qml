@@ -145,21 +145,8 @@ Item {
         }
     }
 
-    EdgeFade {
-        anchors.left: page.left
-        anchors.right: page.right
-        anchors.top: page.top
-        beyond: page.contentY
-        edge: Qt.TopEdge
-        height: Theme.fadeLength / 2
-    }
-
-    EdgeFade {
-        anchors.bottom: page.bottom
-        anchors.left: page.left
-        anchors.right: page.right
-        beyond: page.contentHeight - page.contentY - page.height
-        height: Theme.fadeLength
+    EdgeFades {
+        flickable: page
     }
 
     // How much of the page is in view, beside it.
