@@ -95,7 +95,9 @@ class Desktop:
         self.services = services
         self.scale = scale
         self.processes = []
-        self.usual_log = ["did finish launching", "adapter launched", "adapter ready"]
+        # The last is Qt's word about somebody who asked for a view that has gone meanwhile.
+        self.usual_log = ["did finish launching", "adapter launched", "adapter ready",
+                          "Could not find accessible on path"]
         self.nimbarrow = None
         self.home = pathlib.Path(tempfile.mkdtemp(prefix="nimbarrow-desktop-"))
         self.environment = {
