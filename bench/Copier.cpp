@@ -1,5 +1,7 @@
 // A program that stays, so that no process start is measured. Copies what each line of its standard input
 // says: "text WORDS" or "png PATH".
+#include "linux/pasteboard/WaylandPasteboard.h"
+
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
@@ -7,6 +9,7 @@
 #include <QSocketNotifier>
 
 #include <iostream>
+#include <memory>
 #include <string>
 #include <unistd.h>
 
@@ -14,19 +17,35 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QFile::ReadOnly))
+        qFatal("cannot read %s", qPrintable(path));
+    return file.readAll();
+}
+
 void copy(const QString& line)
 {
     const auto what = line.section(u' ', 1);
-    if (line.startsWith("text "_L1)) {
-        QGuiApplication::clipboard()->setText(what);
-        return;
-    }
-    QFile file(what);
-    if (!file.open(QFile::ReadOnly))
-        qFatal("cannot read %s", qPrintable(what));
     auto* const data = new QMimeData;
-    data->setData(u"image/png"_s, file.readAll());
+    if (line.startsWith("text "_L1))
+        data->setText(what);
+    else
+        data->setData(u"image/png"_s, contentOf(what));
     QGuiApplication::clipboard()->setMimeData(data);
+}
+
+/// A compositor lets only the program in front copy by the means that all have.
+void copy(const QString& line, nimbarrow::Pasteboard& pasteboard)
+{
+    const auto what = line.section(u' ', 1);
+    nimbarrow::PasteboardObject object;
+    if (line.startsWith("text "_L1))
+        object.string = what;
+    else
+        object.png = [what] { return contentOf(what); };
+    pasteboard.write({ object });
 }
 
 } // namespace
@@ -34,13 +53,18 @@ void copy(const QString& line)
 int main(int argc, char* argv[])
 {
     const QGuiApplication application(argc, argv);
+    std::unique_ptr<nimbarrow::WaylandPasteboard> pasteboard;
+    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        pasteboard = std::make_unique<nimbarrow::WaylandPasteboard>();
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, [] {
+    QObject::connect(&input, &QSocketNotifier::activated, [&pasteboard] {
         std::string line;
-        if (std::getline(std::cin, line))
-            copy(QString::fromStdString(line));
-        else
+        if (!std::getline(std::cin, line))
             QGuiApplication::quit();
+        else if (pasteboard)
+            copy(QString::fromStdString(line), *pasteboard);
+        else
+            copy(QString::fromStdString(line));
     });
     return QGuiApplication::exec();
 }

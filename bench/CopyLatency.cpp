@@ -3,6 +3,7 @@
 #include "clipboard/ClipboardMonitor.h"
 #include "clipboard/ClipboardStore.h"
 #include "clipboard/PasteboardCapture.h"
+#include "linux/pasteboard/WaylandPasteboard.h"
 #include "linux/pasteboard/X11Pasteboard.h"
 #include "preferences/Settings.h"
 #include "qt/QtScheduler.h"
@@ -41,8 +42,12 @@ int main(int argc, char* argv[])
     const Settings settings(defaults, loginItem, trust, desktop, scheduler);
     ClipboardStore store(settings, locations, clock, scheduler, queues);
     PasteboardCapture capture(store, queues);
-    X11Pasteboard pasteboard;
-    ClipboardMonitor monitor(capture, pasteboard, applications, scheduler);
+    std::unique_ptr<Pasteboard> pasteboard;
+    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        pasteboard = std::make_unique<WaylandPasteboard>();
+    else
+        pasteboard = std::make_unique<X11Pasteboard>();
+    ClipboardMonitor monitor(capture, *pasteboard, applications, scheduler);
     store.onNewItem = [](const ClipboardItem& item) {
         std::puts(qUtf8Printable(item.text.value_or(QString())));
         std::fflush(stdout);

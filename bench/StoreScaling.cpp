@@ -1,7 +1,7 @@
 // StoreScaling ENTRIES: prints what each operation of a history of that many entries takes, in milliseconds a
 // line. One entry in eleven is an image, as in the history that the other measures have.
 #include "clipboard/ClipboardIndex.h"
-#include "clipboard/PrivateFiles.h"
+#include "files/PrivateFiles.h"
 #include "support/HistoryFixture.h"
 
 #include <QCoreApplication>

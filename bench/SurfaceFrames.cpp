@@ -30,7 +30,7 @@ int main(int argc, char* argv[])
     QGuiApplication::setApplicationName(u"Nimbarrow"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     nimbarrow::AppDelegate delegate(nimbarrow::makePlatform());
-    if (!delegate.applicationDidFinishLaunching())
+    if (!delegate.applicationDidFinishLaunching(false))
         return 1;
     for (auto* const window : QGuiApplication::allWindows()) {
         if (auto* const surface = qobject_cast<QQuickWindow*>(window)) {

@@ -7,7 +7,8 @@ import time
 class Copier:
     def __init__(self, desktop, build):
         self._process = subprocess.Popen([str(build / "bench" / "Copier")], stdin=subprocess.PIPE,
-                                         env={**desktop.environment, "QT_QPA_PLATFORM": "xcb"})
+                                         env={**desktop.environment, "QT_QPA_PLATFORM": (
+                                             "xcb" if "DISPLAY" in desktop.environment else "offscreen")})
         desktop.processes.append(self._process)
         time.sleep(1)
 

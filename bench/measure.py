@@ -12,7 +12,7 @@ sys.path.insert(0, str(ROOT / "tests" / "desktop"))
 import table
 
 # In the order of the table; a module of the same name measures each.
-SUBJECTS = ("resting", "copies", "starting", "frames", "thumbnails", "scaling", "durability")
+SUBJECTS = ("resting", "copies", "compositor", "starting", "frames", "thumbnails", "scaling", "durability")
 
 
 def main(build, results_file, *wanted):

@@ -139,6 +139,8 @@ std::optional<QString> preparePlatform()
     qputenv("QT_QPA_PLATFORM", choice.platform.toLocal8Bit());
     // For a window that gets its place from us, and not from Qt.
     qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+    // It has no frame, and to learn whether it could Qt would load that driver all the same.
+    qputenv("QT_WAYLAND_DISABLE_WINDOWDECORATION", "1");
     hideSilentBuses(choice.system == DisplaySystem::Wayland ? QString() : accessibilityAddress());
     return {};
 }

@@ -88,6 +88,12 @@ class PanelFlow:
         if "lost" in other.text():
             raise StageMissed("keys for the panel alone")
         reached("the keyboard, there and back")
+        self.toggles()
+        self.wait_open()
+        self.desktop.click(100, 600)
+        self.wait_closed()
+        other.types("three")
+        reached("the keyboard back after a click elsewhere")
 
     def keeps_to_its_output(self):
         """The output with the notch goes and comes back, first as the only one and then beside another."""

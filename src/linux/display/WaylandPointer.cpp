@@ -2,26 +2,33 @@
 
 #include "qt/FlippedAxis.h"
 
+#include <cmath>
 #include <private/qdnd_p.h>
 
 namespace nimbarrow {
 
-namespace {
+void WaylandPointer::setOutline(const QRegion& outline)
+{
+    m_watched = m_outline.isEmpty() ? outline : m_watched & outline;
+    m_outline = outline;
+}
 
-// So long after a new outline the compositor may tell of a pointer that has come under it.
-constexpr auto outlinePatience = 100; // ms
-
-} // namespace
-
+// A compositor tells the same of a pointer that has moved over the surface and of one that the surface has
+// come to, and of the latter whenever it likes. But one that was elsewhere has moved to where the surface has
+// been all the time; and of any other movement more is heard.
 void WaylandPointer::enter(QPointF place)
 {
-    // A hand that moves is followed by more.
-    if (!m_sinceOutline.isValid() || m_sinceOutline.hasExpired(outlinePatience))
+    const QPoint pixel(static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y())));
+    if (m_isOver || (m_watched.contains(pixel) && place != m_lastPlace))
         move(place);
+    m_isOver = true;
+    m_lastPlace = place;
 }
 
 void WaylandPointer::move(QPointF place)
 {
+    m_isOver = true;
+    m_lastPlace = place;
     m_location = flipped(place);
 }
 
@@ -33,6 +40,9 @@ bool WaylandPointer::isAnyButtonDown() const
 
 void WaylandPointer::leave()
 {
+    if (m_isOver)
+        m_watched = m_outline;
+    m_isOver = false;
     m_location = pointerOutside;
     // With a button down the pointer leaves for a drag alone.
     m_isAnyButtonDown = false;

@@ -3,14 +3,15 @@
 #include "linux/display/PointerOutside.h"
 #include "platform/Pointer.h"
 
-#include <QElapsedTimer>
+#include <QPointF>
+#include <QRegion>
 
-class QPointF;
+#include <optional>
 
 namespace nimbarrow {
 
 /// The pointer as far as the panel's own surface hears of it: elsewhere a compositor tells nobody. There it
-/// is outside of everything.
+/// is outside of everything, and so is one that rests where the surface has come to it, until it moves.
 class WaylandPointer final : public Pointer {
 public:
     [[nodiscard]] ScreenPoint location() const override { return m_location; }
@@ -19,8 +20,8 @@ public:
 
     // What has happened to the surface, in Qt's coordinates of the desktop.
 
-    /// The surface has become larger or smaller, so the pointer may come over it without having moved.
-    void noteNewOutline() { m_sinceOutline.start(); }
+    /// The surface hears of the pointer there alone. What is there first has always been there.
+    void setOutline(const QRegion& outline);
     void enter(QPointF place);
     void move(QPointF place);
     void leave();
@@ -29,7 +30,11 @@ public:
 private:
     ScreenPoint m_location = pointerOutside;
     bool m_isAnyButtonDown = false;
-    QElapsedTimer m_sinceOutline;
+    bool m_isOver = false;
+    std::optional<QPointF> m_lastPlace;
+    QRegion m_outline;
+    /// What the outline has covered all the time since the pointer was last heard of.
+    QRegion m_watched;
 };
 
 } // namespace nimbarrow

@@ -12,6 +12,14 @@ wl_display* qtDisplay()
     return native ? static_cast<wl_display*>(native->nativeResourceForIntegration("wl_display")) : nullptr;
 }
 
+wl_seat* seatWithKeyboard()
+{
+    auto* const native = QGuiApplication::platformNativeInterface();
+    return native && native->nativeResourceForIntegration("wl_keyboard")
+        ? static_cast<wl_seat*>(native->nativeResourceForIntegration("wl_seat"))
+        : nullptr;
+}
+
 wl_surface* surface(QWindow& window)
 {
     auto* const native = QGuiApplication::platformNativeInterface();

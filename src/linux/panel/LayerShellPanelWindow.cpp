@@ -203,18 +203,21 @@ void LayerShellPanelWindow::place()
 
 void LayerShellPanelWindow::makeKey()
 {
-    if (m_isKey || !m_layer)
+    if (m_keyboard || !m_layer)
         return;
     m_keys.forget();
-    m_isKey = true;
+    // Not from inside an event of what is destroyed.
+    m_keyboard = std::make_unique<LayerKeyboard>([this] {
+        QMetaObject::invokeMethod(this, &LayerShellPanelWindow::keyboardLost, Qt::QueuedConnection);
+    });
     setInteractive(true);
 }
 
 void LayerShellPanelWindow::resignKey()
 {
-    if (!m_isKey)
+    if (!m_keyboard)
         return;
-    m_isKey = false;
+    m_keyboard.reset();
     if (!m_layer)
         return;
     setInteractive(false);
@@ -224,9 +227,18 @@ void LayerShellPanelWindow::resignKey()
         QMetaObject::invokeMethod(this, &LayerShellPanelWindow::mapAnew, Qt::QueuedConnection);
 }
 
+// To a locker, or to a window that was clicked; but what is dragged out of the panel takes the keyboard, too.
+void LayerShellPanelWindow::keyboardLost()
+{
+    if (!m_keyboard || m_pointer.isAnyButtonDown())
+        return;
+    resignKey();
+    Q_EMIT resignedKey();
+}
+
 void LayerShellPanelWindow::mapAnew()
 {
-    if (!m_layer || m_isKey)
+    if (!m_layer || m_keyboard)
         return;
     unmap();
     map();
@@ -247,12 +259,10 @@ void LayerShellPanelWindow::setOutline(const QPainterPath& outline)
     QRegion region;
     for (const auto rows = coveredRows(outline, 1); const auto& row : rows)
         region += row;
+    m_pointer.setOutline(region.translated(m_surface.topLeft()));
     // An empty one would mean all of it.
     if (region.isEmpty())
         region = QRect(-1, -1, 1, 1);
-    if (region == m_window.mask())
-        return;
-    m_pointer.noteNewOutline();
     m_window.setMask(region);
 }
 
@@ -268,18 +278,11 @@ bool LayerShellPanelWindow::eventFilter(QObject* watched, QEvent* event)
             == QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
             m_layer.reset();
         return false;
-    case QEvent::FocusOut:
-        if (!m_isKey)
-            return false;
-        // Somebody with more right to it, such as a locker.
-        resignKey();
-        Q_EMIT resignedKey();
-        return false;
     case QEvent::KeyPress:
     case QEvent::KeyRelease: break;
     default: return false;
     }
-    if (!m_isKey)
+    if (!m_keyboard)
         return false;
     const auto told = m_keys.follow(static_cast<QKeyEvent&>(*event));
     if (told && event->type() == QEvent::KeyPress)
@@ -296,13 +299,20 @@ void LayerShellPanelWindow::followPointer(const QEvent& event)
     };
     switch (event.type()) {
     case QEvent::Enter: m_pointer.enter(placeOf(event)); break;
+    // What is dragged takes the pointer along.
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+        m_pointer.move(static_cast<const QDropEvent&>(event).position() + m_surface.topLeft());
+        break;
+    case QEvent::DragLeave:
     case QEvent::Leave: m_pointer.leave(); break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseMove:
         m_pointer.move(placeOf(event));
         m_pointer.setAnyButtonDown(static_cast<const QMouseEvent&>(event).buttons() != Qt::NoButton);
-        if (event.type() == QEvent::MouseButtonPress && m_focusReturn && !m_isKey)
+        if (event.type() == QEvent::MouseButtonPress && m_focusReturn && !m_keyboard)
             m_focusReturn->giveBack();
         break;
     default: break;

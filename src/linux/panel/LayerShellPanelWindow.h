@@ -1,6 +1,7 @@
 #pragma once
 
 #include "linux/panel/LayerFocusReturn.h"
+#include "linux/panel/LayerKeyboard.h"
 #include "linux/panel/PanelKeys.h"
 #include "platform/PanelWindow.h"
 
@@ -35,7 +36,7 @@ public:
     void orderOut() override;
     void makeKey() override;
     void resignKey() override;
-    [[nodiscard]] bool isKey() const override { return m_isKey; }
+    [[nodiscard]] bool isKey() const override { return m_keyboard != nullptr; }
     /// The compositor gives it to whom it has taken it from.
     [[nodiscard]] bool hasReturnedKey() const override { return true; }
     void setOutline(const QPainterPath& outline) override;
@@ -57,6 +58,7 @@ private:
     void mapAnew();
     void place();
     void setInteractive(bool interactive);
+    void keyboardLost();
     void followPointer(const QEvent& event);
     [[nodiscard]] QScreen* screenOfFrame() const;
 
@@ -70,7 +72,8 @@ private:
     /// In Qt's coordinates of the desktop.
     QRect m_surface;
     bool m_isFront = false;
-    bool m_isKey = false;
+    /// While the panel is to have the keys.
+    std::unique_ptr<LayerKeyboard> m_keyboard;
 };
 
 } // namespace nimbarrow
