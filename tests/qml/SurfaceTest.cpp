@@ -416,6 +416,17 @@ private Q_SLOTS:
         QVERIFY(m_surface->pasteboard.written.isEmpty());
     }
 
+    void saysNothingOverAPreview()
+    {
+        m_surface->addImage(QImage(80, 60, QImage::Format_RGB32));
+        m_surface->show(NotchState::Expanded);
+        const auto help = L10n::text(L10n::Key::Settings);
+        m_surface->moveTo(m_surface->middle(m_surface->button(help)));
+        QTRY_VERIFY(m_surface->shows(help));
+        m_surface->actions.preview(m_surface->store().imageItems().first().id);
+        QTRY_VERIFY(!m_surface->shows(help));
+    }
+
     void closesThePreviewOfAnEntryThatGoes()
     {
         m_surface->addImage(QImage(80, 60, QImage::Format_RGB32));
@@ -505,6 +516,8 @@ private Q_SLOTS:
         QCOMPARE(languages->width(), 160.0);
         for (const auto language : { Language::Uk, Language::System, Language::En }) {
             const auto choice = language == Language::System ? 0 : language == Language::Uk ? 1 : 2;
+            // In another language the choices are made anew, and laid out with the next frame.
+            m_surface->settle();
             m_surface->click(m_surface->placeIn(languages, (choice * 2 + 1) / 6.0, 0.5));
             QCOMPARE(m_surface->history.settings.language(), language);
         }
