@@ -441,6 +441,14 @@ private Q_SLOTS:
         QTest::mouseRelease(&elsewhere, Qt::LeftButton, {}, { 1, 1 });
     }
 
+    void asksForNoCopiesThatItMayNotRead()
+    {
+        m_surface->show(NotchState::Expanded);
+        QVERIFY(m_surface->find("EmptyHistory"));
+        m_surface->store().setSeesCopies(false);
+        QTRY_VERIFY(!m_surface->find("EmptyHistory"));
+    }
+
     void keepsTheSelectedEntryInSight()
     {
         showTexts(numbered(12));
