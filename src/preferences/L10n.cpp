@@ -38,7 +38,7 @@ constexpr std::array table {
     Text { L10n::Key::SettingsNotSaved, u"These settings could not be saved. Is the disk full?",
         u"Не вдалося зберегти ці налаштування. Чи є місце на диску?" },
     Text { L10n::Key::PressPaste, u"Press {paste}", u"Натисни {paste}" },
-    Text { L10n::Key::NothingOpensIt, u"No program opens this", u"Немає програми, яка це відкриє" },
+    Text { L10n::Key::NothingOpensIt, u"No program opens this", u"Немає чим відкрити" },
     Text { L10n::Key::OutsideApplicationsHint, u"Not running from {programs}: login will open this copy",
         u"Запущено не з {programs}: при вході відкриється саме ця копія" },
     Text { L10n::Key::Language, u"Language", u"Мова" },

@@ -631,10 +631,7 @@ private Q_SLOTS:
     void fitsInBothLanguages()
     {
         QFETCH(L10n::Resolved, language);
-        m_surface->show(NotchState::Expanded);
         L10n::setCurrent(language);
-        m_surface->state.setDropTargeted(true);
-        m_surface->settle();
         QStringList seen;
         const auto addLines = [&] {
             for (const auto* const line : m_surface->findAll("Line")) {
@@ -642,13 +639,26 @@ private Q_SLOTS:
                 QVERIFY2(!line->property("truncated").toBool(), qPrintable(seen.constLast()));
             }
         };
+        for (const auto key :
+            { L10n::Key::SleepAllowedAgain, L10n::Key::PressPaste, L10n::Key::NothingOpensIt }) {
+            m_surface->state.setPeek(PeekContent::make(u"photo"_s, L10n::text(key)));
+            m_surface->show(NotchState::Peek);
+            addLines();
+        }
+        m_surface->store().setSeesCopies(false);
+        m_surface->show(NotchState::Expanded);
+        addLines();
+        m_surface->store().setSeesCopies(true);
+        m_surface->state.setDropTargeted(true);
+        m_surface->settle();
         addLines();
         m_surface->state.setDropTargeted(false);
         showTexts({ u"file"_s });
         m_surface->handoff.share(m_surface->store().items().first().id);
         m_surface->settle();
         addLines();
-        for (const auto key : { L10n::Key::ClipboardEmpty, L10n::Key::DropHere, L10n::Key::ShareOpenWith })
+        for (const auto key : { L10n::Key::NothingOpensIt, L10n::Key::CopiesNotReadable,
+                 L10n::Key::ClipboardEmpty, L10n::Key::DropHere, L10n::Key::ShareOpenWith })
             QVERIFY(seen.contains(L10n::text(key)));
     }
 
