@@ -61,7 +61,8 @@ Item {
     FadingContent {
         anchors.fill: parent
         anchors.topMargin: root._top
-        shown: root.store.isEmpty
+        // It asks for copies.
+        shown: root.store.isEmpty && root.store.seesCopies
 
         content: EmptyHistory {
             anchors.fill: parent

@@ -33,6 +33,7 @@ class ClipboardStore final : public QObject {
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY itemsChanged FINAL)
     /// What the user has to know of the history, in one line of the current language; usually empty.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
+    Q_PROPERTY(bool seesCopies READ seesCopies NOTIFY noticeChanged FINAL)
 
 public:
     /// Loads what is on disk. All references outlive the store.
@@ -45,6 +46,7 @@ public:
     [[nodiscard]] const QList<ClipboardItem>& items() const { return m_history.items(); }
     [[nodiscard]] bool isEmpty() const { return items().isEmpty(); }
     [[nodiscard]] QString notice() const;
+    [[nodiscard]] bool seesCopies() const { return m_seesCopies; }
     /// False while the user lets the program read nothing that others copy.
     void setSeesCopies(bool seesCopies);
 

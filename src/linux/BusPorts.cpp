@@ -13,7 +13,7 @@ void addTypingCapability(Platform& platform)
 {
     platform.capabilities.set(Capabilities::Part::Paste, [&trust = *platform.accessibilityTrust] {
         return unless(trust.isTrusted(), u"Programs may not type here: press Control-V after the click."_s,
-            u"Програмам тут не дозволено друкувати: після кліку натисни Ctrl+V."_s);
+            u"Програмам тут не дозволено друкувати: після кліку натисни Control-V."_s);
     });
 }
 
@@ -50,7 +50,7 @@ void addPortalKeystrokes(Platform& platform, const DesktopApplications& applicat
         }
         return unless(state == State::Trusted,
             u"Programs may not type here: press Control-V after the click."_s,
-            u"Програмам тут не дозволено друкувати: після кліку натисни Ctrl+V."_s);
+            u"Програмам тут не дозволено друкувати: після кліку натисни Control-V."_s);
     });
     platform.accessibilityTrust = std::move(desktop);
 }

@@ -130,5 +130,6 @@ HoverTrackingView {
 
     HelpLayer {
         anchors.fill: parent
+        muted: root.notch.hasPreview
     }
 }

@@ -8,7 +8,10 @@ import Nimbarrow.Style
 FadingContent {
     id: root
 
-    shown: HelpText.shown && HelpText.owner !== null
+    /// What the texts are about is covered.
+    property bool muted: false
+
+    shown: HelpText.shown && HelpText.owner !== null && !muted
 
     content: Rectangle {
         id: tip

@@ -6,6 +6,7 @@ from desktop import gradient_png, Peer, StageMissed, wait_until
 from flow import CLIPBOARD_LEFT, Flow, STRIP_Y
 
 FIRST_THUMB = (CLIPBOARD_LEFT + 30, STRIP_Y)
+BESIDE_ITS_MIDDLE = (CLIPBOARD_LEFT + 14, STRIP_Y)
 
 
 class DropTarget(Peer):
@@ -104,8 +105,11 @@ class Handoff(Flow):
         wait_until("the image large", self._is_large)
         time.sleep(0.4)
         self.show("preview")
+        # As a hand trembles.
+        desktop.xdotool("mousemove_relative", 1, 0)
         desktop.xdotool("mouseup", 1)
         wait_until("the preview closed", lambda: not self._is_large())
+        wait_until("the buttons of the image under the pointer", lambda: max(desktop.pixel(*BESIDE_ITS_MIDDLE)) < 120)
         self.leave()
         self.open_by_key()
         desktop.key("Right")

@@ -72,7 +72,7 @@ private Q_SLOTS:
         QCOMPARE(L10n::text(OutsideApplicationsHint), u"Not running from /usr: login will open this copy"_s);
         L10n::setCurrent(L10n::Ukrainian);
         QCOMPARE(L10n::text(OpenSystemSettings), u"Відкрити Параметри"_s);
-        QCOMPARE(L10n::text(PressPaste), u"Натисніть Control-V"_s);
+        QCOMPARE(L10n::text(PressPaste), u"Натисни Control-V"_s);
         L10n::setSystemWords(home);
         QCOMPARE(L10n::text(OpenSystemSettings), u"Відкрити Системні параметри"_s);
         for (const auto all = L10n::instance().texts(); const auto& text : all)

@@ -416,6 +416,17 @@ private Q_SLOTS:
         QVERIFY(m_surface->pasteboard.written.isEmpty());
     }
 
+    void saysNothingOverAPreview()
+    {
+        m_surface->addImage(QImage(80, 60, QImage::Format_RGB32));
+        m_surface->show(NotchState::Expanded);
+        const auto help = L10n::text(L10n::Key::Settings);
+        m_surface->moveTo(m_surface->middle(m_surface->button(help)));
+        QTRY_VERIFY(m_surface->shows(help));
+        m_surface->actions.preview(m_surface->store().imageItems().first().id);
+        QTRY_VERIFY(!m_surface->shows(help));
+    }
+
     void closesThePreviewOfAnEntryThatGoes()
     {
         m_surface->addImage(QImage(80, 60, QImage::Format_RGB32));
@@ -428,6 +439,14 @@ private Q_SLOTS:
         QWindow elsewhere;
         elsewhere.resize(9, 9);
         QTest::mouseRelease(&elsewhere, Qt::LeftButton, {}, { 1, 1 });
+    }
+
+    void asksForNoCopiesThatItMayNotRead()
+    {
+        m_surface->show(NotchState::Expanded);
+        QVERIFY(m_surface->find("EmptyHistory"));
+        m_surface->store().setSeesCopies(false);
+        QTRY_VERIFY(!m_surface->find("EmptyHistory"));
     }
 
     void keepsTheSelectedEntryInSight()
@@ -505,6 +524,8 @@ private Q_SLOTS:
         QCOMPARE(languages->width(), 160.0);
         for (const auto language : { Language::Uk, Language::System, Language::En }) {
             const auto choice = language == Language::System ? 0 : language == Language::Uk ? 1 : 2;
+            // In another language the choices are made anew, and laid out with the next frame.
+            m_surface->settle();
             m_surface->click(m_surface->placeIn(languages, (choice * 2 + 1) / 6.0, 0.5));
             QCOMPARE(m_surface->history.settings.language(), language);
         }
@@ -610,10 +631,7 @@ private Q_SLOTS:
     void fitsInBothLanguages()
     {
         QFETCH(L10n::Resolved, language);
-        m_surface->show(NotchState::Expanded);
         L10n::setCurrent(language);
-        m_surface->state.setDropTargeted(true);
-        m_surface->settle();
         QStringList seen;
         const auto addLines = [&] {
             for (const auto* const line : m_surface->findAll("Line")) {
@@ -621,13 +639,26 @@ private Q_SLOTS:
                 QVERIFY2(!line->property("truncated").toBool(), qPrintable(seen.constLast()));
             }
         };
+        for (const auto key :
+            { L10n::Key::SleepAllowedAgain, L10n::Key::PressPaste, L10n::Key::NothingOpensIt }) {
+            m_surface->state.setPeek(PeekContent::make(u"photo"_s, L10n::text(key)));
+            m_surface->show(NotchState::Peek);
+            addLines();
+        }
+        m_surface->store().setSeesCopies(false);
+        m_surface->show(NotchState::Expanded);
+        addLines();
+        m_surface->store().setSeesCopies(true);
+        m_surface->state.setDropTargeted(true);
+        m_surface->settle();
         addLines();
         m_surface->state.setDropTargeted(false);
         showTexts({ u"file"_s });
         m_surface->handoff.share(m_surface->store().items().first().id);
         m_surface->settle();
         addLines();
-        for (const auto key : { L10n::Key::ClipboardEmpty, L10n::Key::DropHere, L10n::Key::ShareOpenWith })
+        for (const auto key : { L10n::Key::NothingOpensIt, L10n::Key::CopiesNotReadable,
+                 L10n::Key::ClipboardEmpty, L10n::Key::DropHere, L10n::Key::ShareOpenWith })
             QVERIFY(seen.contains(L10n::text(key)));
     }
 

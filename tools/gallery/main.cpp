@@ -107,6 +107,8 @@ public:
         m_surface.state.setPeek(
             PeekContent::make(u"cup.and.saucer"_s, L10n::text(L10n::Key::SleepAllowedAgain)));
         shot(u"peek-notice"_s);
+        m_surface.state.setPeek(PeekContent::make(u"doc.on.doc"_s, L10n::text(L10n::Key::PressPaste)));
+        shot(u"peek-paste"_s);
 
         m_surface.show(NotchState::Collapsed);
         m_surface.show(NotchState::Expanded);
@@ -117,7 +119,11 @@ public:
         shot(u"drop"_s);
         m_surface.state.setDropTargeted(false);
 
+        m_surface.store().setSeesCopies(false);
+        shot(u"refused-empty"_s);
         fillTexts();
+        shot(u"refused"_s);
+        m_surface.store().setSeesCopies(true);
         shot(u"texts"_s);
         hover(2, u"hovered"_s);
         copied();
@@ -199,6 +205,9 @@ private:
 
     void owl()
     {
+        m_surface.moveTo(m_surface.middle(m_surface.find("OwlButton")));
+        QTest::qWait(700);
+        shot(u"owl-help"_s);
         m_surface.click(m_surface.find("OwlButton"));
         m_surface.settle();
         const auto* const choice = m_surface.find("Choice", 1);
@@ -208,6 +217,10 @@ private:
         m_surface.history.time.advance(std::chrono::seconds(61));
         m_surface.moveTo({ 5, 5 });
         shot(u"owl-awake"_s);
+        m_surface.moveTo(m_surface.middle(m_surface.find("OwlButton")));
+        QTest::qWait(700);
+        shot(u"owl-awake-help"_s);
+        m_surface.moveTo({ 5, 5 });
         m_surface.keepAwake.deactivate();
         m_surface.history.time.advance(std::chrono::seconds(2));
     }
@@ -382,6 +395,23 @@ private:
         shot(u"settings-failure"_s);
         m_surface.wheel({ 230, 150 }, -2400);
         shot(u"settings-end"_s);
+        // Every line at once, as in a session that lets no program type or have a key.
+        m_surface.capabilities.set(Capabilities::Part::Paste, [] {
+            return Capability { Capability::State::NotHere,
+                u"Programs may not type here: press Control-V after the click."_s,
+                u"Програмам тут не дозволено друкувати: після кліку натисни Control-V."_s };
+        });
+        m_surface.capabilities.set(Capabilities::Part::HotKey, [] {
+            return Capability {
+                Capability::State::NotHere,
+                u"No program gets a hot key here. Give the desktop a key of its own: bindsym Mod4+Shift+v exec nimbarrow --toggle"_s,
+                u"Програми тут не мають гарячих клавіш. Признач клавіші системи: bindsym Mod4+Shift+v exec nimbarrow --toggle"_s
+            };
+        });
+        m_surface.about.refresh();
+        m_surface.state.setExpandedSize({ 460, 480 });
+        m_surface.view.resize(460, 480);
+        shot(u"settings-whole"_s);
         m_surface.state.setExpandedSize({ 460, 258 });
         m_surface.view.resize(460, 258);
         m_surface.state.setShowSettings(false);
@@ -424,6 +454,8 @@ private:
 int main(int argc, char* argv[])
 {
     const QGuiApplication application(argc, argv);
+    L10n::setSystemWords(
+        { u"Super+Shift+V"_s, u"Control-V"_s, u"/usr"_s, u"Settings"_s, u"Параметри"_s, u"computer"_s });
     QGuiApplication::setApplicationName(u"Nimbarrow"_s);
     QCommandLineParser arguments;
     arguments.addPositionalArgument(u"folder"_s, u"Where the pictures go."_s);

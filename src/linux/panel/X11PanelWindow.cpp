@@ -4,6 +4,7 @@
 #include "linux/panel/CoveredRows.h"
 #include "qt/FlippedAxis.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQuickWindow>
@@ -64,6 +65,7 @@ X11PanelWindow::X11PanelWindow(QQuickWindow& window)
     repeatWithoutReleases(m_connection);
     window.installEventFilter(this);
     connect(&window, &QWindow::screenChanged, this, &X11PanelWindow::shapeToOutline);
+    connect(&window, &QWindow::widthChanged, this, &X11PanelWindow::followRestingPointer);
     qGuiApp->installNativeEventFilter(this);
 }
 
@@ -147,6 +149,18 @@ void X11PanelWindow::followPress(const xcb_input_raw_button_press_event_t& press
         endKey(time);
         Q_EMIT resignedKey();
     });
+}
+
+// The server says nothing of a pointer that rests while the window around it gets another left edge. Qt would
+// take it to be over what stands now where it has last seen it.
+void X11PanelWindow::followRestingPointer()
+{
+    const QPointF pointer(QCursor::pos());
+    const auto place = m_window.mapFromGlobal(pointer);
+    if (!QRectF({}, m_window.size()).contains(place))
+        return;
+    QHoverEvent hover(QEvent::HoverMove, place, pointer, place);
+    QCoreApplication::sendEvent(&m_window, &hover);
 }
 
 void X11PanelWindow::setOutline(const QPainterPath& outline)

@@ -49,6 +49,7 @@ private:
     void listenToPresses(bool listen);
     void followPress(const xcb_input_raw_button_press_event_t& press);
     void shapeToOutline();
+    void followRestingPointer();
 
     QQuickWindow& m_window;
     xcb_connection_t* m_connection;
