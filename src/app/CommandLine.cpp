@@ -127,7 +127,7 @@ std::optional<int> CommandLine::answerHere(const Platform& platform) const
         return declareNotch(*platform.screens);
     if (m_command != Command::Doctor)
         return {};
-    print(stdout, doctor::report(platform));
+    print(stdout, doctor::awaitReport(platform));
     return 0;
 }
 

@@ -9,12 +9,16 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace nimbarrow::doctor {
 
 namespace {
 
 using Part = Capabilities::Part;
+
+/// Those who answer at all do so in a moment.
+constexpr auto patience = 3s;
 
 constexpr std::pair<Part, QLatin1StringView> parts[] {
     { Part::Notch, "notch"_L1 },
@@ -72,6 +76,7 @@ QString nameOf(Capability::State state)
     case Capability::State::Works: return u"works"_s;
     case Capability::State::NotHere: return u"not here"_s;
     case Capability::State::NeedsConsent: return u"needs your consent"_s;
+    case Capability::State::NoAnswerYet: return u"no answer yet"_s;
     }
     return {};
 }
@@ -82,6 +87,17 @@ QString heading(const QString& display)
 }
 
 } // namespace
+
+QString awaitReport(const Platform& platform)
+{
+    bool isLate = false;
+    const auto timer = platform.scheduler->after(patience, [&isLate] { isLate = true; });
+    for (const auto& [part, name] : parts) {
+        while (!isLate && capabilityOf(part, platform).state == Capability::State::NoAnswerYet)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return report(platform);
+}
 
 QString report(const Platform& platform)
 {

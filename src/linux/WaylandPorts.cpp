@@ -39,13 +39,24 @@ InputFacts inputFacts(wl_display* display)
     return facts;
 }
 
-std::unique_ptr<DesktopApplications> makeApplications(FrontWay way, wl_display* display)
+std::unique_ptr<DesktopApplications> makeApplications(
+    FrontWay way, wl_display* display, Capabilities& capabilities)
 {
     const auto bus = liveSessionBus();
     if (way == FrontWay::ForeignToplevels)
         return std::make_unique<ForeignToplevels>(display);
-    if (way == FrontWay::KWin && bus)
-        return std::make_unique<KWinWindows>(*bus);
+    if (way == FrontWay::KWin && bus) {
+        auto windows = std::make_unique<KWinWindows>(*bus);
+        capabilities.set(Capabilities::Part::FrontApplication, [&windows = *windows] {
+            const auto tells = windows.tellsFront();
+            return tells
+                ? unless(*tells, frontUnknown().words)
+                : Capability { Capability::State::NoAnswerYet,
+                      u"Until KWin says which program is in front, entries bear no program's name."_s, {} };
+        });
+        return windows;
+    }
+    capabilities.set(Capabilities::Part::FrontApplication, frontUnknown);
     return std::make_unique<DesktopApplications>(std::make_unique<DesktopEntries>());
 }
 
@@ -53,7 +64,7 @@ void addInputPorts(Platform& platform)
 {
     auto* const display = wayland::qtDisplay();
     const auto facts = inputFacts(display);
-    auto applications = makeApplications(frontWay(facts), display);
+    auto applications = makeApplications(frontWay(facts), display, platform.capabilities);
     const auto lets = [&platform](auto keystrokes) {
         platform.accessibilityTrust = std::make_unique<StandingTrust>(keystrokes->isAvailable());
         platform.keystrokes = std::move(keystrokes);
@@ -67,8 +78,6 @@ void addInputPorts(Platform& platform)
     default: addPortalKeystrokes(platform, *applications);
     }
     platform.applications = std::move(applications);
-    platform.capabilities.set(Capabilities::Part::FrontApplication,
-        [way = frontWay(facts)] { return way == FrontWay::Nothing ? frontUnknown() : Capability(); });
     addBusHotKeys(platform, facts.isKWin);
 }
 

@@ -15,7 +15,9 @@ struct Capability {
         /// What to do instead stands in the words.
         NotHere,
         /// How to give it stands in the words.
-        NeedsConsent
+        NeedsConsent,
+        /// Whom it depends on has been asked and has not answered so far.
+        NoAnswerYet
     };
 
     State state = State::Works;

@@ -70,11 +70,12 @@ KWinWindows::KWinWindows(const QDBusConnection& bus, std::unique_ptr<DesktopEntr
                        .toUtf8());
     m_script.close();
     m_bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableInvokables);
-    // One that was left behind when the program was killed keeps its name.
-    auto asked = scripting(u"unloadScript"_s);
-    asked << scriptName;
+    // An answer does not say whose it is in every Qt, so it is the bus that is asked.
+    auto asked = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
+    asked << service;
     callBus(m_bus, asked, this, [this](const QDBusMessage& answer) {
-        m_kwin = answer.service();
+        m_kwin = QDBusReply<QString>(answer);
         load();
     });
 }
@@ -82,6 +83,11 @@ KWinWindows::KWinWindows(const QDBusConnection& bus, std::unique_ptr<DesktopEntr
 KWinWindows::~KWinWindows()
 {
     m_bus.unregisterObject(objectPath);
+    unload();
+}
+
+void KWinWindows::unload()
+{
     auto asked = scripting(u"unloadScript"_s);
     asked << scriptName;
     m_bus.send(asked);
@@ -89,14 +95,18 @@ KWinWindows::~KWinWindows()
 
 void KWinWindows::load()
 {
+    // One that was left behind when the program was killed keeps its name.
+    unload();
     auto asked = scripting(u"loadScript"_s);
     asked << m_script.fileName() << scriptName;
     callBus(m_bus, asked, this, [this](const QDBusMessage& answer) {
         const QDBusReply<int> number = answer;
-        if (number.isValid() && number.value() >= 0)
+        if (number.isValid() && number.value() >= 0) {
             run(number.value());
-        else
-            qCWarning(windows, "KWin does not tell which program is in front");
+            return;
+        }
+        m_tellsFront = false;
+        qCWarning(windows, "KWin does not tell which program is in front");
     });
 }
 
@@ -121,8 +131,12 @@ bool KWinWindows::isFromKWin() const
 void KWinWindows::opened(
     const QString& id, const QString& desktopFile, const QString& windowClass, const QString& pid)
 {
-    if (isFromKWin())
-        m_windows << Window { ++m_lastNumber, id, desktopFile, windowClass, pid.toInt() };
+    if (!isFromKWin())
+        return;
+    m_windows << Window { ++m_lastNumber, id, desktopFile, windowClass, pid.toInt() };
+    // KWin 6 has it in front before it is there.
+    if (id == m_front)
+        bringForward();
 }
 
 void KWinWindows::closed(const QString& id)
@@ -136,8 +150,14 @@ void KWinWindows::activated(const QString& id)
 {
     if (!isFromKWin())
         return;
+    m_tellsFront = true;
     m_front = id;
-    const auto window = std::ranges::find(m_windows, id, &Window::id);
+    bringForward();
+}
+
+void KWinWindows::bringForward()
+{
+    const auto window = std::ranges::find(m_windows, m_front, &Window::id);
     if (window != m_windows.cend())
         std::rotate(m_windows.begin(), window, std::next(window));
 }

@@ -9,6 +9,8 @@
 #include <QStringList>
 #include <QTemporaryFile>
 
+#include <optional>
+
 namespace nimbarrow {
 
 /// The programs by the windows that KWin tells of: a script that KWin runs calls back over the bus.
@@ -21,6 +23,9 @@ public:
     explicit KWinWindows(const QDBusConnection& bus);
     KWinWindows(const QDBusConnection& bus, std::unique_ptr<DesktopEntries> entries);
     ~KWinWindows() override;
+
+    /// Whether KWin tells which program is in front; none until it has said so or refused.
+    [[nodiscard]] std::optional<bool> tellsFront() const { return m_tellsFront; }
 
     [[nodiscard]] std::optional<RunningApplication> frontmost() const override;
     [[nodiscard]] std::optional<RunningApplication> withProcess(qint32 pid) const override;
@@ -42,8 +47,10 @@ private:
     };
 
     void load();
+    void unload();
     void run(int script);
     [[nodiscard]] bool isFromKWin() const;
+    void bringForward();
     [[nodiscard]] const Window* windowFor(qint32 pid) const;
     [[nodiscard]] std::optional<DesktopEntry> entryOf(const Window& window) const;
     [[nodiscard]] std::optional<RunningApplication> shown(const Window& window) const;
@@ -51,8 +58,9 @@ private:
     QDBusConnection m_bus;
     /// KWin reads it once, when it loads it.
     QTemporaryFile m_script;
-    /// The name of KWin's connection; empty until it has answered.
+    /// The name of KWin's connection; empty until the bus has told it.
     QString m_kwin;
+    std::optional<bool> m_tellsFront;
     /// The one that was last in front comes first.
     QList<Window> m_windows;
     QString m_front;

@@ -65,8 +65,9 @@ FakeInputKeystrokes::FakeInputKeystrokes(wl_display* display, const DesktopAppli
 FakeInputKeystrokes::~FakeInputKeystrokes()
 {
     releaseKeyboard();
+    // The request for it is newer than the keys are, and goes out whatever version the compositor has.
     if (m_input)
-        org_kde_kwin_fake_input_destroy(m_input);
+        wl_proxy_destroy(reinterpret_cast<wl_proxy*>(m_input));
     if (m_seat)
         wl_seat_destroy(m_seat);
 }

@@ -2,15 +2,12 @@
 #include "linux/applications/ForeignToplevels.h"
 #include "linux/display/WaylandResources.h"
 #include "linux/keys/VirtualKeyboardKeystrokes.h"
+#include "support/EditorWindow.h"
 #include "support/PrivateCompositor.h"
 
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -39,14 +36,7 @@ private Q_SLOTS:
         QVERIFY(m_applications->isAvailable());
         QVERIFY(m_keystrokes->isAvailable());
         QVERIFY(!m_applications->frontmost());
-        QGuiApplication::setDesktopFileName(u"org.example.editor"_s);
-        m_editor = std::make_unique<QQuickWindow>();
-        QQmlComponent component(&m_engine);
-        component.setData("import QtQuick\nTextEdit { focus: true }", {});
-        m_text.reset(qobject_cast<QQuickItem*>(component.create()));
-        QVERIFY2(m_text, qPrintable(component.errorString()));
-        m_text->setParentItem(m_editor->contentItem());
-        m_editor->show();
+        m_editor = std::make_unique<EditorWindow>();
         QTRY_COMPARE(front(), u"org.example.editor"_s);
     }
 
@@ -101,10 +91,10 @@ private Q_SLOTS:
         copy("скопійоване");
         QTRY_VERIFY(m_editor->isActive());
         m_keystrokes->postPaste();
-        QTRY_COMPARE(m_text->property("text").toString(), u"скопійоване"_s);
+        QTRY_COMPARE(m_editor->text(), u"скопійоване"_s);
         // No modifier is left behind.
         QVERIFY(QProcess::execute(u"wtype"_s, { u"v"_s }) == 0);
-        QTRY_COMPARE(m_text->property("text").toString(), u"скопійованеv"_s);
+        QTRY_COMPARE(m_editor->text(), u"скопійованеv"_s);
     }
 
     void pasteReachesATerminal()
@@ -126,7 +116,6 @@ private Q_SLOTS:
 
     void cleanupTestCase()
     {
-        m_text.reset();
         m_editor.reset();
         m_keystrokes.reset();
         m_applications.reset();
@@ -195,11 +184,9 @@ private:
     const PrivateCompositor& m_compositor;
     wl_display* m_display = wayland::qtDisplay();
     QTemporaryDir m_folder;
-    QQmlEngine m_engine;
     std::unique_ptr<ForeignToplevels> m_applications;
     std::unique_ptr<VirtualKeyboardKeystrokes> m_keystrokes;
-    std::unique_ptr<QQuickWindow> m_editor;
-    std::unique_ptr<QQuickItem> m_text;
+    std::unique_ptr<EditorWindow> m_editor;
     std::unique_ptr<QProcess> m_copied;
 };
 
