@@ -6,7 +6,6 @@
 #include "linux/session/PortalRequest.h"
 
 #include <QDBusReply>
-#include <QDBusVariant>
 
 #include <utility>
 
@@ -47,30 +46,24 @@ BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString 
     asked << u"org.kde.kglobalaccel"_s;
     callBus(*m_bus, asked, &m_questions, [this](const QDBusMessage& answer) {
         m_facts.hasGlobalAccel = QDBusReply<bool>(answer).value();
-        askPortal();
+        askPortalVersion(*m_bus, globalShortcutsPortal, &m_questions, [this](uint version) {
+            m_facts.globalShortcuts = version;
+            use(hotKeyWay(m_facts));
+        });
     });
 }
 
 BusHotKeys::~BusHotKeys() = default;
-
-void BusHotKeys::askPortal()
-{
-    auto asked = portalCall(u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    asked << globalShortcutsPortal << u"version"_s;
-    callBus(*m_bus, asked, &m_questions, [this](const QDBusMessage& answer) {
-        const QDBusReply<QDBusVariant> version = answer;
-        if (version.isValid())
-            m_facts.globalShortcuts = version.value().variant().toUInt();
-        use(hotKeyWay(m_facts));
-    });
-}
 
 void BusHotKeys::use(HotKeyWay way)
 {
     m_way = way;
     switch (way) {
     case HotKeyWay::GlobalAccel: m_keys = std::make_unique<GlobalAccelHotKeys>(*m_bus, m_description); break;
-    case HotKeyWay::Portal: m_keys = std::make_unique<PortalHotKeys>(*m_bus, m_description); break;
+    case HotKeyWay::Portal:
+        m_keys = std::make_unique<PortalHotKeys>(*m_bus, m_description,
+            [this](bool isBound) { m_way = isBound ? HotKeyWay::Portal : HotKeyWay::Nothing; });
+        break;
     case HotKeyWay::Nothing: break;
     }
     for (const auto all = std::exchange(m_wanted, {}); const auto& weak : all) {

@@ -22,14 +22,13 @@ public:
     [[nodiscard]] std::unique_ptr<Registration> registerKey(
         Key key, KeyModifiers modifiers, std::function<void()> pressed) override;
 
-    /// None while it is not known yet.
+    /// None while it is not known yet. Nothing where the user has refused it.
     [[nodiscard]] std::optional<HotKeyWay> way() const { return m_way; }
 
 private:
     struct Wanted;
     class Registered;
 
-    void askPortal();
     void use(HotKeyWay way);
 
     std::optional<QDBusConnection> m_bus;

@@ -2,6 +2,7 @@
 
 #include "linux/display/X11Properties.h"
 #include "linux/panel/CoveredRows.h"
+#include "linux/panel/PanelRoom.h"
 #include "qt/FlippedAxis.h"
 
 #include <QGuiApplication>
@@ -18,6 +19,11 @@ namespace {
 
 // Sums of points leave crumbs that must not cost a whole pixel.
 constexpr auto crumb = 1.0 / 64;
+
+// A compositor around the X server takes the pointer for gone from a window that is on its way to another
+// place and size, and finds it again only when it moves. So there it has room for the surface from the
+// beginning.
+constexpr QSize nestedRoom(512, 340); // points
 
 // The wheel's buttons come after it.
 constexpr auto lastButton = 3U;
@@ -49,8 +55,9 @@ void setType(xcb_connection_t* connection, xcb_window_t window)
 
 } // namespace
 
-X11PanelWindow::X11PanelWindow(QQuickWindow& window)
+X11PanelWindow::X11PanelWindow(QQuickWindow& window, bool isNested)
     : m_window(window)
+    , m_isNested(isNested)
     , m_connection(x11::qtConnection())
     , m_id(created(window))
     , m_shape(m_connection, m_id)
@@ -75,7 +82,8 @@ X11PanelWindow::~X11PanelWindow()
 
 void X11PanelWindow::setFrame(const ScreenRect& frame)
 {
-    m_window.setGeometry(flipped(frame.grown(-crumb)).toAlignedRect());
+    const auto wanted = flipped(frame.grown(-crumb)).toAlignedRect();
+    m_window.setGeometry(m_isNested ? panelRoom(m_window.geometry(), wanted, nestedRoom) : wanted);
     xcb_flush(m_connection);
 }
 
