@@ -32,11 +32,13 @@ private:
     std::shared_ptr<Wanted> m_wanted;
 };
 
-BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString description)
+BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString description, Maker custom)
     : m_bus(std::move(bus))
     , m_description(std::move(description))
+    , m_custom(std::move(custom))
 {
     m_facts.isKWin = isKWin;
+    m_facts.hasCustomKeys = m_custom != nullptr;
     if (!m_bus) {
         use(hotKeyWay(m_facts));
         return;
@@ -58,12 +60,11 @@ BusHotKeys::~BusHotKeys() = default;
 void BusHotKeys::use(HotKeyWay way)
 {
     m_way = way;
+    const auto bound = [this, way](bool isBound) { m_way = isBound ? way : HotKeyWay::Nothing; };
     switch (way) {
     case HotKeyWay::GlobalAccel: m_keys = std::make_unique<GlobalAccelHotKeys>(*m_bus, m_description); break;
-    case HotKeyWay::Portal:
-        m_keys = std::make_unique<PortalHotKeys>(*m_bus, m_description,
-            [this](bool isBound) { m_way = isBound ? HotKeyWay::Portal : HotKeyWay::Nothing; });
-        break;
+    case HotKeyWay::Portal: m_keys = std::make_unique<PortalHotKeys>(*m_bus, m_description, bound); break;
+    case HotKeyWay::Custom: m_keys = m_custom(bound); break;
     case HotKeyWay::Nothing: break;
     }
     for (const auto all = std::exchange(m_wanted, {}); const auto& weak : all) {

@@ -63,7 +63,7 @@ X11PanelWindow::X11PanelWindow(QQuickWindow& window, bool isNested)
     , m_shape(m_connection, m_id)
     , m_cover(m_connection, window)
     , m_raiser(m_connection, window, m_cover)
-    , m_focus(m_connection, m_id)
+    , m_focus(m_connection, m_id, isNested)
     , m_keys(window, [this](quint32 code) { return m_keyboard.letterAt(code); })
     , m_inputOpcode(x11::majorOpcode(m_connection, &xcb_input_id))
 {

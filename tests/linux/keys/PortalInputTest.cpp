@@ -122,6 +122,7 @@ private Q_SLOTS:
         QTest::newRow("KDE") << BusKeyFacts { true, true, 1 } << HotKeyWay::GlobalAccel;
         QTest::newRow("KDE without its service") << BusKeyFacts { true, false, 1 } << HotKeyWay::Portal;
         QTest::newRow("GNOME with a program of KDE") << BusKeyFacts { false, true, 1 } << HotKeyWay::Portal;
+        QTest::newRow("GNOME before 48") << BusKeyFacts { false, false, 0, true } << HotKeyWay::Custom;
         QTest::newRow("sway with a program of KDE") << BusKeyFacts { false, true, 0 } << HotKeyWay::Nothing;
     }
     void hotKeyGoesTheBestWay()
