@@ -1,8 +1,10 @@
 #include "linux/DisplayPorts.h"
 #include "linux/keys/BusHotKeys.h"
+#include "linux/keys/CustomKey.h"
 #include "linux/keys/RemoteDesktop.h"
 #include "linux/session/SessionBus.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 
 using namespace Qt::StringLiterals;
@@ -21,8 +23,17 @@ void addBusHotKeys(Platform& platform, bool isKWin)
 {
     // In the language of the system's settings, where it stands.
     const auto isUkrainian = QLocale::system().language() == QLocale::Ukrainian;
+    BusHotKeys::Maker custom;
+    if (qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains("GNOME"_L1)) {
+        custom = [&questions = *platform.questions, &defaults = *platform.userDefaults,
+                     &queues = *platform.workQueues](std::function<void(bool)> bound) {
+            const auto program = QCoreApplication::applicationFilePath().replace(u'\'', R"('\'')"_L1);
+            return std::make_unique<CustomKey>(
+                u'\'' + program + "' --toggle"_L1, questions, defaults, queues, std::move(bound));
+        };
+    }
     auto keys = std::make_unique<BusHotKeys>(liveSessionBus(), isKWin,
-        isUkrainian ? u"Показати або сховати історію"_s : u"Show or hide the history"_s);
+        isUkrainian ? u"Показати або сховати історію"_s : u"Show or hide the history"_s, std::move(custom));
     platform.capabilities.set(Capabilities::Part::HotKey, [&keys = *keys] {
         const auto line = hotKeyLine(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
         const auto advice = line.isEmpty() ? u"nimbarrow --toggle"_s : line;

@@ -96,8 +96,8 @@ void addX11Ports(Platform& platform, DisplaySystem system, LinuxSessionLock& loc
     addCapabilities(platform.capabilities, isNested);
     platform.powerAssertions = std::make_unique<LinuxPowerAssertions>(
         liveSessionBus(), liveSystemBus(), suspend, *platform.scheduler);
-    platform.adoptPanel = [&lock](QQuickWindow& window) {
-        auto panel = std::make_unique<X11PanelWindow>(window);
+    platform.adoptPanel = [&lock, isNested](QQuickWindow& window) {
+        auto panel = std::make_unique<X11PanelWindow>(window, isNested);
         lock.follow(panel->cover());
         return panel;
     };

@@ -1,17 +1,16 @@
 #include "linux/applications/PortalSharePicker.h"
 
 #include "linux/applications/StartProgram.h"
-#include "linux/session/BusCalls.h"
+#include "linux/session/PortalRequest.h"
 #include "platform/WorkQueue.h"
 
 #include <QDBusMetaType>
-#include <QDBusReply>
 #include <QDBusUnixFileDescriptor>
-#include <QDBusVariant>
 #include <QFile>
 #include <QLoggingCategory>
 
 #include <fcntl.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -21,8 +20,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(sharing, "nimbarrow.share")
 
-const QString portal = u"org.freedesktop.portal.Desktop"_s;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString emailInterface = u"org.freedesktop.portal.Email"_s;
 const QString openInterface = u"org.freedesktop.portal.OpenURI"_s;
 
@@ -30,11 +27,6 @@ const QString openInterface = u"org.freedesktop.portal.OpenURI"_s;
 constexpr uint firstThatAsks = 3;
 // The tool makes one argument of it for the mail program, in which a character may take nine bytes.
 constexpr qsizetype longestToolText = 10'000;
-
-QDBusMessage question(const QString& interface, const QString& method)
-{
-    return QDBusMessage::createMethodCall(portal, portalPath, interface, method);
-}
 
 /// The texts and links, one a line.
 QString bodyOf(const QList<ShareItem>& items)
@@ -70,23 +62,13 @@ PortalSharePicker::PortalSharePicker(
     qDBusRegisterMetaType<Files>();
     if (!m_bus || !(m_bus->connectionCapabilities() & QDBusConnection::UnixFileDescriptorPassing))
         return;
-    askVersion(emailInterface, m_emailVersion);
-    askVersion(openInterface, m_openVersion);
+    for (const auto& [interface, version] :
+        { std::pair(emailInterface, &m_emailVersion), std::pair(openInterface, &m_openVersion) })
+        askPortalVersion(
+            *m_bus, interface, &m_questions, [version = version](uint found) { *version = found; });
 }
 
 PortalSharePicker::~PortalSharePicker() = default;
-
-void PortalSharePicker::askVersion(const QString& interface, uint& version)
-{
-    auto asked = question(u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    asked << interface << u"version"_s;
-    callBus(*m_bus, asked, &m_questions, [&version](const QDBusMessage& answer) {
-        const QDBusReply<QDBusVariant> reply = answer;
-        // An error: this desktop has no such portal.
-        if (reply.isValid())
-            version = reply.value().variant().toUInt();
-    });
-}
 
 QList<ShareService> PortalSharePicker::services(const QList<ShareItem>& items) const
 {
@@ -126,9 +108,7 @@ void PortalSharePicker::composeByPortal(const QList<ShareItem>& items)
             options.insert(u"body"_s, body);
         if (!files.isEmpty())
             options.insert(u"attachment_fds"_s, QVariant::fromValue(files));
-        auto asked = question(emailInterface, u"ComposeEmail"_s);
-        asked << QString() << options;
-        call(asked, [this, items] {
+        ask(emailInterface, u"ComposeEmail"_s, { QString() }, options, [this, items] {
             if (hasMailTool(items))
                 composeByTool(items);
         });
@@ -150,17 +130,12 @@ void PortalSharePicker::openWith(const QUrl& url)
 {
     const QVariantMap options { { u"ask"_s, true } };
     if (!url.isLocalFile()) {
-        auto asked = question(openInterface, u"OpenURI"_s);
-        asked << QString() << url.toString(QUrl::FullyEncoded) << options;
-        call(asked, {});
+        ask(openInterface, u"OpenURI"_s, { QString(), url.toString(QUrl::FullyEncoded) }, options, {});
         return;
     }
     openFiles({ url.toLocalFile() }, [this, options](const Files& files) {
-        if (files.isEmpty())
-            return;
-        auto asked = question(openInterface, u"OpenFile"_s);
-        asked << QString() << QVariant::fromValue(files.first()) << options;
-        call(asked, {});
+        if (!files.isEmpty())
+            ask(openInterface, u"OpenFile"_s, { QString(), QVariant::fromValue(files.first()) }, options, {});
     });
 }
 
@@ -185,15 +160,17 @@ void PortalSharePicker::openFiles(const QStringList& paths, std::function<void(c
         &m_questions, [files, opened = std::move(opened)] { opened(*files); });
 }
 
-void PortalSharePicker::call(const QDBusMessage& question, std::function<void()> failed)
+void PortalSharePicker::ask(const QString& interface, const QString& method, const QVariantList& arguments,
+    const QVariantMap& options, std::function<void()> failed)
 {
-    callBus(*m_bus, question, &m_questions, [failed = std::move(failed)](const QDBusMessage& answer) {
-        if (answer.type() != QDBusMessage::ErrorMessage)
-            return;
-        qCWarning(sharing, "The portal refused: %ls", qUtf16Printable(answer.errorName()));
-        if (failed)
-            failed();
-    });
+    askPortal(*m_bus, interface, method, arguments, options, &m_questions,
+        [method, failed = std::move(failed)](const PortalAnswer& answer) {
+            if (answer.kind != PortalAnswer::Kind::Failed)
+                return;
+            qCWarning(sharing, "The portal failed in %ls", qUtf16Printable(method));
+            if (failed)
+                failed();
+        });
 }
 
 } // namespace nimbarrow

@@ -10,7 +10,6 @@
 #include <memory>
 #include <optional>
 
-class QDBusMessage;
 class QDBusUnixFileDescriptor;
 
 namespace nimbarrow {
@@ -31,14 +30,14 @@ public:
 private:
     using Files = QList<QDBusUnixFileDescriptor>;
 
-    void askVersion(const QString& interface, uint& version);
     [[nodiscard]] bool hasMailTool(const QList<ShareItem>& items) const;
     void composeByPortal(const QList<ShareItem>& items);
     void composeByTool(const QList<ShareItem>& items) const;
     void openWith(const QUrl& url);
     /// Opens files where it may take its time. `opened` runs on the main thread with those that could be.
     void openFiles(const QStringList& paths, std::function<void(const Files&)> opened);
-    void call(const QDBusMessage& question, std::function<void()> failed);
+    void ask(const QString& interface, const QString& method, const QVariantList& arguments,
+        const QVariantMap& options, std::function<void()> failed);
 
     InheritedState m_inherited;
     std::optional<QDBusConnection> m_bus;

@@ -6,7 +6,6 @@
 #include "linux/session/PortalRequest.h"
 
 #include <QDBusReply>
-#include <QDBusVariant>
 
 #include <utility>
 
@@ -33,11 +32,13 @@ private:
     std::shared_ptr<Wanted> m_wanted;
 };
 
-BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString description)
+BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString description, Maker custom)
     : m_bus(std::move(bus))
     , m_description(std::move(description))
+    , m_custom(std::move(custom))
 {
     m_facts.isKWin = isKWin;
+    m_facts.hasCustomKeys = m_custom != nullptr;
     if (!m_bus) {
         use(hotKeyWay(m_facts));
         return;
@@ -47,30 +48,23 @@ BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString 
     asked << u"org.kde.kglobalaccel"_s;
     callBus(*m_bus, asked, &m_questions, [this](const QDBusMessage& answer) {
         m_facts.hasGlobalAccel = QDBusReply<bool>(answer).value();
-        askPortal();
+        askPortalVersion(*m_bus, globalShortcutsPortal, &m_questions, [this](uint version) {
+            m_facts.globalShortcuts = version;
+            use(hotKeyWay(m_facts));
+        });
     });
 }
 
 BusHotKeys::~BusHotKeys() = default;
 
-void BusHotKeys::askPortal()
-{
-    auto asked = portalCall(u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    asked << globalShortcutsPortal << u"version"_s;
-    callBus(*m_bus, asked, &m_questions, [this](const QDBusMessage& answer) {
-        const QDBusReply<QDBusVariant> version = answer;
-        if (version.isValid())
-            m_facts.globalShortcuts = version.value().variant().toUInt();
-        use(hotKeyWay(m_facts));
-    });
-}
-
 void BusHotKeys::use(HotKeyWay way)
 {
     m_way = way;
+    const auto bound = [this, way](bool isBound) { m_way = isBound ? way : HotKeyWay::Nothing; };
     switch (way) {
     case HotKeyWay::GlobalAccel: m_keys = std::make_unique<GlobalAccelHotKeys>(*m_bus, m_description); break;
-    case HotKeyWay::Portal: m_keys = std::make_unique<PortalHotKeys>(*m_bus, m_description); break;
+    case HotKeyWay::Portal: m_keys = std::make_unique<PortalHotKeys>(*m_bus, m_description, bound); break;
+    case HotKeyWay::Custom: m_keys = m_custom(bound); break;
     case HotKeyWay::Nothing: break;
     }
     for (const auto all = std::exchange(m_wanted, {}); const auto& weak : all) {

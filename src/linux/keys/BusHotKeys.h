@@ -15,25 +15,29 @@ namespace nimbarrow {
 /// background; what was registered until then is registered there as soon as it is known.
 class BusHotKeys final : public HotKeys {
 public:
+    /// Makes hot keys that call `bound` with whether there is one.
+    using Maker = std::function<std::unique_ptr<HotKeys>(std::function<void(bool isBound)> bound)>;
+
     /// `description` is what the hot key is called in the system's settings. Without a bus there is none.
-    BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString description);
+    /// `custom`, if there is one, makes what the desktop has for programs where the bus has nothing.
+    BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString description, Maker custom = {});
     ~BusHotKeys() override;
 
     [[nodiscard]] std::unique_ptr<Registration> registerKey(
         Key key, KeyModifiers modifiers, std::function<void()> pressed) override;
 
-    /// None while it is not known yet.
+    /// None while it is not known yet. Nothing where the user has refused it.
     [[nodiscard]] std::optional<HotKeyWay> way() const { return m_way; }
 
 private:
     struct Wanted;
     class Registered;
 
-    void askPortal();
     void use(HotKeyWay way);
 
     std::optional<QDBusConnection> m_bus;
     QString m_description;
+    Maker m_custom;
     BusKeyFacts m_facts;
     std::optional<HotKeyWay> m_way;
     std::unique_ptr<HotKeys> m_keys;

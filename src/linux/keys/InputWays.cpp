@@ -49,7 +49,9 @@ HotKeyWay hotKeyWay(const BusKeyFacts& facts)
     // KDE has the portal too, but asks there for what its shortcuts need no question for.
     if (facts.isKWin && facts.hasGlobalAccel)
         return HotKeyWay::GlobalAccel;
-    return facts.globalShortcuts > 0 ? HotKeyWay::Portal : HotKeyWay::Nothing;
+    if (facts.globalShortcuts > 0)
+        return HotKeyWay::Portal;
+    return facts.hasCustomKeys ? HotKeyWay::Custom : HotKeyWay::Nothing;
 }
 
 QString hotKeyLine(const QString& desktops)

@@ -21,6 +21,8 @@ struct BusKeyFacts {
     bool hasGlobalAccel = false;
     /// The version of the portal; 0 where there is none.
     unsigned globalShortcuts = 0;
+    /// The desktop's settings have keys that start programs.
+    bool hasCustomKeys = false;
 };
 
 /// How the program in front is known.
@@ -32,7 +34,7 @@ enum class PasteWay { TestExtension, VirtualKeyboard, FakeInput, Portal };
 [[nodiscard]] PasteWay pasteWay(const InputFacts& facts);
 
 /// How the hot key reaches the program, where it cannot simply be grabbed.
-enum class HotKeyWay { GlobalAccel, Portal, Nothing };
+enum class HotKeyWay { GlobalAccel, Portal, Custom, Nothing };
 [[nodiscard]] HotKeyWay hotKeyWay(const BusKeyFacts& facts);
 
 /// What makes a key of the compositor open the program, as a line for its configuration; empty for one whose

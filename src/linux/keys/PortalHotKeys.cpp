@@ -62,10 +62,12 @@ class PortalHotKeys::Session final : public QObject, public Registration {
     Q_OBJECT
 
 public:
-    Session(QDBusConnection bus, PortalShortcut shortcut, std::function<void()> pressed)
+    Session(QDBusConnection bus, PortalShortcut shortcut, std::function<void()> pressed,
+        std::function<void(bool)> bound)
         : m_bus(std::move(bus))
         , m_shortcut(std::move(shortcut))
         , m_pressed(std::move(pressed))
+        , m_bound(std::move(bound))
     {
         askPortal(m_bus, globalShortcutsPortal, u"CreateSession"_s, {},
             { { u"session_handle_token"_s, portalToken() } }, this, [this](const PortalAnswer& answer) {
@@ -73,7 +75,7 @@ public:
                 if (answer.kind == PortalAnswer::Kind::Granted && !m_session.isEmpty())
                     bind();
                 else
-                    tellThatItFailed();
+                    finish(false);
             });
     }
 
@@ -104,22 +106,32 @@ private:
             { QVariant::fromValue(QDBusObjectPath(m_session)),
                 QVariant::fromValue(QList<PortalShortcut> { m_shortcut }), QString() },
             {}, this, [this](const PortalAnswer& answer) {
-                if (answer.kind == PortalAnswer::Kind::Failed)
-                    tellThatItFailed();
+                // GNOME 48 leaves to chance which answer goes with what it has bound.
+                const auto bound = qdbus_cast<QList<PortalShortcut>>(answer.results.value(u"shortcuts"_s));
+                finish(!bound.isEmpty() || answer.kind == PortalAnswer::Kind::Granted,
+                    answer.kind == PortalAnswer::Kind::Refused);
             });
     }
 
-    static void tellThatItFailed() { qCWarning(shortcuts, "The desktop's portal gives no hot key"); }
+    void finish(bool isBound, bool isRefused = false)
+    {
+        // Who has said no knows.
+        if (!isBound && !isRefused)
+            qCWarning(shortcuts, "The desktop's portal gives no hot key");
+        m_bound(isBound);
+    }
 
     QDBusConnection m_bus;
     PortalShortcut m_shortcut;
     std::function<void()> m_pressed;
+    std::function<void(bool)> m_bound;
     QString m_session;
 };
 
-PortalHotKeys::PortalHotKeys(QDBusConnection bus, QString description)
+PortalHotKeys::PortalHotKeys(QDBusConnection bus, QString description, std::function<void(bool)> bound)
     : m_bus(std::move(bus))
     , m_description(std::move(description))
+    , m_bound(std::move(bound))
 {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();
@@ -131,7 +143,7 @@ std::unique_ptr<HotKeys::Registration> PortalHotKeys::registerKey(
     return std::make_unique<Session>(m_bus,
         PortalShortcut { shortcutId,
             { { u"description"_s, m_description }, { u"preferred_trigger"_s, trigger(key, modifiers) } } },
-        std::move(pressed));
+        std::move(pressed), m_bound);
 }
 
 } // namespace nimbarrow

@@ -13,8 +13,9 @@ inline const QString globalShortcutsPortal = QStringLiteral("org.freedesktop.por
 /// and later.
 class PortalHotKeys final : public HotKeys {
 public:
-    /// `description` is what the desktop calls the hot key when it asks.
-    PortalHotKeys(QDBusConnection bus, QString description);
+    /// `description` is what the desktop calls the hot key when it asks. `bound` runs on the main loop each
+    /// time the portal has answered, with whether there is a hot key now.
+    PortalHotKeys(QDBusConnection bus, QString description, std::function<void(bool isBound)> bound);
 
     [[nodiscard]] std::unique_ptr<Registration> registerKey(
         Key key, KeyModifiers modifiers, std::function<void()> pressed) override;
@@ -24,6 +25,7 @@ private:
 
     QDBusConnection m_bus;
     QString m_description;
+    std::function<void(bool)> m_bound;
 };
 
 } // namespace nimbarrow

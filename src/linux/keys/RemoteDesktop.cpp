@@ -6,8 +6,6 @@
 #include "linux/session/PortalRequest.h"
 
 #include <QDBusObjectPath>
-#include <QDBusReply>
-#include <QDBusVariant>
 #include <QFileInfo>
 #include <QLoggingCategory>
 
@@ -58,11 +56,8 @@ RemoteDesktop::~RemoteDesktop()
 
 void RemoteDesktop::askVersion()
 {
-    auto asked = portalCall(u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    asked << portalInterface << u"version"_s;
-    callBus(*m_bus, asked, &m_questions, [this](const QDBusMessage& answer) {
-        const QDBusReply<QDBusVariant> version = answer;
-        m_hasPortal = version.isValid() && version.value().variant().toUInt() >= firstWithTokens;
+    askPortalVersion(*m_bus, portalInterface, &m_questions, [this](uint version) {
+        m_hasPortal = version >= firstWithTokens;
         if (m_hasPortal)
             Q_EMIT changed();
     });

@@ -5,6 +5,7 @@
 #include "linux/display/WaylandRegistry.h"
 #include "linux/display/WaylandResources.h"
 #include "linux/panel/CoveredRows.h"
+#include "linux/panel/PanelRoom.h"
 #include "qt/FlippedAxis.h"
 
 #include <QGuiApplication>
@@ -15,7 +16,6 @@
 #include <QVersionNumber>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace nimbarrow {
 
@@ -33,19 +33,6 @@ Key letterAt(quint32 code)
     constexpr quint32 placeOfC = 46 + 8;
     constexpr quint32 placeOfV = 47 + 8;
     return code == placeOfC ? Key::C : code == placeOfV ? Key::V : Key::Other;
-}
-
-/// The smallest one around both that has the middle of `frame`.
-QRect grown(const QRect& surface, const QRect& frame)
-{
-    QRect result(QPoint(), surface.size().expandedTo(frame.size()));
-    result.moveTopLeft({ frame.center().x() - (result.width() - 1) / 2, frame.top() });
-    return result;
-}
-
-bool hangsFromSamePlace(const QRect& surface, const QRect& frame)
-{
-    return surface.top() == frame.top() && std::abs(surface.center().x() - frame.center().x()) <= 1;
 }
 
 } // namespace
@@ -109,7 +96,7 @@ void LayerShellPanelWindow::setFrame(const ScreenRect& frame)
 {
     const auto wanted = flipped(frame.grown(-crumb)).toAlignedRect();
     const auto before = m_surface;
-    m_surface = hangsFromSamePlace(m_surface, wanted) ? grown(m_surface, wanted) : wanted;
+    m_surface = panelRoom(m_surface, wanted);
     if (!m_layer || m_surface == before)
         return;
     if (screenOfFrame() == m_screen) {

@@ -1,12 +1,11 @@
 #include "linux/panel/X11KeyFocus.h"
 
-#include "linux/display/X11Properties.h"
-
 namespace nimbarrow {
 
-X11KeyFocus::X11KeyFocus(xcb_connection_t* connection, xcb_window_t window)
+X11KeyFocus::X11KeyFocus(xcb_connection_t* connection, xcb_window_t window, bool isNested)
     : m_connection(connection)
     , m_window(window)
+    , m_isNested(isNested)
 {
 }
 
@@ -23,6 +22,11 @@ bool X11KeyFocus::giveBack(xcb_timestamp_t time)
 {
     if (!isOurs())
         return false;
+    // While a window that the server does not know has the keyboard, GNOME's shell parks the focus on a
+    // window of its own, and takes no notice when it comes back there. On the root window it is given to whom
+    // it belongs.
+    if (const auto parked = attributes(m_before); m_isNested && parked && parked->override_redirect)
+        return set(x11::rootWindow(m_connection), time);
     if ((m_before == XCB_INPUT_FOCUS_POINTER_ROOT || isViewable(m_before)) && set(m_before, time))
         return true;
     const auto active = x11::windowProperty(
@@ -44,16 +48,22 @@ xcb_window_t X11KeyFocus::focused() const
     return reply ? reply->focus : xcb_window_t(XCB_NONE);
 }
 
-bool X11KeyFocus::isViewable(xcb_window_t window) const
+x11::Owned<xcb_get_window_attributes_reply_t> X11KeyFocus::attributes(xcb_window_t window) const
 {
     // "None" and "wherever the pointer is" are no windows.
     if (window <= XCB_INPUT_FOCUS_POINTER_ROOT)
-        return false;
+        return {};
     xcb_generic_error_t* error = nullptr;
     const auto cookie = xcb_get_window_attributes(m_connection, window);
-    const auto reply = x11::owned(xcb_get_window_attributes_reply(m_connection, cookie, &error));
+    auto reply = x11::owned(xcb_get_window_attributes_reply(m_connection, cookie, &error));
     const auto isGone = x11::owned(error);
-    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+    return reply;
+}
+
+bool X11KeyFocus::isViewable(xcb_window_t window) const
+{
+    const auto found = attributes(window);
+    return found && found->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
 bool X11KeyFocus::set(xcb_window_t window, xcb_timestamp_t time) const

@@ -1,13 +1,14 @@
 #pragma once
 
-#include <xcb/xcb.h>
+#include "linux/display/X11Properties.h"
 
 namespace nimbarrow {
 
 /// Takes the input focus for a window that the window manager does not know, and gives it back.
 class X11KeyFocus {
 public:
-    X11KeyFocus(xcb_connection_t* connection, xcb_window_t window);
+    /// `isNested` where the server is one inside a compositor, whose own windows it does not know.
+    X11KeyFocus(xcb_connection_t* connection, xcb_window_t window, bool isNested);
 
     /// False when the server refuses it, as for a window that is not mapped.
     bool take();
@@ -20,11 +21,13 @@ public:
 
 private:
     [[nodiscard]] xcb_window_t focused() const;
+    [[nodiscard]] x11::Owned<xcb_get_window_attributes_reply_t> attributes(xcb_window_t window) const;
     [[nodiscard]] bool isViewable(xcb_window_t window) const;
     bool set(xcb_window_t window, xcb_timestamp_t time) const;
 
     xcb_connection_t* m_connection;
     xcb_window_t m_window;
+    bool m_isNested;
     xcb_window_t m_before = XCB_NONE;
 };
 

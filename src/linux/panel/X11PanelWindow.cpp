@@ -2,6 +2,7 @@
 
 #include "linux/display/X11Properties.h"
 #include "linux/panel/CoveredRows.h"
+#include "linux/panel/PanelRoom.h"
 #include "qt/FlippedAxis.h"
 
 #include <QCursor>
@@ -19,6 +20,11 @@ namespace {
 
 // Sums of points leave crumbs that must not cost a whole pixel.
 constexpr auto crumb = 1.0 / 64;
+
+// A compositor around the X server takes the pointer for gone from a window that is on its way to another
+// place and size, and finds it again only when it moves. So there it has room for the surface from the
+// beginning.
+constexpr QSize nestedRoom(512, 340); // points
 
 // The wheel's buttons come after it.
 constexpr auto lastButton = 3U;
@@ -50,14 +56,15 @@ void setType(xcb_connection_t* connection, xcb_window_t window)
 
 } // namespace
 
-X11PanelWindow::X11PanelWindow(QQuickWindow& window)
+X11PanelWindow::X11PanelWindow(QQuickWindow& window, bool isNested)
     : m_window(window)
+    , m_isNested(isNested)
     , m_connection(x11::qtConnection())
     , m_id(created(window))
     , m_shape(m_connection, m_id)
     , m_cover(m_connection, window)
     , m_raiser(m_connection, window, m_cover)
-    , m_focus(m_connection, m_id)
+    , m_focus(m_connection, m_id, isNested)
     , m_keys(window, [this](quint32 code) { return m_keyboard.letterAt(code); })
     , m_inputOpcode(x11::majorOpcode(m_connection, &xcb_input_id))
 {
@@ -77,7 +84,8 @@ X11PanelWindow::~X11PanelWindow()
 
 void X11PanelWindow::setFrame(const ScreenRect& frame)
 {
-    m_window.setGeometry(flipped(frame.grown(-crumb)).toAlignedRect());
+    const auto wanted = flipped(frame.grown(-crumb)).toAlignedRect();
+    m_window.setGeometry(m_isNested ? panelRoom(m_window.geometry(), wanted, nestedRoom) : wanted);
     xcb_flush(m_connection);
 }
 

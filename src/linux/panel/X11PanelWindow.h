@@ -23,7 +23,8 @@ class X11PanelWindow final : public PanelWindow, private QAbstractNativeEventFil
 
 public:
     /// `window` was never shown, and must outlive the panel. The program must run on Qt's xcb platform.
-    explicit X11PanelWindow(QQuickWindow& window);
+    /// `isNested` where the X server is one inside a compositor: the window is larger than its frames there.
+    explicit X11PanelWindow(QQuickWindow& window, bool isNested = false);
     ~X11PanelWindow() override;
 
     void setFrame(const ScreenRect& frame) override;
@@ -52,6 +53,7 @@ private:
     void followRestingPointer();
 
     QQuickWindow& m_window;
+    bool m_isNested;
     xcb_connection_t* m_connection;
     xcb_window_t m_id;
     X11WindowShape m_shape;

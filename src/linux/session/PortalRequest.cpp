@@ -3,6 +3,8 @@
 #include "linux/session/BusCalls.h"
 
 #include <QDBusMessage>
+#include <QDBusReply>
+#include <QDBusVariant>
 #include <QObject>
 #include <QUuid>
 
@@ -64,6 +66,17 @@ void askPortal(const QDBusConnection& bus, const QString& interface, const QStri
     callBus(bus, question, request, [request](const QDBusMessage& answer) {
         if (answer.type() == QDBusMessage::ErrorMessage)
             request->end({});
+    });
+}
+
+void askPortalVersion(const QDBusConnection& bus, const QString& interface, QObject* receiver,
+    std::function<void(uint)> answered)
+{
+    auto question = portalCall(u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    question << interface << u"version"_s;
+    callBus(bus, question, receiver, [answered = std::move(answered)](const QDBusMessage& answer) {
+        const QDBusReply<QDBusVariant> version = answer;
+        answered(version.isValid() ? version.value().variant().toUInt() : 0);
     });
 }
 

@@ -26,6 +26,10 @@ void askPortal(const QDBusConnection& bus, const QString& interface, const QStri
     const QVariantList& arguments, QVariantMap options, QObject* receiver,
     std::function<void(const PortalAnswer& answer)> answered);
 
+/// Asks which version of a portal there is. `answered` runs as above, with 0 where there is none.
+void askPortalVersion(const QDBusConnection& bus, const QString& interface, QObject* receiver,
+    std::function<void(uint version)> answered);
+
 /// A new name for what a portal is to make, which nobody else can guess.
 [[nodiscard]] QString portalToken();
 

@@ -1,15 +1,12 @@
 #include "linux/applications/PortalSharePicker.h"
 
 #include "support/ManualQueues.h"
+#include "support/Portals.h"
 #include "support/PrivateBus.h"
 #include "support/TestFolder.h"
 
-#include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
 #include <QFile>
 #include <QTest>
 
@@ -18,37 +15,18 @@ using namespace nimbarrow;
 using Items = QList<ShareItem>;
 using Services = QList<ShareService>;
 
-/// The portals of one desktop: remembers what they were asked, as lines of text.
-class Portals : public QDBusVirtualObject {
-public:
-    uint email = 0;
-    uint openUri = 0;
-    bool refuses = false;
-    int versions = 0;
-    QStringList asked;
-
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+class SharePortals final : public Portals {
+protected:
+    Answer hear(const QDBusMessage& question, const QVariantMap& options) override
     {
-        const auto arguments = message.arguments();
-        if (message.member() == "Get"_L1) {
-            ++versions;
-            const auto version = arguments.at(0) == u"org.freedesktop.portal.Email"_s ? email : openUri;
-            return connection.send(version > 0
-                    ? message.createReply(QVariant::fromValue(QDBusVariant(version)))
-                    : message.createErrorReply(QDBusError::InvalidArgs, u"no such interface"_s));
-        }
-        QStringList words { message.member() };
+        const auto arguments = question.arguments();
+        QStringList words { question.member() };
         for (const auto& argument : arguments.first(arguments.size() - 1))
             words << told(argument);
-        const auto options = qdbus_cast<QVariantMap>(arguments.constLast());
         for (auto option = options.begin(); option != options.end(); ++option)
             words << option.key() + u'=' + told(option.value());
         asked << words.join(u'|');
-        return connection.send(refuses
-                ? message.createErrorReply(u"org.freedesktop.portal.Error.Failed"_s, u"no"_s)
-                : message.createReply(QVariant::fromValue(QDBusObjectPath(u"/request"_s))));
+        return { response };
     }
 
 private:
@@ -77,7 +55,7 @@ private Q_SLOTS:
     void init()
     {
         m_disk = std::make_unique<TestFolder>();
-        m_portals = std::make_unique<Portals>();
+        m_portals = std::make_unique<SharePortals>();
         m_inherited = InheritedState::now();
         m_inherited.umask = 022;
         m_inherited.environment.insert(u"PATH"_s, m_disk->path());
@@ -147,14 +125,18 @@ private Q_SLOTS:
     void startsTheToolWhereThereIsNoPortal_data()
     {
         QTest::addColumn<uint>("email");
-        QTest::newRow("no portal") << 0U;
-        QTest::newRow("portal that refuses") << 3U;
+        QTest::addColumn<bool>("refuses");
+        QTest::newRow("no portal") << 0U << false;
+        QTest::newRow("portal that refuses") << 3U << true;
+        QTest::newRow("portal that fails later") << 3U << false;
     }
 
     void startsTheToolWhereThereIsNoPortal()
     {
         QFETCH(uint, email);
-        m_portals->refuses = true;
+        QFETCH(bool, refuses);
+        m_portals->refuses = refuses;
+        m_portals->response = 2;
         installTool();
         // As this program sets it for itself.
         qputenv("QT_QUICK_BACKEND", "software");
@@ -187,14 +169,11 @@ private:
     /// The picker, once the portals of these versions have told what they are.
     void start(uint email, uint openUri)
     {
-        m_portals->email = email;
-        m_portals->openUri = openUri;
-        auto portal = QDBusConnection::connectToBus(m_bus.address(), u"portal"_s);
-        QVERIFY(portal.registerVirtualObject(u"/org/freedesktop/portal/desktop"_s, m_portals.get()));
-        QVERIFY(portal.registerService(u"org.freedesktop.portal.Desktop"_s));
+        m_portals->versions = { { u"Email"_s, email }, { u"OpenURI"_s, openUri } };
+        QVERIFY(m_portals->serve(m_bus.address(), u"portal"_s));
         const auto bus = QDBusConnection::connectToBus(m_bus.address(), u"program"_s);
         m_picker = std::make_unique<PortalSharePicker>(m_inherited, bus, m_queues);
-        QTRY_COMPARE(m_portals->versions, 2);
+        QTRY_COMPARE(m_portals->versionsTold, 2);
         // The answers are on their way.
         QTest::qWait(30);
     }
@@ -202,7 +181,7 @@ private:
     PrivateBus m_bus;
     ManualQueues m_queues;
     std::unique_ptr<TestFolder> m_disk;
-    std::unique_ptr<Portals> m_portals;
+    std::unique_ptr<SharePortals> m_portals;
     InheritedState m_inherited;
     std::unique_ptr<PortalSharePicker> m_picker;
 };

@@ -4,14 +4,10 @@
 #include "linux/keys/InputWays.h"
 #include "linux/keys/RemoteDesktop.h"
 #include "support/ManualQueues.h"
+#include "support/Portals.h"
 #include "support/PrivateBus.h"
 #include "support/TestFolder.h"
 
-#include <QDBusArgument>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
 #include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
@@ -22,74 +18,51 @@ using State = RemoteDesktop::State;
 
 namespace {
 
-/// The portals of a desktop with a user who answers at once. Remembers what it was asked, as lines of text.
-class Portals : public QDBusVirtualObject {
+class InputPortals final : public Portals {
 public:
-    uint remoteDesktop = 2;
-    uint globalShortcuts = 1;
-    /// Of the user: 0 yes, 1 no, 2 anything else.
-    uint response = 0;
+    InputPortals() { versions = { { u"RemoteDesktop"_s, 2 }, { u"GlobalShortcuts"_s, 1 } }; }
+
     QString token = u"first"_s;
-    QStringList asked;
     QString session;
+    /// Whether the answer lists what has been bound.
+    bool listsShortcuts = true;
 
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+protected:
+    Answer hear(const QDBusMessage& question, const QVariantMap& options) override
     {
-        const auto arguments = message.arguments();
-        const auto member = message.member();
-        if (member == "Get"_L1) {
-            const auto version = arguments.at(0).toString().endsWith("RemoteDesktop"_L1) ? remoteDesktop
-                : arguments.at(0).toString().endsWith("GlobalShortcuts"_L1)              ? globalShortcuts
-                                                                                         : 0;
-            return connection.send(version > 0
-                    ? message.createReply(QVariant::fromValue(QDBusVariant(version)))
-                    : message.createErrorReply(QDBusError::InvalidArgs, u"no such interface"_s));
-        }
-        if (member == "Close"_L1) {
+        const auto arguments = question.arguments();
+        const auto member = question.member();
+        if (member == "Close"_L1)
             asked << u"Close"_s;
-            return true;
-        }
-        if (member == "NotifyKeyboardKeysym"_L1) {
+        if (member == "NotifyKeyboardKeysym"_L1)
             asked << u"%1 %2"_s.arg(QString::number(arguments.at(2).toInt(), 16), arguments.at(3).toString());
-            return connection.send(message.createReply());
-        }
-        const auto options = qdbus_cast<QVariantMap>(arguments.constLast());
-        QVariantMap results;
-        auto answer = 0U;
         if (member == "CreateSession"_L1) {
             session = u"/org/freedesktop/portal/desktop/session/x/"_s
                 + options.value(u"session_handle_token"_s).toString();
-            results.insert(u"session_handle"_s, session);
-        } else if (member == "SelectDevices"_L1) {
+            return { 0, { { u"session_handle"_s, session } } };
+        }
+        if (member == "SelectDevices"_L1)
             asked << u"%1 %2 %3"_s.arg(options.value(u"types"_s).toString(),
                 options.value(u"persist_mode"_s).toString(),
                 options.value(u"restore_token"_s, u"-"_s).toString());
-        } else if (member == "Start"_L1) {
-            answer = response;
-            results.insert(u"devices"_s, 1U);
-            results.insert(u"restore_token"_s, token);
-        } else if (member == "BindShortcuts"_L1) {
-            const auto shortcuts = arguments.at(1).value<QDBusArgument>();
-            shortcuts.beginArray();
-            shortcuts.beginStructure();
-            QString id;
-            QVariantMap facts;
-            shortcuts >> id >> facts;
-            shortcuts.endStructure();
-            shortcuts.endArray();
-            asked << QStringList { id, facts.value(u"description"_s).toString(),
-                facts.value(u"preferred_trigger"_s).toString() }
-                         .join(u'|');
-            answer = response;
-        }
-        const auto path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
-            message.service().mid(1).replace(u'.', u'_'), options.value(u"handle_token"_s).toString());
-        connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
-        auto signal = QDBusMessage::createSignal(path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
-        signal << answer << results;
-        return connection.send(signal);
+        if (member == "Start"_L1)
+            return { response, { { u"devices"_s, 1U }, { u"restore_token"_s, token } } };
+        if (member != "BindShortcuts"_L1)
+            return {};
+        const auto shortcuts = arguments.at(1).value<QDBusArgument>();
+        shortcuts.beginArray();
+        shortcuts.beginStructure();
+        QString id;
+        QVariantMap facts;
+        shortcuts >> id >> facts;
+        shortcuts.endStructure();
+        shortcuts.endArray();
+        asked << QStringList { id, facts.value(u"description"_s).toString(),
+            facts.value(u"preferred_trigger"_s).toString() }
+                     .join(u'|');
+        if (!listsShortcuts)
+            return { response };
+        return { response, { { u"shortcuts"_s, arguments.at(1) } } };
     }
 };
 
@@ -103,10 +76,8 @@ private Q_SLOTS:
     void init()
     {
         m_disk = std::make_unique<TestFolder>();
-        m_portals = std::make_unique<Portals>();
-        auto desktop = QDBusConnection::connectToBus(m_bus.address(), u"desktop"_s);
-        QVERIFY(desktop.registerVirtualObject(u"/"_s, m_portals.get(), QDBusConnection::SubPath));
-        QVERIFY(desktop.registerService(u"org.freedesktop.portal.Desktop"_s));
+        m_portals = std::make_unique<InputPortals>();
+        QVERIFY(m_portals->serve(m_bus.address(), u"desktop"_s));
         m_program.emplace(QDBusConnection::connectToBus(m_bus.address(), u"program"_s));
     }
 
@@ -151,6 +122,7 @@ private Q_SLOTS:
         QTest::newRow("KDE") << BusKeyFacts { true, true, 1 } << HotKeyWay::GlobalAccel;
         QTest::newRow("KDE without its service") << BusKeyFacts { true, false, 1 } << HotKeyWay::Portal;
         QTest::newRow("GNOME with a program of KDE") << BusKeyFacts { false, true, 1 } << HotKeyWay::Portal;
+        QTest::newRow("GNOME before 48") << BusKeyFacts { false, false, 0, true } << HotKeyWay::Custom;
         QTest::newRow("sway with a program of KDE") << BusKeyFacts { false, true, 0 } << HotKeyWay::Nothing;
     }
     void hotKeyGoesTheBestWay()
@@ -228,7 +200,7 @@ private Q_SLOTS:
         QFETCH(const uint, version);
         QFETCH(const uint, response);
         QFETCH(const QString, newToken);
-        m_portals->remoteDesktop = version;
+        m_portals->versions[u"RemoteDesktop"_s] = version;
         m_portals->response = response;
         m_portals->token = newToken;
         if (!before.isEmpty())
@@ -283,9 +255,38 @@ private Q_SLOTS:
         QCOMPARE(fired, 1);
     }
 
+    void thereIsAHotKeyWhereOneIsBound_data()
+    {
+        QTest::addColumn<uint>("response");
+        QTest::addColumn<bool>("lists");
+        QTest::addColumn<HotKeyWay>("way");
+
+        QTest::newRow("yes") << 0U << true << HotKeyWay::Portal;
+        QTest::newRow("no") << 1U << false << HotKeyWay::Nothing;
+        QTest::newRow("failed") << 2U << false << HotKeyWay::Nothing;
+        // GNOME 48 may say so.
+        QTest::newRow("bound all the same") << 2U << true << HotKeyWay::Portal;
+    }
+    void thereIsAHotKeyWhereOneIsBound()
+    {
+        QFETCH(const HotKeyWay, way);
+        QFETCH(const bool, lists);
+        QFETCH(const uint, response);
+        m_portals->response = response;
+        m_portals->listsShortcuts = lists;
+        if (response == 2 && !lists)
+            QTest::ignoreMessage(QtWarningMsg, "The desktop's portal gives no hot key");
+        BusHotKeys hotKeys(m_program, false, u"Show"_s);
+        const auto registered = hotKeys.registerKey(Key::V, KeyModifier::Command, [] {});
+        QTRY_COMPARE(m_portals->asked.size(), 1);
+        // The answer is on its way.
+        QTest::qWait(30);
+        QCOMPARE(hotKeys.way(), std::optional(way));
+    }
+
     void withoutAServiceThereIsNoHotKey()
     {
-        m_portals->globalShortcuts = 0;
+        m_portals->versions.remove(u"GlobalShortcuts"_s);
         BusHotKeys hotKeys(m_program, false, u"Show"_s);
         QVERIFY(!hotKeys.way());
         const auto registered = hotKeys.registerKey(Key::V, KeyModifier::Command, [] {});
@@ -309,14 +310,15 @@ private:
         m_trust = std::make_unique<RemoteDesktop>(m_program, tokenPath(), m_queues);
         m_queues.runAll();
         const QSignalSpy changed(m_trust.get(), &RemoteDesktop::changed);
-        (void)QTest::qWaitFor([&] { return m_portals->remoteDesktop < 2 || !changed.isEmpty(); }, 5000);
+        (void)QTest::qWaitFor(
+            [&] { return m_portals->versions[u"RemoteDesktop"_s] < 2 || !changed.isEmpty(); }, 5000);
         return m_trust->state();
     }
 
     PrivateBus m_bus;
     ManualQueues m_queues;
     std::unique_ptr<TestFolder> m_disk;
-    std::unique_ptr<Portals> m_portals;
+    std::unique_ptr<InputPortals> m_portals;
     std::optional<QDBusConnection> m_program;
     std::unique_ptr<RemoteDesktop> m_trust;
 };

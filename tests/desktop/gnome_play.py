@@ -1,0 +1,206 @@
+"""gnome_play.py PROGRAM: the whole program on GNOME, whose compositor has no layer for panels, through its X server, beside
+windows of the compositor's own kind. Not for root. With a folder after PROGRAM its pictures are left there."""
+
+import pathlib
+import signal
+import subprocess
+import sys
+import time
+
+from desktop import NOTCH_LEFT, reached, StageMissed, wait_until
+from gnome import GnomeDesktop, missing, PYTHON
+from wayland_panel_test import PanelFlow
+
+# What the top bar and a window are to be told from the panel by.
+BAR = (0x31, 0x54, 0x7a)
+
+
+class Window:
+    """Over the whole screen, of another program; it writes down its text."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self.file = desktop.home / "window"
+        self.file.write_text("")
+        script = pathlib.Path(__file__).resolve().parent / "peers" / "gtk_window.py"
+        self.process = desktop.spawn([PYTHON, str(script), str(self.file)], stderr=open(desktop.home / "window.log", "w"))
+        wait_until("another program's window with the keyboard", self.is_active, 30)
+        time.sleep(1)
+
+    def is_active(self):
+        return self.file.read_text().startswith("active")
+
+    def text(self):
+        return self.file.read_text().partition("\n")[2]
+
+    def types(self, text):
+        before = self.text()
+        self.desktop.type(text)
+        wait_until(f"{text!r} in the other program (it has {self.text()!r})", lambda: self.text() == before + text)
+
+    def copies(self, text):
+        """Everything that stands in it, from its keyboard."""
+        self.desktop.chord("Control", "a")
+        self.desktop.type(text)
+        self.desktop.chord("Control", "a")
+        self.desktop.chord("Control", "c")
+
+    def is_clicked(self, place):
+        before = self.text().count("<click>")
+        self.desktop.click(*place)
+        wait_until(f"a click at {place} in the other program", lambda: self.text().count("<click>") > before)
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait()
+
+
+class GnomeFlow(PanelFlow):
+    def __init__(self, desktop, pictures):
+        super().__init__(desktop)
+        self.pictures = pictures
+
+    def show(self, stage):
+        reached(stage)
+        if self.pictures:
+            self.desktop.picture(self.pictures / (stage.replace(" ", "-") + ".png"))
+
+    def has_notice(self):
+        return self.desktop.is_black(NOTCH_LEFT - 40, 4)
+
+    def waits_for_rest(self):
+        wait_until("the end of the notice", lambda: not self.has_notice(), 12)
+
+
+def play(desktop, pictures=None):
+    flow = GnomeFlow(desktop, pictures)
+    desktop.ask("Main.panel.style = 'background-color: rgb(49, 84, 122)'; 1")
+    wait_until("a top bar", lambda: desktop.pixel(500, 16) == BAR)
+    flow.starts()
+    flow.show("a panel above the top bar")
+
+    agrees_to_hot_key(flow)
+    report = subprocess.run([desktop.program, "--doctor"], env=desktop.environment, capture_output=True, text=True,
+                            timeout=20).stdout
+    print(report, end="")
+    if ", xcb" not in report.splitlines()[0] or not all(
+            any(line.split()[0] == part and "works" in line for line in report.splitlines()[1:])
+            for part in ("notch", "panel", "clipboard", "hot", "keep")):
+        raise StageMissed(f"what works here:\n{report}")
+    reached("what works here")
+
+    flow.hovers()
+    window = Window(desktop)
+    if not flow.is_at_rest():
+        raise StageMissed("the notch above a window that fills the screen")
+    flow.hovers()
+    flow.show("hover above a native window")
+
+    window.copies("first")
+    wait_until("a notice", flow.has_notice, 8)
+    time.sleep(0.4)
+    flow.show("a notice of a native copy")
+    desktop.wait_for_entry("a native copy", lambda item: item.get("text") == "first")
+    flow.waits_for_rest()
+    desktop.key("F2")
+    time.sleep(2)
+    if len(desktop.history()) != 1 or flow.has_notice():
+        raise StageMissed("a secret that leaves no trace")
+    reached("a secret")
+    desktop.key("F3")
+    desktop.wait_for_entry("a picture", lambda item: item["kind"] == "image")
+    reached("a picture")
+    desktop.key("F4")
+    desktop.wait_for_entry("the last of forty copies", lambda item: item.get("text") == "number 40")
+    reached("forty copies")
+    desktop.copy("from x11")
+    desktop.wait_for_entry("a copy of an X11 program", lambda item: item.get("text") == "from x11")
+    reached("an X11 program's copy")
+    flow.waits_for_rest()
+
+    picks(flow, window)
+    flow.leaves_the_keyboard(window)
+    flow.takes_the_keyboard(window)
+    flow.lets_clicks_through(window)
+    flow.stays_closed()
+    window.close()
+    outlives_nothing(flow)
+
+
+def agrees_to_hot_key(flow):
+    """The desktop asks by itself, as soon as the program has started."""
+    desktop = flow.desktop
+    left, top, width, _ = wait_until("the question for the hot key", lambda: desktop.window("Add Keyboard Shortcuts"), 40)
+    # It does not hear clicks as soon as it is to be seen.
+    time.sleep(4)
+    flow.show("the question for the hot key")
+    desktop.click(left + width - 40, top + 21)
+    wait_until("the end of the question", lambda: not desktop.window("Add Keyboard Shortcuts"))
+    time.sleep(1)
+    desktop.chord("Super", "Shift", "v")
+    flow.wait_open()
+    desktop.chord("Super", "Shift", "v")
+    flow.wait_closed()
+    reached("the hot key")
+
+
+def picks(flow, window):
+    """With the pointer, and then from the keyboard."""
+    desktop = flow.desktop
+    desktop.move(flow.middle, flow.notch_height / 2)
+    flow.wait_open()
+    flow.show("the surface")
+    # The second of the list.
+    desktop.click(flow.middle + 60, 165)
+    wait_until("the clicked entry on the clipboard", lambda: desktop.pasted() == b"number 40")
+    flow.show("an entry clicked")
+    desktop.move(*flow.below)
+    flow.wait_closed()
+    desktop.chord("Control", "a")
+    desktop.chord("Control", "v")
+    wait_until("it pasted in a native window", lambda: window.text() == "number 40")
+    flow.toggles()
+    flow.wait_open()
+    flow.show("keyboard mode")
+    desktop.key("Down", "Return")
+    flow.wait_closed()
+    wait_until("the keyboard back", window.is_active)
+    desktop.chord("Control", "a")
+    desktop.chord("Control", "v")
+    wait_until("what was picked from the keyboard", lambda: window.text() == "from x11")
+    reached("an entry picked from the keyboard")
+
+
+def outlives_nothing(flow):
+    desktop = flow.desktop
+    desktop.server.send_signal(signal.SIGKILL)
+    status = desktop.nimbarrow.wait(15)
+    lines = [line for line in desktop.log().splitlines() if "X server" in line or "display" in line]
+    if status != 1 or not lines:
+        raise StageMissed(f"status 1 and a line, not {status} and {desktop.log()}")
+    desktop.usual_log += lines
+    if not any(item.get("text") == "from x11" for item in desktop.history()):
+        raise StageMissed("the history of before")
+    reached("a compositor that is gone")
+
+
+def main(program, pictures=None):
+    lacking = missing()
+    if lacking:
+        print("missed: a GNOME desktop; install", *lacking, file=sys.stderr)
+        return 1
+    pictures = pictures and pathlib.Path(pictures).resolve()
+    with GnomeDesktop(program, settings={"language": "en"}) as desktop:
+        try:
+            play(desktop, pictures)
+            desktop.check_log()
+        except StageMissed as missed:
+            if pictures and desktop.server.poll() is None:
+                desktop.picture(pictures / "missed.png")
+            print("missed:", missed, "\n" + desktop.log(), "\n" + desktop.shell_log()[-2000:], file=sys.stderr)
+            return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
