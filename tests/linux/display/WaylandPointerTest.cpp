@@ -81,9 +81,6 @@ private Q_SLOTS:
     }
 };
 
-Q_DECLARE_METATYPE(Steps)
-Q_DECLARE_METATYPE(std::optional<QPointF>)
-
 QTEST_GUILESS_MAIN(WaylandPointerTest)
 
 #include "WaylandPointerTest.moc"
