@@ -35,7 +35,8 @@ def missing():
     """What a desktop of this kind needs and this system lacks: programs, or packages of Debian."""
     wanted = {"gnome-shell": "gnome-shell", "Xwayland": "xwayland", "dbus-daemon": "dbus-daemon", "xclip": "xclip",
               "convert": "imagemagick", "/usr/libexec/xdg-desktop-portal-gnome": "xdg-desktop-portal-gnome",
-              "gnome-control-center": "gnome-control-center"}
+              "gnome-control-center": "gnome-control-center",
+              "/usr/libexec/gsd-media-keys": "gnome-settings-daemon", "gsettings": "libglib2.0-bin"}
     return [package for program, package in wanted.items() if not shutil.which(program)] + [
         package for module, package in {"dbusmock": "python3-dbusmock", "gi": "python3-gi"}.items()
         if subprocess.run([PYTHON, "-c", f"import {module}"], stderr=subprocess.DEVNULL).returncode] + [
@@ -131,6 +132,13 @@ class GnomeDesktop(Desktop):
         return self.ask("global.get_window_actors().map(actor => actor.meta_window).filter(window => window.title == "
                         f"{json.dumps(title)} && window.get_frame_rect().width > 0).map(window => window.get_frame_rect())"
                         ".map(it => [it.x, it.y, it.width, it.height])[0] ?? null")
+
+    def button(self, label):
+        """The middle of a button of the shell's notification that stands, once the pointer is over that."""
+        return self.ask("(() => { const walk = actor => actor.label === " + json.dumps(label) + " ? [actor] : "
+                        "actor.get_children().flatMap(walk); const button = walk(Main.messageTray)[0]; if (!button) "
+                        "return null; const [x, y] = button.get_transformed_position(); "
+                        "return [x + button.width / 2, y + button.height / 2]; })()")
 
     # What a person does and sees.
 

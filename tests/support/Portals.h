@@ -20,12 +20,16 @@ public:
     uint response = 0;
     /// Whether each question is an error.
     bool refuses = false;
+    /// Whether the user does not answer.
+    bool isSilent = false;
     QStringList asked;
 
-    /// On a bus, under a name of its own in this process.
+    /// On a bus, under a name of its own in this process. Again, and it is another portal for everybody.
     [[nodiscard]] bool serve(const QString& busAddress, const QString& name)
     {
         auto bus = QDBusConnection::connectToBus(busAddress, name);
+        bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        bus.unregisterObject(QStringLiteral("/"), QDBusConnection::UnregisterTree);
         return bus.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath)
             && bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
     }
@@ -54,6 +58,8 @@ public:
             = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2")
                   .arg(message.service().mid(1).replace(QLatin1Char('.'), QLatin1Char('_')), token);
         connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
+        if (isSilent)
+            return true;
         auto signal = QDBusMessage::createSignal(
             path, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
         signal << answer << results;

@@ -81,11 +81,9 @@ Questions::Question question()
     // In the language of the system's settings, where it stands.
     if (QLocale::system().language() == QLocale::Ukrainian)
         return { u"Відкривати історію клавішами Super+Shift+V?"_s,
-            u"Nimbarrow додасть їх до власних комбінацій клавіш у налаштуваннях GNOME."_s, u"Додати"_s,
-            u"Не додавати"_s };
-    return { u"Open the history with Super+Shift+V?"_s,
-        u"Nimbarrow will add it to the custom shortcuts in the settings of GNOME."_s, u"Add"_s,
-        u"Do not add"_s };
+            u"Nimbarrow додасть їх до комбінацій клавіш GNOME."_s, u"Додати"_s, u"Не додавати"_s };
+    return { u"Open the history with Super+Shift+V?"_s, u"Nimbarrow will add it to the shortcuts of GNOME."_s,
+        u"Add"_s, u"Do not add"_s };
 }
 
 } // namespace

@@ -69,14 +69,10 @@ public:
         , m_pressed(std::move(pressed))
         , m_bound(std::move(bound))
     {
-        askPortal(m_bus, globalShortcutsPortal, u"CreateSession"_s, {},
-            { { u"session_handle_token"_s, portalToken() } }, this, [this](const PortalAnswer& answer) {
-                m_session = answer.results.value(u"session_handle"_s).toString();
-                if (answer.kind == PortalAnswer::Kind::Granted && !m_session.isEmpty())
-                    bind();
-                else
-                    finish(false);
-            });
+        followPortals(m_bus, this, SLOT(followOwner(QString, QString, QString)));
+        followBusSignal(m_bus, u"/org/freedesktop/portal/desktop"_s, globalShortcutsPortal, u"Activated"_s,
+            this, SLOT(activate(QDBusObjectPath, QString)));
+        create();
     }
 
     ~Session() override
@@ -97,11 +93,31 @@ private Q_SLOTS:
         pressed();
     }
 
+    /// The next portal knows neither the program nor its keys, and starts when it is asked.
+    void followOwner(const QString& /*name*/, const QString& /*before*/, const QString& now)
+    {
+        // Once for each that has bound something, so that nobody is asked for ever who ends of it.
+        if (!now.isEmpty() || !std::exchange(m_isBound, false))
+            return;
+        introduceToPortals(m_bus);
+        create();
+    }
+
 private:
+    void create()
+    {
+        askPortal(m_bus, globalShortcutsPortal, u"CreateSession"_s, {},
+            { { u"session_handle_token"_s, portalToken() } }, this, [this](const PortalAnswer& answer) {
+                m_session = answer.results.value(u"session_handle"_s).toString();
+                if (answer.kind == PortalAnswer::Kind::Granted && !m_session.isEmpty())
+                    bind();
+                else
+                    finish(false);
+            });
+    }
+
     void bind()
     {
-        followBusSignal(m_bus, u"/org/freedesktop/portal/desktop"_s, globalShortcutsPortal, u"Activated"_s,
-            this, SLOT(activate(QDBusObjectPath, QString)));
         askPortal(m_bus, globalShortcutsPortal, u"BindShortcuts"_s,
             { QVariant::fromValue(QDBusObjectPath(m_session)),
                 QVariant::fromValue(QList<PortalShortcut> { m_shortcut }), QString() },
@@ -118,6 +134,7 @@ private:
         // Who has said no knows.
         if (!isBound && !isRefused)
             qCWarning(shortcuts, "The desktop's portal gives no hot key");
+        m_isBound = isBound;
         m_bound(isBound);
     }
 
@@ -126,6 +143,7 @@ private:
     std::function<void()> m_pressed;
     std::function<void(bool)> m_bound;
     QString m_session;
+    bool m_isBound = false;
 };
 
 PortalHotKeys::PortalHotKeys(QDBusConnection bus, QString description, std::function<void(bool)> bound)

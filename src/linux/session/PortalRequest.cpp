@@ -16,6 +16,7 @@ namespace nimbarrow {
 
 namespace {
 
+const QString portalName = u"org.freedesktop.portal.Desktop"_s;
 const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 
 /// One question; it ends with its answer.
@@ -44,6 +45,13 @@ public Q_SLOTS:
         end({ response == 0 ? Granted : response == 1 ? Refused : Failed, results });
     }
 
+    /// Who has asked the user is gone, and the question with it.
+    void followOwner(const QString& /*name*/, const QString& before, const QString& /*now*/)
+    {
+        if (!before.isEmpty())
+            end({});
+    }
+
 private:
     std::function<void(const PortalAnswer&)> m_answered;
 };
@@ -60,6 +68,7 @@ void askPortal(const QDBusConnection& bus, const QString& interface, const QStri
     // Before the question, for the answer may be as fast.
     followBusSignal(bus, portalPath + "/request/"_L1 + sender + u'/' + token,
         u"org.freedesktop.portal.Request"_s, u"Response"_s, request, SLOT(respond(uint, QVariantMap)));
+    followPortals(bus, request, SLOT(followOwner(QString, QString, QString)));
     options.insert(u"handle_token"_s, token);
     auto question = portalCall(interface, method);
     question.setArguments(arguments + QVariantList { options });
@@ -80,6 +89,12 @@ void askPortalVersion(const QDBusConnection& bus, const QString& interface, QObj
     });
 }
 
+void followPortals(const QDBusConnection& bus, QObject* receiver, const char* slot)
+{
+    followBusSignal(bus, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameOwnerChanged"_s,
+        receiver, slot, { portalName });
+}
+
 QString portalToken()
 {
     return u"nimbarrow"_s + QUuid::createUuid().toString(QUuid::Id128);
@@ -94,7 +109,7 @@ void introduceToPortals(const QDBusConnection& bus)
 
 QDBusMessage portalCall(const QString& interface, const QString& method)
 {
-    return QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s, portalPath, interface, method);
+    return QDBusMessage::createMethodCall(portalName, portalPath, interface, method);
 }
 
 } // namespace nimbarrow

@@ -30,6 +30,9 @@ void askPortal(const QDBusConnection& bus, const QString& interface, const QStri
 void askPortalVersion(const QDBusConnection& bus, const QString& interface, QObject* receiver,
     std::function<void(uint version)> answered);
 
+/// Connects a slot to the coming and going of the portals, with the name, the owner before and the new one.
+void followPortals(const QDBusConnection& bus, QObject* receiver, const char* slot);
+
 /// A new name for what a portal is to make, which nobody else can guess.
 [[nodiscard]] QString portalToken();
 

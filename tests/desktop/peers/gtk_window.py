@@ -1,5 +1,6 @@
 """gtk_window.py FILE: a window of the compositor's own kind over the whole screen, with a text that it keeps writing to
-FILE. F2 copies a secret, F3 a picture, F4 a little text forty times."""
+FILE, after a line with the number of clicks and whether it has the keyboard. F2 copies a secret, F3 a picture, F4 a
+little text forty times."""
 
 import pathlib
 import sys
@@ -28,6 +29,7 @@ def picture():
 class Window:
     def __init__(self, application, path):
         self.path = path
+        self.clicks = 0
         self.window = Gtk.ApplicationWindow(application=application, title="Gtk window")
         self.text = Gtk.TextView()
         self.text.get_buffer().connect("changed", lambda *_: self.write())
@@ -36,17 +38,21 @@ class Window:
         keys.connect("key-pressed", self.follow)
         self.window.add_controller(keys)
         clicks = Gtk.GestureClick(propagation_phase=Gtk.PropagationPhase.CAPTURE)
-        clicks.connect("pressed", lambda *_: self.write("<click>"))
+        clicks.connect("pressed", lambda *_: self.count_click())
         self.text.add_controller(clicks)
         self.window.connect("notify::is-active", lambda *_: self.write())
         self.window.fullscreen()
         self.window.present()
         self.text.grab_focus()
 
-    def write(self, more=""):
+    def count_click(self):
+        self.clicks += 1
+        self.write()
+
+    def write(self):
         content = self.text.get_buffer()
         text = content.get_text(content.get_start_iter(), content.get_end_iter(), False)
-        pathlib.Path(self.path).write_text(("active\n" if self.window.is_active() else "\n") + text + more)
+        pathlib.Path(self.path).write_text(f"{self.clicks} {'active' if self.window.is_active() else ''}\n{text}")
 
     def follow(self, _controller, key, *_):
         clipboard = self.window.get_clipboard()

@@ -230,6 +230,30 @@ private Q_SLOTS:
         }
     }
 
+    void aPortalThatGoesTakesItsQuestionAlong()
+    {
+        QVERIFY(start() == State::NotDetermined);
+        m_portals->isSilent = true;
+        m_trust->prompt();
+        QTRY_VERIFY(!m_portals->session.isEmpty());
+        QTest::ignoreMessage(QtWarningMsg, "The desktop's portal does not let the program type");
+        m_portals->isSilent = false;
+        QVERIFY(m_portals->serve(m_bus.address(), u"desktop"_s));
+        QTRY_VERIFY((m_trust->prompt(), m_trust->isTrusted()));
+    }
+
+    void aNewPortalIsToldTheHotKeyAnew()
+    {
+        BusHotKeys hotKeys(m_program, false, u"Show"_s);
+        const auto registered = hotKeys.registerKey(Key::V, KeyModifier::Command, [] {});
+        QTRY_COMPARE(m_portals->asked.size(), 1);
+        // The answer is on its way.
+        QTest::qWait(30);
+        QVERIFY(m_portals->serve(m_bus.address(), u"desktop"_s));
+        QTRY_COMPARE(m_portals->asked.size(), 2);
+        QCOMPARE(m_portals->asked.at(1), m_portals->asked.at(0));
+    }
+
     void hotKeyComesThroughThePortal()
     {
         auto fired = 0;
