@@ -130,6 +130,6 @@ HoverTrackingView {
 
     HelpLayer {
         anchors.fill: parent
-        muted: root.notch.hasPreview
+        muted: root.notch.mode !== NotchState.Expanded || root.notch.hasPreview
     }
 }

@@ -8,7 +8,7 @@ import Nimbarrow.Style
 FadingContent {
     id: root
 
-    /// What the texts are about is covered.
+    /// What the texts are about is covered, or goes.
     property bool muted: false
 
     shown: HelpText.shown && HelpText.owner !== null && !muted
