@@ -50,27 +50,18 @@ void LayerShellPanelWindow::Destroy::operator()(zwlr_layer_surface_v1* layer) co
     zwlr_layer_surface_v1_destroy(layer);
 }
 
-namespace {
-
-/// Lockers that know no better stand in the highest layer too, and the compositor draws what came first above
-/// what came later: there the panel stays one layer below, and so below windows that fill the screen.
-zwlr_layer_shell_v1_layer safeLayer(const WaylandRegistry& registry)
-{
-    const bool lockersAreSurfaces = registry.version("zwlr_input_inhibit_manager_v1") > 0
-        && registry.version("ext_session_lock_manager_v1") == 0;
-    return lockersAreSurfaces ? ZWLR_LAYER_SHELL_V1_LAYER_TOP : ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY;
-}
-
-} // namespace
-
 LayerShellPanelWindow::LayerShellPanelWindow(QQuickWindow& window, WaylandPointer& pointer)
     : m_window(window)
     , m_pointer(pointer)
     , m_keys(window, letterAt)
-    , m_shell(WaylandRegistry(wayland::qtDisplay())
-                  .bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, newestShell))
     , m_focusReturn(LayerFocusReturn::forKWin())
 {
+    const WaylandRegistry registry(wayland::qtDisplay());
+    m_shell.reset(registry.bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, newestShell));
+    m_lockersAreSurfaces = registry.version("zwlr_input_inhibit_manager_v1") > 0
+        && registry.version("ext_session_lock_manager_v1") == 0;
+    m_hasFractions = QLibraryInfo::version() >= QVersionNumber(6, 5) && registry.version("wp_viewporter") > 0
+        && registry.version("wp_fractional_scale_manager_v1") > 0;
     // Without a role of Qt's: it gets ours.
     window.setFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
     auto format = window.requestedFormat();
@@ -143,8 +134,9 @@ void LayerShellPanelWindow::map()
     m_window.setScreen(m_screen);
     m_window.create();
     auto* const surface = wayland::surface(m_window);
-    m_layer.reset(zwlr_layer_shell_v1_get_layer_surface(
-        m_shell.get(), surface, output, safeLayer(WaylandRegistry(wayland::qtDisplay())), "nimbarrow"));
+    const auto layer
+        = m_lockersAreSurfaces ? ZWLR_LAYER_SHELL_V1_LAYER_TOP : ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY;
+    m_layer.reset(zwlr_layer_shell_v1_get_layer_surface(m_shell.get(), surface, output, layer, "nimbarrow"));
     zwlr_layer_surface_v1_add_listener(m_layer.get(), &listener, this);
     zwlr_layer_surface_v1_set_anchor(
         m_layer.get(), ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT);
@@ -161,9 +153,7 @@ void LayerShellPanelWindow::show()
     // Only now Qt asks for a scale between two whole ones, and its buffers then count as they are. By then it
     // may have believed the whole one that the compositor has told, and such buffers would end the
     // connection.
-    const WaylandRegistry registry(wayland::qtDisplay());
-    if (QLibraryInfo::version() >= QVersionNumber(6, 5) && registry.version("wp_viewporter") > 0
-        && registry.version("wp_fractional_scale_manager_v1") > 0)
+    if (m_hasFractions)
         wl_surface_set_buffer_scale(wayland::surface(m_window), 1);
 }
 

@@ -67,6 +67,12 @@ private:
     PanelKeys m_keys;
     std::unique_ptr<zwlr_layer_shell_v1, Destroy> m_shell;
     std::unique_ptr<LayerFocusReturn> m_focusReturn;
+    /// Lockers that know no better stand in the highest layer too, and the compositor draws what came first
+    /// above what came later: there the panel stays one layer below, and so below windows that fill the
+    /// screen.
+    bool m_lockersAreSurfaces = false;
+    /// Of scales between two whole ones, Qt's and the compositor's both.
+    bool m_hasFractions = false;
     std::unique_ptr<zwlr_layer_surface_v1, Destroy> m_layer;
     QPointer<QScreen> m_screen;
     /// In Qt's coordinates of the desktop.
