@@ -9,12 +9,7 @@
 #include "qt/QtScheduler.h"
 #include "qt/QtWorkQueues.h"
 #include "qt/SystemClock.h"
-#include "support/FakeApplications.h"
-#include "support/FakeDesktopPreferences.h"
-#include "support/FakeLocations.h"
-#include "support/FakeLoginItem.h"
-#include "support/FakeTrust.h"
-#include "support/FakeUserDefaults.h"
+#include "support/FakeDesktop.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

@@ -4,7 +4,6 @@
 #include "platform/Platform.h"
 #include "preferences/L10n.h"
 
-#include <QPointer>
 #include <QRandomGenerator>
 
 #include <utility>
@@ -18,6 +17,7 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
     , m_opener(*platform.opener)
     , m_pasteboard(*platform.pasteboard)
     , m_defaults(*platform.userDefaults)
+    , m_hotKeys(*platform.hotKeys)
     , m_about(*platform.opener, platform.capabilities)
     , m_settings(*platform.userDefaults, *platform.loginItem, *platform.accessibilityTrust,
           *platform.desktopPreferences, *platform.scheduler)
@@ -26,7 +26,6 @@ AppModel::AppModel(const Platform& platform, QObject* parent)
           m_settings.fetchArtwork() })
     , m_keepAwake(*platform.powerAssertions, *platform.clock, *platform.scheduler)
     , m_owl(*platform.clock, *platform.scheduler, [] { return QRandomGenerator::global()->generateDouble(); })
-    , m_hotKey(*platform.hotKeys)
     , m_calendar(*platform.calendarStore, *platform.opener, *platform.scripting, *platform.clock,
           *platform.scheduler, *platform.workQueues)
     , m_timeline(m_calendar, *platform.clock, *platform.scheduler, *platform.opener)
@@ -77,18 +76,15 @@ void AppModel::start(NotchController& notch)
             controller->actions().collapse();
         showNotice();
     });
-    m_hotKey.onPressed = [controller] {
-        if (controller)
-            controller->toggleKeyboard();
-    };
     m_paster.deliverPaste = [controller, deliverAtOnce = m_paster.deliverPaste] {
         if (controller)
             controller->keyboard().deliverPaste();
         else
             deliverAtOnce();
     };
-    connect(&m_settings, &Settings::hotKeyEnabledChanged, this, &AppModel::applyHotKeyEnabled);
-    applyHotKeyEnabled();
+    connect(&m_settings, &Settings::hotKeyEnabledChanged, this,
+        [this, controller] { applyHotKeyEnabled(controller); });
+    applyHotKeyEnabled(controller);
     notch.onExpand = [this] {
         m_player.refresh();
         m_calendar.refresh();
@@ -131,12 +127,16 @@ void AppModel::applyWatchScreenshots()
         m_screenshots.stop();
 }
 
-void AppModel::applyHotKeyEnabled()
+void AppModel::applyHotKeyEnabled(const QPointer<NotchController>& controller)
 {
-    if (m_settings.hotKeyEnabled())
-        m_hotKey.registerKey();
-    else
-        m_hotKey.unregister();
+    m_hotKey.reset();
+    if (m_settings.hotKeyEnabled()) {
+        // Where another program holds the combination it stays without effect.
+        m_hotKey = m_hotKeys.registerKey(Key::V, KeyModifier::Command | KeyModifier::Shift, [controller] {
+            if (controller)
+                controller->toggleKeyboard();
+        });
+    }
     m_about.refresh();
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/HotKey.h"
 #include "calendar/CalendarModel.h"
 #include "calendar/DayTimeline.h"
 #include "clipboard/ClipboardMonitor.h"
@@ -14,11 +13,14 @@
 #include "keepawake/OwlMotion.h"
 #include "notch/PeekContent.h"
 #include "nowplaying/NowPlayingModel.h"
+#include "platform/HotKeys.h"
 #include "preferences/Settings.h"
 #include "settings/About.h"
 
 #include <QObject>
+#include <QPointer>
 
+#include <memory>
 #include <optional>
 
 namespace nimbarrow {
@@ -58,20 +60,20 @@ public:
     [[nodiscard]] ThumbnailLoader& thumbnails() { return m_thumbnails; }
 
 private:
-    void applyHotKeyEnabled();
+    void applyHotKeyEnabled(const QPointer<NotchController>& controller);
     void applyShowCalendar();
     void applyWatchScreenshots();
 
     Opener& m_opener;
     Pasteboard& m_pasteboard;
     UserDefaults& m_defaults;
+    HotKeys& m_hotKeys;
     // The members stand in the order they are built.
     About m_about;
     Settings m_settings;
     NowPlayingModel m_player;
     KeepAwake m_keepAwake;
     OwlMotion m_owl;
-    HotKey m_hotKey;
     CalendarModel m_calendar;
     DayTimeline m_timeline;
     ThumbnailLoader m_thumbnails;
@@ -81,6 +83,8 @@ private:
     Paster m_paster;
     EntryHandoff m_handoff;
     ScreenshotWatcher m_screenshots;
+    /// Command-Shift-V, whichever program is in front; null while it is switched off.
+    std::unique_ptr<HotKeys::Registration> m_hotKey;
     /// A notice that waits for the surface to close.
     std::optional<PeekContent> m_notice;
 };

@@ -20,7 +20,17 @@ public:
     QString symbol;
     L10n::Key title = L10n::Key::Share;
 
-    [[nodiscard]] static ShareChoice make(Action action);
+    [[nodiscard]] static ShareChoice make(Action action)
+    {
+        switch (action) {
+        case Action::Email: return { action, QStringLiteral("envelope"), L10n::Key::ShareEmail };
+        case Action::OpenWith: return { action, QStringLiteral("square.grid.2x2"), L10n::Key::ShareOpenWith };
+        case Action::ShowInFolder: return { action, QStringLiteral("folder"), L10n::Key::ShareShowInFolder };
+        case Action::Open: return { action, QStringLiteral("arrow.up.forward.app"), L10n::Key::ShareOpen };
+        }
+        Q_UNREACHABLE();
+        return {};
+    }
 
     /// Of the title, in `L10n.texts`.
     [[nodiscard]] int titleKey() const { return static_cast<int>(title); }

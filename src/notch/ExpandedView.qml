@@ -137,7 +137,7 @@ Item {
                         height: day.height
                         overlay: menus
                         timeline: root.timeline
-                        unfolded: root.notch.calendarExpanded
+                        unfolded: root?.notch.calendarExpanded ?? false
                         width: day.width
 
                         onFoldRequested: root.notch.setCalendarExpanded(false)

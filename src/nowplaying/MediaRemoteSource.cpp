@@ -3,11 +3,11 @@
 #include "mediaprotocol/AdapterOptions.h"
 #include "mediaprotocol/LineCutter.h"
 #include "nowplaying/Artwork.h"
-#include "nowplaying/NowPlayingLog.h"
 #include "platform/AdapterCommand.h"
 #include "platform/AdapterProcess.h"
 #include "platform/WorkQueue.h"
 
+#include <QLoggingCategory>
 #include <QPointer>
 
 #include <algorithm>
@@ -19,6 +19,8 @@ namespace nimbarrow {
 namespace {
 
 using namespace std::chrono_literals;
+
+Q_LOGGING_CATEGORY(logNowPlaying, "ua.tessak.Nimbarrow.nowplaying")
 
 constexpr auto longestStart = 5s;
 constexpr auto shortLife = 10s;

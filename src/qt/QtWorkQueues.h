@@ -1,6 +1,10 @@
 #pragma once
 
 #include "platform/WorkQueue.h"
+#include "qt/ThreadedQueue.h"
+
+#include <algorithm>
+#include <thread>
 
 namespace nimbarrow {
 
@@ -8,8 +12,15 @@ namespace nimbarrow {
 /// application object and destroyed before it.
 class QtWorkQueues final : public WorkQueues {
 public:
-    [[nodiscard]] std::unique_ptr<WorkQueue> serial(const QString& label) override;
-    [[nodiscard]] std::unique_ptr<WorkQueue> concurrent(const QString& label) override;
+    [[nodiscard]] std::unique_ptr<WorkQueue> serial(const QString& label) override
+    {
+        return std::make_unique<ThreadedQueue>(label, 1);
+    }
+
+    [[nodiscard]] std::unique_ptr<WorkQueue> concurrent(const QString& label) override
+    {
+        return std::make_unique<ThreadedQueue>(label, std::max(1U, std::thread::hardware_concurrency()));
+    }
 };
 
 } // namespace nimbarrow

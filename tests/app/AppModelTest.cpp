@@ -4,32 +4,16 @@
 #include "platform/Platform.h"
 #include "preferences/L10n.h"
 #include "support/FakeAdapter.h"
-#include "support/FakeApplications.h"
 #include "support/FakeCalendarStore.h"
 #include "support/FakeDesktop.h"
-#include "support/FakeDesktopPreferences.h"
-#include "support/FakeHotKeys.h"
-#include "support/FakeKeystrokes.h"
-#include "support/FakeLocations.h"
-#include "support/FakeLoginItem.h"
 #include "support/FakeMusicApp.h"
-#include "support/FakeOpener.h"
 #include "support/FakePasteboard.h"
 #include "support/FakePowerAssertions.h"
 #include "support/FakeScreenshots.h"
 #include "support/FakeScripting.h"
-#include "support/FakeSharePicker.h"
-#include "support/FakeTrust.h"
-#include "support/FakeUserDefaults.h"
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
-
-#include <QTemporaryDir>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
+#include "support/Test.h"
 
 namespace {
 
@@ -106,46 +90,37 @@ class AppModelTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void announcesWhatIsCopied_data()
-    {
-        QTest::addColumn<bool>("wanted");
-        QTest::newRow("on") << true;
-        QTest::newRow("off") << false;
-    }
-
     void announcesWhatIsCopied()
     {
-        QFETCH(const bool, wanted);
-        Program program;
-        program.copy(u"there before the start"_s);
-        program.start();
-        program.model->settings().setPeekOnClipboard(wanted);
-        QVERIFY(program.model->store().isEmpty());
-        program.copy(u"copied"_s);
-        QCOMPARE(program.model->store().items().size(), 1);
-        QCOMPARE(program.notch->state().hasPeek(), wanted);
-        if (wanted)
-            QCOMPARE(program.notch->state().peek()->line, u"copied"_s);
+        for (const auto wanted : { true, false }) {
+            Program program;
+            program.copy(u"there before the start"_s);
+            program.start();
+            program.model->settings().setPeekOnClipboard(wanted);
+            QVERIFY(program.model->store().isEmpty());
+            program.copy(u"copied"_s);
+            QCOMPARE(program.model->store().items().size(), 1);
+            QCOMPARE(program.notch->state().hasPeek(), wanted);
+            QVERIFY(!wanted || program.notch->state().peek()->line == u"copied"_s);
+        }
     }
 
     void followsTheHotKeySetting()
     {
         Program program;
+        program.defaults.values.insert(u"hotKeyEnabled"_s, false);
         program.start();
+        QCOMPARE(program.hotKeys.registered, 0);
+        program.model->settings().setHotKeyEnabled(true);
         QCOMPARE(program.hotKeys.registered, 1);
+        QCOMPARE(program.hotKeys.lastKey.key, Key::V);
+        QCOMPARE(program.hotKeys.lastKey.modifiers, KeyModifier::Command | KeyModifier::Shift);
         program.hotKeys.press();
         QVERIFY(program.notch->state().keyboardMode());
         program.model->settings().setHotKeyEnabled(false);
         QCOMPARE(program.hotKeys.registered, 0);
         program.model->settings().setHotKeyEnabled(true);
-        QCOMPARE(program.hotKeys.registered, 1);
-    }
-
-    void staysSilentWhenSwitchedOffBeforeTheStart()
-    {
-        Program program;
-        program.defaults.values.insert(u"hotKeyEnabled"_s, false);
-        program.start();
+        program.model.reset();
         QCOMPARE(program.hotKeys.registered, 0);
     }
 
@@ -163,14 +138,13 @@ private Q_SLOTS:
 
     void leavesToTheUserWhatItMayNotPaste_data()
     {
-        QTest::addColumn<bool>("fromKeyboard");
-        QTest::newRow("click") << false;
-        QTest::newRow("keyboard") << true;
+        const Rows<bool> row;
+        row("click", false);
+        row("keyboard", true);
     }
-
     void leavesToTheUserWhatItMayNotPaste()
     {
-        QFETCH(const bool, fromKeyboard);
+        const auto [fromKeyboard] = Rows<bool>::current();
         Program program;
         program.trust.trusted = false;
         program.defaults.values.insert(u"pasteOnClick"_s, true);

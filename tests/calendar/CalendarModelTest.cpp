@@ -3,21 +3,14 @@
 #include "calendar/DayTimeline.h"
 #include "preferences/L10n.h"
 #include "support/FakeCalendarStore.h"
-#include "support/FakeOpener.h"
+#include "support/FakeDesktop.h"
 #include "support/FakeScripting.h"
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
+#include "support/Test.h"
 
 #include <QLocale>
 #include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTest>
-
-#include <algorithm>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -188,18 +181,15 @@ private Q_SLOTS:
 
     void makesAnEventInTheQuarterOfAnHour_data()
     {
-        QTest::addColumn<double>("x");
-        QTest::addColumn<QTime>("time");
-        QTest::newRow("within a quarter") << 500.0 << QTime(9, 15);
-        QTest::newRow("at its start") << 486.0 << QTime(9, 0);
-        QTest::newRow("the end of the day") << 1295.0 << QTime(23, 45);
-        QTest::newRow("before the day") << -3.0 << QTime(0, 0);
+        const Rows<double, QTime> row;
+        row("within a quarter", 500.0, QTime(9, 15));
+        row("at its start", 486.0, QTime(9, 0));
+        row("the end of the day", 1295.0, QTime(23, 45));
+        row("before the day", -3.0, QTime(0, 0));
     }
-
     void makesAnEventInTheQuarterOfAnHour()
     {
-        QFETCH(double, x);
-        QFETCH(QTime, time);
+        const auto [x, time] = Rows<double, QTime>::current();
         Fixture f;
         f.timeline.createAt(x);
         QCOMPARE(f.store.made.size(), 1);

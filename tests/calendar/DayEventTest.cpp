@@ -2,15 +2,11 @@
 
 #include "calendar/LinkDetector.h"
 #include "platform/CalendarStore.h"
+#include "support/Test.h"
 
 #include <QElapsedTimer>
-#include <QTest>
 
-#include <algorithm>
 #include <cmath>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -43,16 +39,9 @@ class DayEventTest : public QObject {
 private Q_SLOTS:
     void findsTheMeeting_data()
     {
-        QTest::addColumn<QString>("url");
-        QTest::addColumn<QString>("location");
-        QTest::addColumn<QString>("notes");
-        QTest::addColumn<QString>("meeting");
-
+        const Rows<QString, QString, QString, QString> row;
         const auto none = QString();
         const auto zoom = u"https://zoom.us/j/1"_s;
-        const auto row
-            = [](const char* name, const QString& url, const QString& location, const QString& notes,
-                  const QString& meeting) { QTest::newRow(name) << url << location << notes << meeting; };
         const auto notes = [&](const char* name, const QString& text, const QString& meeting) {
             row(name, none, none, text, meeting);
         };
@@ -101,13 +90,9 @@ private Q_SLOTS:
         notes("a numbered ampersand", u"https://zoom.us/j/1?a=b&#38;c=d"_s, u"https://zoom.us/j/1?a=b&c=d"_s);
         notes("the end of the text", u"https://"_s, none);
     }
-
     void findsTheMeeting()
     {
-        QFETCH(QString, url);
-        QFETCH(QString, location);
-        QFETCH(QString, notes);
-        QFETCH(QString, meeting);
+        const auto [url, location, notes, meeting] = Rows<QString, QString, QString, QString>::current();
         const auto found = DayEvent::meetingUrlIn({ QUrl(url) }, { location, std::nullopt, notes });
         QCOMPARE(found.value_or(QUrl()).toString(), meeting);
     }
@@ -164,26 +149,19 @@ private Q_SLOTS:
         QVERIFY(!DayEvent::calendarUrl(QString(QChar(0xD800))));
     }
 
-    void canBeReadOnBlack_data()
-    {
-        QTest::addColumn<QColor>("color");
-        for (const auto* name :
-            { "#000000", "#000060", "#0000ff", "#ff0000", "#5e5c5c", "#30d158", "#ffff00", "#ffffff" })
-            QTest::newRow(name) << QColor(QLatin1StringView(name));
-    }
-
     void canBeReadOnBlack()
     {
-        QFETCH(QColor, color);
-        DayEvent event;
-        event.color = color;
-        const auto visible
-            = DayEvent::staticMetaObject.property(DayEvent::staticMetaObject.indexOfProperty("color"))
-                  .readOnGadget(&event)
-                  .value<QColor>();
-        QVERIFY2(contrast(visible, Qt::black) >= 4.4, qPrintable(visible.name()));
-        // White titles, also on an event that the pointer is on.
-        QVERIFY(contrast(onBlack(Qt::white, 0.92), onBlack(visible, 0.36)) >= 4.5);
+        const auto property
+            = DayEvent::staticMetaObject.property(DayEvent::staticMetaObject.indexOfProperty("color"));
+        for (const auto* name :
+            { "#000000", "#000060", "#0000ff", "#ff0000", "#5e5c5c", "#30d158", "#ffff00", "#ffffff" }) {
+            DayEvent event;
+            event.color = QColor(QLatin1StringView(name));
+            const auto visible = property.readOnGadget(&event).value<QColor>();
+            QVERIFY2(contrast(visible, Qt::black) >= 4.4, name);
+            // White titles, also on an event that the pointer is on.
+            QVERIFY2(contrast(onBlack(Qt::white, 0.92), onBlack(visible, 0.36)) >= 4.5, name);
+        }
     }
 };
 

@@ -1,10 +1,8 @@
 #include "calendar/TimelineLayout.h"
 
-#include <QTest>
-#include <QTimeZone>
+#include "support/Test.h"
 
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
+#include <QTimeZone>
 
 namespace {
 
@@ -21,21 +19,13 @@ using Places = QStringList;
 
 } // namespace
 
-Q_DECLARE_METATYPE(QList<Event>)
-
 class TimelineLayoutTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void placesTheDay_data()
     {
-        QTest::addColumn<QList<Event>>("events");
-        QTest::addColumn<Places>("places");
-        QTest::addColumn<int>("rows");
-
-        const auto row = [](const char* name, const QList<Event>& events, const Places& places, int rows) {
-            QTest::newRow(name) << events << places << rows;
-        };
+        const Rows<QList<Event>, Places, int> row;
         row("nothing", {}, {}, 1);
         row("all day", { { u"a"_s, 0, 24, true } }, {}, 1);
         row("one", { { u"a"_s, 9, 10.5 } }, { u"a 486 81 0"_s }, 1);
@@ -52,12 +42,9 @@ private Q_SLOTS:
         row("into the next day", { { u"a"_s, 23, 26 } }, { u"a 1242 54 0"_s }, 1);
         row("other days", { { u"a"_s, -1, 0 }, { u"b"_s, 24, 25 }, { u"c"_s, 0, 0 } }, {}, 1);
     }
-
     void placesTheDay()
     {
-        QFETCH(QList<Event>, events);
-        QFETCH(Places, places);
-        QFETCH(int, rows);
+        const auto [events, places, rows] = Rows<QList<Event>, Places, int>::current();
         const QDateTime dayStart(QDate(2026, 3, 1), QTime(0, 0), QTimeZone::utc());
         const auto at = [&dayStart](double hours) { return dayStart.addSecs(qRound64(hours * 3600)); };
         QList<DayEvent> day;

@@ -1,9 +1,7 @@
 #include "clipboard/ClipboardIndex.h"
 
-#include <QTest>
+#include "support/Test.h"
 
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 using Kind = ClipboardItem::Kind;
 
 namespace {
@@ -74,12 +72,7 @@ private Q_SLOTS:
 
     void readsTheFile_data()
     {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QByteArray>("instead");
-        QTest::addColumn<bool>("readable");
-        const auto row = [](const char* name, const char* line, const char* instead, bool readable) {
-            QTest::newRow(name) << QByteArray(line) << QByteArray(instead) << readable;
-        };
+        const Rows<QByteArray, QByteArray, bool> row;
         row("as it is", "", "", true);
         row("unknown key", R"("text":"hello")", R"("text":"hello","new":[1])", true);
         row("null text", R"("hello")", "null", true);
@@ -112,14 +105,13 @@ private Q_SLOTS:
     }
     void readsTheFile()
     {
-        QFETCH(QByteArray, line);
-        QFETCH(QByteArray, instead);
+        const auto [line, instead, readable] = Rows<QByteArray, QByteArray, bool>::current();
         auto json = good;
         QVERIFY(json.contains(line));
         if (!line.isEmpty())
             json.replace(line, instead);
         const auto items = clipboardindex::decode(json);
-        QTEST(items.has_value(), "readable");
+        QCOMPARE(items.has_value(), readable);
         if (items)
             QCOMPARE(clipboardindex::decode(clipboardindex::encode(*items)), items);
     }

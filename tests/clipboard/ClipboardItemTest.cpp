@@ -1,11 +1,11 @@
 #include "clipboard/ClipboardItem.h"
 
+#include "clipboard/EntryHandoff.h"
 #include "preferences/L10n.h"
+#include "support/Test.h"
 
-#include <QTest>
+#include <QMimeData>
 
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 using Kind = ClipboardItem::Kind;
 using Shared = QList<ShareItem>;
 
@@ -16,6 +16,18 @@ ClipboardItem textItem(const QString& text)
     ClipboardItem item;
     item.text = text;
     return item;
+}
+
+/// What another program gets that it is dragged to: links, then the text.
+QStringList carried(const ClipboardItem& item)
+{
+    const auto content = EntryHandoff::dragContent(item);
+    QStringList carried;
+    for (const auto& url : content->urls())
+        carried << QString::fromLatin1(url.toEncoded());
+    if (content->hasFormat(u"text/plain"_s))
+        carried << content->text();
+    return carried;
 }
 
 } // namespace
@@ -43,11 +55,12 @@ private Q_SLOTS:
 
     void linkIsSummedUpByItsHost()
     {
-        auto link = textItem(u"https://example.org/a?b"_s);
+        auto link = textItem(u"https://example.org/a?b%20"_s);
         link.kind = Kind::Link;
+        QCOMPARE(carried(link), QStringList({ *link.text, *link.text }));
         QCOMPARE(link.summary(), u"example.org"_s);
-        QCOMPARE(link.dragUrl(), QUrl(u"https://example.org/a?b"_s));
-        QCOMPARE(link.shareItems(), Shared { QUrl(u"https://example.org/a?b"_s) });
+        QCOMPARE(link.dragUrl(), QUrl(*link.text));
+        QCOMPARE(link.shareItems(), Shared { QUrl(*link.text) });
         link.text = u"https://[broken"_s;
         QCOMPARE(link.summary(), link.text);
         QCOMPARE(link.dragUrl(), std::nullopt);
@@ -71,6 +84,7 @@ private Q_SLOTS:
         L10n::setCurrent(L10n::Ukrainian);
         QCOMPARE(item.summary(), u"2 файли"_s);
         QCOMPARE(item.fileUrls().last().toLocalFile(), u"/a/b#c"_s);
+        QCOMPARE(carried(item), QStringList({ u"file:///a/one.txt"_s, u"file:///a/b%23c"_s }));
         QCOMPARE(item.shareItems(),
             (Shared { QUrl::fromLocalFile(u"/a/one.txt"_s), QUrl::fromLocalFile(u"/a/b#c"_s) }));
     }
@@ -90,12 +104,16 @@ private Q_SLOTS:
     void textsAndImagesAreShared()
     {
         // A text is one, also when it looks like a link.
-        QCOMPARE(textItem(u"https://example.org"_s).shareItems(), Shared { u"https://example.org"_s });
+        const auto text = textItem(u" https://example.org\n"_s);
+        QCOMPARE(text.shareItems(), Shared { *text.text });
+        QCOMPARE(carried(text), QStringList { *text.text });
         ClipboardItem image;
+        QVERIFY(!EntryHandoff::dragContent(image));
         image.kind = Kind::Image;
         QCOMPARE(image.shareItems(), Shared());
         image.imagePath = u"/a/100%.png"_s;
         QCOMPARE(image.shareItems(), Shared { QUrl::fromLocalFile(u"/a/100%.png"_s) });
+        QCOMPARE(carried(image), QStringList { u"file:///a/100%25.png"_s });
     }
 };
 

@@ -1,17 +1,11 @@
 #include "clipboard/ClipboardListModel.h"
 
 #include "preferences/L10n.h"
+#include "support/Test.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
-#include <QSignalSpy>
-#include <QTest>
 #include <QTimeZone>
-
-#include <algorithm>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -82,20 +76,19 @@ private Q_SLOTS:
 
     void touchesNoMoreRowsThanChanged_data()
     {
-        QTest::addColumn<QList<ClipboardItem>>("after");
-        QTest::addColumn<QList<int>>("insertsMovesRemoves");
-        QTest::newRow("new on top") << list({ 9, 1, 2, 3, 4 }) << QList { 1, 0, 0 };
-        QTest::newRow("last to the top") << list({ 4, 1, 2, 3 }) << QList { 0, 1, 0 };
-        QTest::newRow("first to the end") << list({ 2, 3, 4, 1 }) << QList { 0, 1, 0 };
-        QTest::newRow("neighbours") << list({ 1, 3, 2, 4 }) << QList { 0, 1, 0 };
-        QTest::newRow("two in the middle gone") << list({ 1, 4 }) << QList { 0, 0, 1 };
-        QTest::newRow("new on top, last gone") << list({ 9, 1, 2, 3 }) << QList { 1, 0, 1 };
-        QTest::newRow("the same") << list({ 1, 2, 3, 4 }) << QList { 0, 0, 0 };
-        QTest::newRow("all gone") << list({}) << QList { 0, 0, 1 };
+        const Rows<QList<ClipboardItem>, QList<int>> row;
+        row("new on top", list({ 9, 1, 2, 3, 4 }), QList { 1, 0, 0 });
+        row("last to the top", list({ 4, 1, 2, 3 }), QList { 0, 1, 0 });
+        row("first to the end", list({ 2, 3, 4, 1 }), QList { 0, 1, 0 });
+        row("neighbours", list({ 1, 3, 2, 4 }), QList { 0, 1, 0 });
+        row("two in the middle gone", list({ 1, 4 }), QList { 0, 0, 1 });
+        row("new on top, last gone", list({ 9, 1, 2, 3 }), QList { 1, 0, 1 });
+        row("the same", list({ 1, 2, 3, 4 }), QList { 0, 0, 0 });
+        row("all gone", list({}), QList { 0, 0, 1 });
     }
     void touchesNoMoreRowsThanChanged()
     {
-        QFETCH(QList<ClipboardItem>, after);
+        const auto [after, insertsMovesRemoves] = Rows<QList<ClipboardItem>, QList<int>>::current();
         ClipboardListModel model;
         model.setItems(list({ 1, 2, 3, 4 }));
         const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
@@ -105,7 +98,7 @@ private Q_SLOTS:
         const QSignalSpy counts(&model, &ClipboardListModel::countChanged);
         model.setItems(after);
         QCOMPARE(model.items(), after);
-        QTEST(QList({ int(inserts.size()), int(moves.size()), int(removes.size()) }), "insertsMovesRemoves");
+        QCOMPARE(QList({ int(inserts.size()), int(moves.size()), int(removes.size()) }), insertsMovesRemoves);
         QCOMPARE(counts.size(), after.size() == 4 ? 0 : 1);
     }
 

@@ -3,17 +3,12 @@
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/Paster.h"
 #include "preferences/L10n.h"
-#include "support/FakeApplications.h"
-#include "support/FakeKeystrokes.h"
+#include "support/FakeDesktop.h"
 #include "support/FakePasteboard.h"
 #include "support/HistoryFixture.h"
 #include "support/Pictures.h"
+#include "support/Test.h"
 
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
 using Kind = ClipboardItem::Kind;
 using Content = FakePasteboard::Content;
 
@@ -97,11 +92,7 @@ private Q_SLOTS:
 
     void takesTheBestOfWhatIsOffered_data()
     {
-        QTest::addColumn<Content>("content");
-        QTest::addColumn<QString>("summary");
-        const auto row = [](const char* name, const Content& content, const QString& summary) {
-            QTest::newRow(name) << content << summary;
-        };
+        const Rows<Content, QString> row;
         row("text", { {}, u"text"_s, {}, {} }, u"text"_s);
         row("files before all else", { { { tiff, picture("tiff") } }, u"b.txt"_s, { web, file }, {} },
             u"b.txt"_s);
@@ -120,16 +111,13 @@ private Q_SLOTS:
     }
     void takesTheBestOfWhatIsOffered()
     {
-        QFETCH(Content, content);
+        const auto [content, summary] = Rows<Content, QString>::current();
         Fixture f;
         f.monitor.start();
         const auto item = f.captured(content);
-        QString summary;
-        if (item.kind == Kind::Image)
-            summary = u"image %1"_s.arg(QFile(item.imagePath.value()).size());
-        else
-            summary = item.summary().value_or(QString());
-        QTEST(summary, "summary");
+        QCOMPARE(item.kind == Kind::Image ? u"image %1"_s.arg(QFile(item.imagePath.value()).size())
+                                          : item.summary().value_or(QString()),
+            summary);
         QCOMPARE(f.store->items().size(), summary.isEmpty() ? 0 : 1);
         // The same content is not looked at again.
         f.pasteboard.content = { {}, u"later"_s, {}, {} };

@@ -1,14 +1,10 @@
 #include "preferences/L10n.h"
 #include "support/HistoryFixture.h"
+#include "support/Test.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QImage>
-#include <QTest>
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
 using Kind = ClipboardItem::Kind;
 
 class ClipboardStoreTest : public QObject {
@@ -138,22 +134,16 @@ private Q_SLOTS:
 
     void aSavedScreenshotIsOneEntryWithItsCopy_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<int>("difference");
-        QTest::addColumn<int>("secondsLater");
-        QTest::addColumn<qsizetype>("entries");
-        QTest::newRow("the same picture") << u"Screenshot.png"_s << 0 << 3 << qsizetype { 1 };
-        QTest::newRow("as a photograph") << u"Screenshot.jpg"_s << 0 << 3 << qsizetype { 1 };
-        QTest::newRow("a letter more") << u"Screenshot.png"_s << 1 << 3 << qsizetype { 2 };
-        QTest::newRow("another photograph") << u"Screenshot.jpg"_s << 100 << 3 << qsizetype { 2 };
-        QTest::newRow("long ago") << u"Screenshot.png"_s << 0 << 11 << qsizetype { 2 };
+        const Rows<QString, int, int, qsizetype> row;
+        row("the same picture", u"Screenshot.png"_s, 0, 3, { 1 });
+        row("as a photograph", u"Screenshot.jpg"_s, 0, 3, { 1 });
+        row("a letter more", u"Screenshot.png"_s, 1, 3, { 2 });
+        row("another photograph", u"Screenshot.jpg"_s, 100, 3, { 2 });
+        row("long ago", u"Screenshot.png"_s, 0, 11, { 2 });
     }
     void aSavedScreenshotIsOneEntryWithItsCopy()
     {
-        QFETCH(QString, file);
-        QFETCH(int, difference);
-        QFETCH(int, secondsLater);
-        QFETCH(qsizetype, entries);
+        const auto [file, difference, secondsLater, entries] = Rows<QString, int, int, qsizetype>::current();
         const auto picture = [](int changed) {
             QImage image(120, 80, QImage::Format_RGB32);
             for (auto y = 0; y < image.height(); ++y) {

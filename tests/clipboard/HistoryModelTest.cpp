@@ -1,10 +1,10 @@
 #include "clipboard/BusyCopy.h"
 #include "clipboard/HistoryPlay.h"
 #include "preferences/L10n.h"
+#include "support/Test.h"
 
 #include <QLoggingCategory>
 #include <QRandomGenerator>
-#include <QTest>
 
 #include <array>
 #include <cerrno>
@@ -13,8 +13,6 @@
 #include <sys/stat.h>
 #include <thread>
 
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 using Disk = HistoryPlay::Disk;
 
 /// Random operations on a history, compared with a simple model of it. NIMBARROW_SEED plays one sequence

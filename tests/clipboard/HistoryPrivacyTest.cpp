@@ -1,21 +1,18 @@
 #include "clipboard/ClipboardMonitor.h"
 #include "clipboard/PasteboardCapture.h"
 #include "images/ThumbnailLoader.h"
-#include "support/FakeApplications.h"
+#include "support/FakeDesktop.h"
 #include "support/FakePasteboard.h"
 #include "support/FileCalls.h"
 #include "support/HistoryFixture.h"
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
 #include <QBuffer>
 #include <QDirIterator>
 #include <QLoggingCategory>
-#include <QTest>
 
 #include <cerrno>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -105,8 +102,7 @@ struct Fixture : HistoryFixture {
     [[nodiscard]] QUrl foreign(const QString& extension) const
     {
         const QString path = disk.filePath(secret + u'.' + extension);
-        if (QFile file(path); file.open(QFile::WriteOnly))
-            file.write((extension == "gif"_L1 ? "GIF89a"_ba : "\xff\xd8\xff\xe0"_ba) + secret.toUtf8());
+        writeFile(path, (extension == "gif"_L1 ? "GIF89a"_ba : "\xff\xd8\xff\xe0"_ba) + secret.toUtf8());
         return QUrl::fromLocalFile(path);
     }
 
@@ -147,10 +143,7 @@ private Q_SLOTS:
             f.settle();
             f.showEverything();
         }
-        QFile index(f.path(u"index.json"_s));
-        QVERIFY(index.open(QFile::WriteOnly));
-        index.write("[{\"text\": \"" + secret.toUtf8());
-        index.close();
+        writeFile(f.path(u"index.json"_s), "[{\"text\": \"" + secret.toUtf8());
         ClipboardStore(f.settings, f.locations, f.time, f.time, f.queues).addText(secret, {});
         f.settle();
         for (const auto& line : std::as_const(Log::lines()))

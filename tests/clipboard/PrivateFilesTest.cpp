@@ -2,18 +2,12 @@
 
 #include "preferences/L10n.h"
 #include "support/HistoryFixture.h"
+#include "support/Test.h"
 #include "support/TestFolder.h"
-
-#include <QFile>
-#include <QTest>
 
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -21,19 +15,6 @@ mode_t mode(const QString& path)
 {
     struct stat status { };
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
-}
-
-void put(const QString& path, const QByteArray& data)
-{
-    QFile file(path);
-    QVERIFY(file.open(QFile::WriteOnly));
-    file.write(data);
-}
-
-QByteArray content(const QString& path)
-{
-    QFile file(path);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// The work, what it asks for, and what is to be saved of that.
@@ -51,59 +32,59 @@ class PrivateFilesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void takesFilesAwayFromEverybodyElse_data()
-    {
-        QTest::addColumn<mode_t>("mask");
-        QTest::newRow("wide mask") << mode_t { 0 };
-        QTest::newRow("narrow mask") << mode_t { 0777 };
-    }
     void takesFilesAwayFromEverybodyElse()
     {
-        QFETCH(mode_t, mask);
-        HistoryFixture fixture;
-        const auto old = fixture.path(u"images/old.png"_s);
-        const auto unfinished = fixture.path(u"index.json.AbCdEf"_s);
-        put(old, "x");
-        put(unfinished, "x");
-        put(fixture.path(u"index.json"_s), "[]");
-        for (const auto& name : { fixture.path({}), fixture.path(u"images"_s), old })
-            ::chmod(QFile::encodeName(name).constData(), 0777);
-        const auto before = ::umask(mask);
-        fixture.restart();
-        fixture.store->addImage("\x89PNG", {});
-        settle(fixture);
-        settle(fixture);
-        ::umask(before);
-        QCOMPARE(mode(fixture.path({})), 0700U);
-        QCOMPARE(mode(fixture.path(u"images"_s)), 0700U);
-        QCOMPARE(mode(fixture.path(u"index.json"_s)), 0600U);
-        QCOMPARE(mode(old), 0600U);
-        QCOMPARE(mode(*fixture.store->items().first().imagePath), 0600U);
-        QVERIFY(!QFile::exists(unfinished));
+        for (const mode_t mask : { 0, 0777 }) {
+            HistoryFixture fixture;
+            const auto old = fixture.path(u"images/old.png"_s);
+            const auto unfinished = fixture.path(u"index.json.AbCdEf"_s);
+            writeFile(old, "x");
+            writeFile(unfinished, "x");
+            writeFile(fixture.path(u"index.json"_s), "[]");
+            for (const auto& name : { fixture.path({}), fixture.path(u"images"_s), old })
+                ::chmod(QFile::encodeName(name).constData(), 0777);
+            const auto before = ::umask(mask);
+            fixture.restart();
+            fixture.store->addImage("\x89PNG", {});
+            settle(fixture);
+            settle(fixture);
+            ::umask(before);
+            QCOMPARE(mode(fixture.path({})), 0700U);
+            QCOMPARE(mode(fixture.path(u"images"_s)), 0700U);
+            QCOMPARE(mode(fixture.path(u"index.json"_s)), 0600U);
+            QCOMPARE(mode(old), 0600U);
+            QCOMPARE(mode(*fixture.store->items().first().imagePath), 0600U);
+            QVERIFY(!QFile::exists(unfinished));
+        }
     }
 
     void startsWithWhateverLiesThere_data()
     {
-        QTest::addColumn<QByteArray>("index");
-        QTest::newRow("nothing") << QByteArray();
-        QTest::newRow("truncated") << QByteArray("[{\"id\":");
-        QTest::newRow("a folder") << QByteArray("folder");
-        QTest::newRow("a pipe") << QByteArray("pipe");
+        const Rows<QByteArray> row;
+        row("nothing", {});
+        row("truncated", "[{\"id\":");
+        row("a folder", "folder");
+        row("a pipe", "pipe");
+        row("a link", "link");
     }
     void startsWithWhateverLiesThere()
     {
-        QFETCH(QByteArray, index);
+        const auto [index] = Rows<QByteArray>::current();
         HistoryFixture fixture;
         fixture.store.reset();
         const auto path = fixture.path(u"index.json"_s);
+        const auto theirs = fixture.disk.filePath(u"theirs"_s);
+        writeFile(theirs, "theirs");
         if (index == "folder")
             QDir().mkpath(path);
         else if (index == "pipe")
             ::mkfifo(QFile::encodeName(path).constData(), 0600);
+        else if (index == "link")
+            QVERIFY(QFile::link(theirs, path));
         else if (!index.isEmpty())
-            put(path, index);
+            writeFile(path, index);
         const auto image = fixture.path(u"images/0E8E3D3B-5A39-4B6E-8A3C-0B8F8B9B7C1D.png"_s);
-        put(image, "x");
+        writeFile(image, "x");
         fixture.restart();
         QVERIFY(fixture.store->isEmpty());
         QCOMPARE(fixture.store->notice().isEmpty(), index.isEmpty());
@@ -119,25 +100,26 @@ private Q_SLOTS:
         QCOMPARE(QFile::exists(image), !index.isEmpty());
         const auto kept = fixture.path(u"index.unreadable.json"_s);
         QCOMPARE(QFile::exists(kept), !index.isEmpty());
+        QCOMPARE(readFile(theirs), "theirs");
         if (index.startsWith('[')) {
-            put(path, "[another]");
+            writeFile(path, "[another]");
             fixture.restart();
             fixture.store->addText(u"newest"_s, {});
             settle(fixture);
-            QCOMPARE(content(kept), index);
-            QCOMPARE(content(fixture.path(u"index.unreadable-2.json"_s)), "[another]");
+            QCOMPARE(readFile(kept), index);
+            QCOMPARE(readFile(fixture.path(u"index.unreadable-2.json"_s)), "[another]");
         }
     }
 
     void keepsItsImagesUnderAnyNameOfItsFolder_data()
     {
-        QTest::addColumn<QString>("change");
+        const Rows<QString> row;
         for (const auto* const change : { "linked", "moved", "copied", "named in full" })
-            QTest::newRow(change) << QString::fromLatin1(change);
+            row(change, QString::fromLatin1(change));
     }
     void keepsItsImagesUnderAnyNameOfItsFolder()
     {
-        QFETCH(QString, change);
+        const auto [change] = Rows<QString>::current();
         HistoryFixture fixture;
         const auto old = fixture.disk.filePath(u"old"_s);
         const auto other = fixture.disk.filePath(u"new"_s);
@@ -188,14 +170,14 @@ private Q_SLOTS:
 
     void saysWhatItCannotWrite_data()
     {
-        QTest::addColumn<QString>("place");
+        const Rows<QString> row;
         for (const auto* const place : { "no images folder", "images of somebody else",
                  "a history of somebody else", "read-only index", "no home" })
-            QTest::newRow(place) << QString::fromLatin1(place);
+            row(place, QString::fromLatin1(place));
     }
     void saysWhatItCannotWrite()
     {
-        QFETCH(QString, place);
+        const auto [place] = Rows<QString>::current();
         const TestFolder foreign;
         foreign.write(u"theirs.png"_s, "x", QFile::ReadOther);
         // Somebody else's for root, too; for everybody else the root of all is.
@@ -212,7 +194,7 @@ private Q_SLOTS:
         if (place == "no home"_L1) {
             fixture.locations.folder = u"/proc/nobody"_s;
         } else if (place == "read-only index"_L1) {
-            put(index, "[]");
+            writeFile(index, "[]");
             ::chmod(QFile::encodeName(index).constData(), 0400);
         } else if (place == "a history of somebody else"_L1) {
             QVERIFY(QDir(fixture.path({})).removeRecursively());
@@ -220,7 +202,7 @@ private Q_SLOTS:
         } else {
             QVERIFY(QDir(images).removeRecursively());
             if (place == "no images folder"_L1)
-                put(images, "in the way");
+                writeFile(images, "in the way");
             else
                 QVERIFY(QFile::link(theirs, images));
         }
@@ -238,7 +220,7 @@ private Q_SLOTS:
             QCOMPARE(QDir(theirs).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
         QCOMPARE(mode(foreign.filePath(u"theirs.png"_s)) & 04U, 04U);
         if (place == "read-only index"_L1) {
-            QCOMPARE(content(index), "[]");
+            QCOMPARE(readFile(index), "[]");
             ::chmod(QFile::encodeName(index).constData(), 0600);
             fixture.time.advance(10s);
             fixture.queues.runAll();
@@ -248,20 +230,6 @@ private Q_SLOTS:
         } else {
             QCOMPARE(QFile::exists(index), concernsImages);
         }
-    }
-
-    void followsNoLinkWhenItWrites()
-    {
-        HistoryFixture fixture;
-        const auto victim = fixture.disk.filePath(u"victim"_s);
-        put(victim, "theirs");
-        QVERIFY(QFile::link(victim, fixture.path(u"index.json"_s)));
-        fixture.restart();
-        fixture.store->addText(u"text"_s, {});
-        settle(fixture);
-        QCOMPARE(content(victim), "theirs");
-        fixture.restart();
-        QCOMPARE(fixture.store->items().size(), 1);
     }
 };
 

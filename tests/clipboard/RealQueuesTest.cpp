@@ -8,13 +8,8 @@
 #include "support/FakeScreenshots.h"
 #include "support/HistoryFixture.h"
 #include "support/Pictures.h"
-
-#include <QDir>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
 namespace {
 
@@ -97,10 +92,7 @@ private Q_SLOTS:
         QTRY_COMPARE(events.folders(), QStringList { shots.path() });
         // The first ones may have been there before the watcher has looked.
         for (int number = 0; fixture.store->items().size() < count && number < 50 * count; ++number) {
-            QFile file(shots.filePath(u"Screenshot %1.png"_s.arg(number)));
-            QVERIFY(file.open(QFile::WriteOnly));
-            file.write("x");
-            file.close();
+            writeFile(shots.filePath(u"Screenshot %1.png"_s.arg(number)), "x");
             events.changed();
             fixture.time.advance(1s);
             QCoreApplication::processEvents();

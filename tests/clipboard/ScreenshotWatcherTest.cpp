@@ -2,14 +2,10 @@
 
 #include "support/FakeScreenshots.h"
 #include "support/HistoryFixture.h"
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
-#include <QDir>
-#include <QTest>
 #include <QTimeZone>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -27,12 +23,7 @@ struct Fixture : HistoryFixture {
         watcher = std::make_unique<ScreenshotWatcher>(*store, events, folder, time, time, queues);
     }
 
-    void save(const QString& name) const
-    {
-        QFile file(pictures.filePath(name));
-        if (!file.open(QFile::WriteOnly))
-            qFatal("The disk is full.");
-    }
+    void save(const QString& name) const { writeFile(pictures.filePath(name), {}); }
 
     void start()
     {

@@ -1,12 +1,8 @@
 #include "clipboard/SharePresenter.h"
 
-#include "support/FakeOpener.h"
-#include "support/FakeSharePicker.h"
+#include "support/FakeDesktop.h"
+#include "support/Test.h"
 
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 using Items = QList<ShareItem>;
 
 namespace {
@@ -80,16 +76,6 @@ private Q_SLOTS:
         m_picker.presents = false;
     }
 
-    void severalFilesAreShownTogether()
-    {
-        m_opener.revealed.clear();
-        m_picker.offered.clear();
-        const QUrl other(u"file:///b"_s);
-        SharePresenter presenter(m_picker, m_opener, { file, other }, [] {});
-        presenter.choose(0);
-        QCOMPARE(m_opener.revealed, (QList { file, other }));
-    }
-
     void isDoneWithoutAChoice()
     {
         m_picker.used.reset();
@@ -102,6 +88,11 @@ private Q_SLOTS:
         presenter.cancel();
         QCOMPARE(done, 1);
         QVERIFY(!m_picker.used);
+
+        // Several files are shown together.
+        m_opener.revealed.clear();
+        SharePresenter(m_picker, m_opener, { file, otherFile }, [] {}).choose(0);
+        QCOMPARE(m_opener.revealed, (QList { file, otherFile }));
     }
 
 private:

@@ -6,7 +6,7 @@ import pathlib
 import subprocess
 import sys
 
-from desktop import Desktop, NOTCH_MIDDLE, reached, StageMissed, wait_until
+from desktop import Desktop, NOTCH_MIDDLE, reached, run_test, StageMissed, wait_until
 from flow import Flow
 
 OPTIONS = ("--help", "--version", "--toggle", "--notch", "--doctor", "--quit")
@@ -61,14 +61,6 @@ class Installed(Desktop):
             except OSError:
                 pass
         return found
-
-    def run(self, *words, status=0, **environment):
-        """Runs the program with these options; what it has said on both streams."""
-        run = subprocess.run([self.program, *words], env={**self.environment, **environment}, timeout=30,
-                             capture_output=True, text=True)
-        if run.returncode != status:
-            raise StageMissed(f"status {status} of {words}, not {run.returncode}: {run.stdout}{run.stderr}")
-        return run.stdout, run.stderr
 
     def action(self, name):
         """As a menu does, which stays: the bus forgets what somebody has asked who is gone when it is started."""
@@ -218,23 +210,20 @@ def version():
     return lists.split("project(nimbarrow VERSION ", 1)[1].split()[0]
 
 
-def main(program, _peers):
-    try:
-        with Installed(program) as desktop:
-            flow = CommandsFlow(desktop)
-            for stage in (flow.answers_without_a_display, flow.doctor, flow.options, flow.starts_at_once, flow.bus):
-                stage()
-                reached(stage.__name__)
-            flow.menu(["gtk-launch", NAME], over_the_bus=True)
-        with Installed(program, activatable=False) as desktop:
-            flow = CommandsFlow(desktop)
-            flow.menu(["gtk-launch", NAME], over_the_bus=False)
-            flow.menu(["gio", "launch", str(desktop.entry)], over_the_bus=False)
-    except StageMissed as missed:
-        print("missed:", missed, file=sys.stderr)
-        return 1
-    return 0
+def play(desktop):
+    flow = CommandsFlow(desktop)
+    for stage in (flow.answers_without_a_display, flow.doctor, flow.options, flow.starts_at_once, flow.bus):
+        stage()
+        reached(stage.__name__)
+    flow.menu(["gtk-launch", NAME], over_the_bus=True)
+
+
+def play_by_command(desktop):
+    flow = CommandsFlow(desktop)
+    flow.menu(["gtk-launch", NAME], over_the_bus=False)
+    flow.menu(["gio", "launch", str(desktop.entry)], over_the_bus=False)
 
 
 if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:]))
+    sys.exit(run_test(sys.argv[1], play, kind=Installed)
+             or run_test(sys.argv[1], play_by_command, kind=Installed, activatable=False))

@@ -50,10 +50,10 @@ def gradient_png(width, height, top, bottom):
     return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
 
 
-def run_test(program, play, told=False, **options):
+def run_test(program, play, told=False, kind=None, **options):
     """Plays a test on a desktop of its own; 0 when everything happened and nothing else was worth a word. `told` when a
-    screen reader listens."""
-    with Desktop(program, **options) as desktop:
+    screen reader listens. `kind` is the class of the desktop."""
+    with (kind or Desktop)(program, **options) as desktop:
         if told:
             desktop.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         try:
@@ -178,11 +178,20 @@ class Desktop:
 
     def start_unseen(self, **environment):
         """Starts Nimbarrow where nobody can see it."""
-        log = open(self.home / "nimbarrow.log", "ab")
-        scale = {"QT_SCALE_FACTOR": str(self.scale)} if self.scale != 1 else {}
-        self.nimbarrow = subprocess.Popen([self.program], env={**self.environment, **scale, **environment},
-                                          cwd=self.home, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
-        log.close()
+        with open(self.home / "nimbarrow.log", "ab") as log:
+            self.nimbarrow = subprocess.Popen([self.program], env={**self._scaled(), **environment}, cwd=self.home,
+                                              stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+
+    def _scaled(self):
+        return {**self.environment, **({"QT_SCALE_FACTOR": str(self.scale)} if self.scale != 1 else {})}
+
+    def run(self, *words, status=0, **environment):
+        """Runs the program with these options; what it has said on both streams."""
+        run = subprocess.run([self.program, *words], env={**self._scaled(), **environment}, timeout=30,
+                             capture_output=True, text=True)
+        if run.returncode != status:
+            raise StageMissed(f"status {status} of {words}, not {run.returncode}: {run.stdout}{run.stderr}")
+        return run.stdout, run.stderr
 
     def _still_runs(self):
         if self.nimbarrow.poll() is not None:

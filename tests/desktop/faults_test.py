@@ -9,7 +9,7 @@ import subprocess
 import sys
 import time
 
-from desktop import Desktop, StageMissed, wait_until, NOTCH_MIDDLE, NOTCH_LEFT
+from desktop import Desktop, run_test, StageMissed, wait_until, NOTCH_MIDDLE, NOTCH_LEFT
 from flow import BELOW_THE_SURFACE, Flow, SURFACE_LEFT
 
 
@@ -240,24 +240,20 @@ def plays(test, program):
     return True
 
 
-def play(program, stages, **desktop_options):
-    with Desktop(program, settings={"language": "en"}, **desktop_options) as desktop:
-        try:
-            desktop.start()
-            for stage in stages:
-                stage(desktop)
-                print("survived:", stage.__name__, desktop_options or "", flush=True)
-            desktop.check_log()
-        except StageMissed as missed:
-            print("missed:", missed, "\n" + desktop.log(), file=sys.stderr)
-            return False
-    return True
+def play(program, *stages, **options):
+    def play_all(desktop):
+        desktop.start()
+        for stage in stages:
+            stage(desktop)
+            print("survived:", stage.__name__, options or "", flush=True)
+
+    return run_test(program, play_all, settings={"language": "en"}, **options) == 0
 
 
 def main(program, _peers):
-    everything = play(program, [second_instance, uncovered_corners, body_stays_whole, secret, private_memory, burst, frozen_owner,
-                                huge_text, kill, signals])
-    bare = play(program, [second_instance, uncovered_corners, kill], compositor=False, bus=False)
+    everything = play(program, second_instance, uncovered_corners, body_stays_whole, secret, private_memory, burst,
+                      frozen_owner, huge_text, kill, signals)
+    bare = play(program, second_instance, uncovered_corners, kill, compositor=False, bus=False)
     ends = [plays(test, program) for test in (lost_display, no_display, silent_starts)]
     return 0 if everything and bare and all(ends) else 1
 

@@ -6,7 +6,7 @@ import subprocess
 import sys
 import time
 
-from desktop import Desktop, NOTCH_MIDDLE, reached, StageMissed, wait_until, WIDTH
+from desktop import Desktop, NOTCH_MIDDLE, reached, run_test, StageMissed, wait_until, WIDTH
 
 HINT = "nimbarrow --notch 200x32@screen"
 
@@ -17,6 +17,7 @@ class NotchlessDesktop(Desktop):
         super().__init__(program, settings={"language": language}, services=[], **options)
         self.description.unlink()
         self.notifications = notifications
+        self.usual_log += ["nimbarrow --notch", "no display has a notch"]
         # What dunst asks which of the answers it is, and what it is told.
         (self.home / "menu").write_text(f"#!/bin/sh\ngrep -F \"$(cat {self.home}/choice)\"\n")
         (self.home / "menu").chmod(0o700)
@@ -52,13 +53,6 @@ class NotchlessDesktop(Desktop):
         (self.home / "choice").write_text("#" + answer)
         self.dunst("context")
 
-    def run(self, *words, status=0):
-        run = subprocess.run([self.program, *words], timeout=30, capture_output=True, text=True,
-                             env={**self.environment, "QT_SCALE_FACTOR": str(self.scale)})
-        if run.returncode != status:
-            raise StageMissed(f"status {status} of {words}, not {run.returncode}: {run.stdout}{run.stderr}")
-        return run.stdout + run.stderr
-
     def is_there(self):
         return self.is_black(NOTCH_MIDDLE, 16) and self.is_black(NOTCH_MIDDLE + 90, 28)
 
@@ -89,7 +83,7 @@ def by_hand(desktop):
     desktop.start_notchless()
     wait_until("a hint on the terminal", lambda: HINT in desktop.log())
     desktop.wait_away()
-    told = desktop.run(*HINT.split()[1:])
+    told, _ = desktop.run(*HINT.split()[1:])
     if str(desktop.description) not in told or "200 points wide" not in told:
         raise StageMissed(f"what was written and where, not {told}")
     desktop.wait_there()
@@ -100,7 +94,7 @@ def by_hand(desktop):
     desktop.wait_away()
     for value, status, words in (("wide", 2, "200x32"), ("0x32", 2, "200x32"), ("200x32@", 2, "200x32"),
                                  ("9999x32", 1, "fit"), ("200x491", 1, "fit"), ("200x32@HDMI-9", 1, "only screen")):
-        if words not in desktop.run("--notch", value, status=status):
+        if words not in desktop.run("--notch", value, status=status)[1]:
             raise StageMissed(f"a word about {value}")
     desktop.restart()
     desktop.wait_away()
@@ -155,19 +149,11 @@ def dismissed(desktop):
 
 
 def main(program, _peers):
-    try:
-        for stage, options in ((by_hand, {"notifications": False}), (shown, {"scale": 2}), (refused, {}),
-                               (dismissed, {"language": "uk"})):
-            with NotchlessDesktop(program, **options) as desktop:
-                try:
-                    stage(desktop)
-                except StageMissed:
-                    print(desktop.log(), file=sys.stderr)
-                    raise
-            reached(stage.__name__)
-    except StageMissed as missed:
-        print("missed:", missed, file=sys.stderr)
-        return 1
+    for stage, options in ((by_hand, {"notifications": False}), (shown, {"scale": 2}), (refused, {}),
+                           (dismissed, {"language": "uk"})):
+        if run_test(program, stage, kind=NotchlessDesktop, **options):
+            return 1
+        reached(stage.__name__)
     return 0
 
 

@@ -4,20 +4,16 @@
 #include "images/ImageCodec.h"
 #include "style/Picture.h"
 #include "support/ManualQueues.h"
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
 #include <QBuffer>
 #include <QImageWriter>
 #include <QPainter>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QtEndian>
 
 #include <array>
-#include <sys/resource.h>
 #include <thread>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -47,13 +43,6 @@ QImage smallPicture(QByteArray data, int maxPixel)
     return imagecodec::thumbnail(buffer, maxPixel);
 }
 
-long peakMemory() // MB
-{
-    rusage usage {};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
-}
-
 QByteArray pngClaiming(quint32 width, quint32 height)
 {
     auto png = encoded({ 1, 1 }, "png");
@@ -81,46 +70,40 @@ private Q_SLOTS:
 
     void thumbnailFitsAndIsNeverEnlarged_data()
     {
-        QTest::addColumn<QByteArray>("image");
-        QTest::addColumn<int>("maxPixel");
-        QTest::addColumn<QSize>("size");
+        const Rows<QByteArray, int, QSize> row;
         const auto large = encoded({ 4000, 3000 }, "png");
         const auto turned = QImageIOHandler::TransformationRotate90;
-        QTest::newRow("small") << large << 200 << QSize(200, 150);
-        QTest::newRow("preview") << large << 1600 << QSize(1600, 1200);
-        QTest::newRow("smaller already") << encoded({ 30, 20 }, "bmp") << 200 << QSize(30, 20);
-        QTest::newRow("sideways") << encoded({ 400, 300 }, "jpeg", turned) << 200 << QSize(150, 200);
-        QTest::newRow("a thread") << encoded({ 4000, 2 }, "png") << 200 << QSize(200, 1);
-        QTest::newRow("webp") << encoded({ 100, 300 }, "webp") << 200 << QSize(67, 200);
-        QTest::newRow("no pixels asked for") << large << 0 << QSize(0, 0);
+        row("small", large, 200, QSize(200, 150));
+        row("preview", large, 1600, QSize(1600, 1200));
+        row("smaller already", encoded({ 30, 20 }, "bmp"), 200, QSize(30, 20));
+        row("sideways", encoded({ 400, 300 }, "jpeg", turned), 200, QSize(150, 200));
+        row("a thread", encoded({ 4000, 2 }, "png"), 200, QSize(200, 1));
+        row("webp", encoded({ 100, 300 }, "webp"), 200, QSize(67, 200));
+        row("no pixels asked for", large, 0, QSize(0, 0));
         // With the checksum of such a header, or the reader would not even believe it.
         auto huge = pngClaiming(30'000, 30'000);
         qToBigEndian(0xe9456fedU, huge.data() + 29);
-        QTest::newRow("claims too much") << huge << 200 << QSize(0, 0);
-        QTest::newRow("drawing") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg'/>") << 200
-                                 << QSize(0, 0);
-        QTest::newRow("nothing") << QByteArray() << 200 << QSize(0, 0);
+        row("claims too much", huge, 200, QSize(0, 0));
+        row("drawing", "<svg xmlns='http://www.w3.org/2000/svg'/>", 200, QSize(0, 0));
+        row("nothing", {}, 200, QSize(0, 0));
     }
     void thumbnailFitsAndIsNeverEnlarged()
     {
-        QFETCH(QByteArray, image);
-        QFETCH(int, maxPixel);
-        QTEST(smallPicture(image, maxPixel).size(), "size");
+        const auto [image, maxPixel, size] = Rows<QByteArray, int, QSize>::current();
+        QCOMPARE(smallPicture(image, maxPixel).size(), size);
     }
 
     void aThumbnailLooksLikeItsPicture_data()
     {
-        QTest::addColumn<QImage::Format>("format");
-        QTest::addColumn<bool>("turned");
-        QTest::newRow("opaque") << QImage::Format_RGB32 << false;
-        QTest::newRow("transparent") << QImage::Format_ARGB32 << false;
-        QTest::newRow("grey") << QImage::Format_Grayscale8 << false;
-        QTest::newRow("turned") << QImage::Format_RGB32 << true;
+        const Rows<QImage::Format, bool> row;
+        row("opaque", QImage::Format_RGB32, false);
+        row("transparent", QImage::Format_ARGB32, false);
+        row("grey", QImage::Format_Grayscale8, false);
+        row("turned", QImage::Format_RGB32, true);
     }
     void aThumbnailLooksLikeItsPicture()
     {
-        QFETCH(QImage::Format, format);
-        QFETCH(bool, turned);
+        const auto [format, turned] = Rows<QImage::Format, bool>::current();
         const QSize size(1000, 700);
         QLinearGradient colors({}, QPointF(size.width(), size.height()));
         colors.setColorAt(0, Qt::red);
@@ -288,10 +271,8 @@ private Q_SLOTS:
 private:
     QUrl put(const QString& name, QSize size = { 400, 200 })
     {
-        QFile file(m_disk.filePath(name));
-        if (file.open(QFile::WriteOnly))
-            file.write(encoded(size, "png"));
-        return QUrl::fromLocalFile(file.fileName());
+        writeFile(m_disk.filePath(name), encoded(size, "png"));
+        return QUrl::fromLocalFile(m_disk.filePath(name));
     }
 
     static QImage drawn(Picture& item)

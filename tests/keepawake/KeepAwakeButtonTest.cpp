@@ -1,14 +1,9 @@
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
 #include "style/Motion.h"
+#include "support/Test.h"
 
 #include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 class KeepAwakeButtonTest : public QObject {
     Q_OBJECT

@@ -2,13 +2,7 @@
 
 #include "support/FakePowerAssertions.h"
 #include "support/ManualTime.h"
-
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
+#include "support/Test.h"
 
 using Type = PowerAssertions::Type;
 
@@ -39,18 +33,14 @@ private Q_SLOTS:
 
     void eachChoiceHoldsOneAssertionOfEachType_data()
     {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<qint64>("seconds");
-        QTest::addColumn<QString>("left");
-        QTest::newRow("1 h") << 1 << qint64(3600) << u"1:00"_s;
-        QTest::newRow("3 h") << 3 << qint64(3 * 3600) << u"3:00"_s;
-        QTest::newRow("for ever") << 0 << qint64(-1) << u"∞"_s;
+        const Rows<int, qint64, QString> row;
+        row("1 h", 1, qint64(3600), u"1:00"_s);
+        row("3 h", 3, qint64(3 * 3600), u"3:00"_s);
+        row("for ever", 0, qint64(-1), u"∞"_s);
     }
-
     void eachChoiceHoldsOneAssertionOfEachType()
     {
-        QFETCH(int, id);
-        QFETCH(qint64, seconds);
+        const auto [id, seconds, left] = Rows<int, qint64, QString>::current();
         m->keepAwake.choose(2);
         m->time.advance(10min);
         m->keepAwake.choose(id);
@@ -62,7 +52,7 @@ private Q_SLOTS:
         // What was held before had gone by then.
         QCOMPARE(m->power.mostHeld, 2);
         QVERIFY(m->keepAwake.isActive());
-        QTEST(m->keepAwake.timeLeft(), "left");
+        QCOMPARE(m->keepAwake.timeLeft(), left);
         if (seconds < 0) {
             QVERIFY(!m->keepAwake.until());
             QCOMPARE(m->time.pending(), 0);
@@ -99,21 +89,16 @@ private Q_SLOTS:
 
     void theUsersClockEndsIt_data()
     {
-        QTest::addColumn<int>("jump");
-        QTest::addColumn<QString>("left");
-        QTest::addColumn<int>("minutesAwake");
+        const Rows<int, QString, int> row;
         // After half an hour of one: the computer sleeps, or somebody sets the clock.
-        QTest::newRow("slept through the end") << 31 << QString() << 0;
-        QTest::newRow("slept until the end") << 30 << QString() << 0;
-        QTest::newRow("slept a while") << 20 << u"0:10"_s << 10;
-        QTest::newRow("clock set back") << -300 << u"0:30"_s << 30;
+        row("slept through the end", 31, {}, 0);
+        row("slept until the end", 30, {}, 0);
+        row("slept a while", 20, u"0:10"_s, 10);
+        row("clock set back", -300, u"0:30"_s, 30);
     }
-
     void theUsersClockEndsIt()
     {
-        QFETCH(int, jump);
-        QFETCH(QString, left);
-        QFETCH(int, minutesAwake);
+        const auto [jump, left, minutesAwake] = Rows<int, QString, int>::current();
         m->keepAwake.choose(1);
         m->time.advance(30min);
         m->time.setWallTime(m->time.wallTime().addSecs(qint64(jump) * 60));

@@ -1,14 +1,9 @@
 #include "keepawake/OwlMotion.h"
 
 #include "support/ManualTime.h"
-
-#include <QSignalSpy>
-#include <QTest>
+#include "support/Test.h"
 
 #include <deque>
-
-using namespace nimbarrow;
-using namespace std::chrono_literals;
 
 class OwlMotionTest : public QObject {
     Q_OBJECT

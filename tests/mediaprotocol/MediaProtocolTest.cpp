@@ -2,14 +2,11 @@
 #include "mediaprotocol/LineCutter.h"
 #include "mediaprotocol/MediaCommand.h"
 #include "mediaprotocol/MediaMessage.h"
+#include "support/Test.h"
 
-#include <QTest>
 #include <QTimeZone>
 
 #include <limits>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -50,49 +47,34 @@ class MediaProtocolTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void messagesComeBackAsTheyWere_data()
-    {
-        QTest::addColumn<MediaMessage>("message");
-        const auto row
-            = [](const char* name, const MediaMessage& message) { QTest::newRow(name) << message; };
-        row("ready", MediaReady {});
-        row("idle", MediaIdle {});
-        row("full state", fullState());
-        row("empty state", MediaState {});
-        row("artwork", MediaArtwork { u"id"_s, QByteArray("\0\xff\n{", 4) });
-        row("artwork without contents", MediaArtwork { u"id"_s, {} });
-    }
     void messagesComeBackAsTheyWere()
     {
-        QFETCH(const MediaMessage, message);
-        LineCutter lines(longestMessage);
-        const auto cut = lines.add(encode(message));
-        QCOMPARE(cut.size(), 1);
-        const auto read = decodeMessage(cut[0]);
-        QVERIFY(read && *read == message);
+        const QList<MediaMessage> messages { MediaReady {}, MediaIdle {}, fullState(), MediaState {},
+            MediaArtwork { u"id"_s, QByteArray("\0\xff\n{", 4) }, MediaArtwork { u"id"_s, {} } };
+        for (const auto& message : messages) {
+            LineCutter lines(longestMessage);
+            const auto cut = lines.add(encode(message));
+            QCOMPARE(cut.size(), 1);
+            const auto read = decodeMessage(cut[0]);
+            QVERIFY2(read && *read == message, cut[0].constData());
+        }
     }
 
-    void commandsComeBackAsTheyWere_data()
-    {
-        QTest::addColumn<MediaCommand>("command");
-        QTest::addColumn<QByteArray>("line");
-        const auto row = [](const MediaCommand& command, const QByteArray& line) {
-            QTest::newRow(line.constData()) << command << line;
-        };
-        row({ Verb::Toggle }, "toggle\n");
-        row({ Verb::Next }, "next\n");
-        row({ Verb::Previous }, "previous\n");
-        row({ Verb::Refresh }, "refresh\n");
-        row({ Verb::Seek, 42 }, "seek 42.0\n");
-        row({ Verb::Seek, 0.1 + 0.2 }, "seek 0.30000000000000004\n");
-        row({ Verb::Volume, 48 }, "volume 48\n");
-    }
     void commandsComeBackAsTheyWere()
     {
-        QFETCH(const MediaCommand, command);
-        QFETCH(const QByteArray, line);
-        QCOMPARE(encode(command), line);
-        QVERIFY(decodeCommand(line.chopped(1)) == command);
+        const QList<std::pair<MediaCommand, QByteArray>> rows {
+            { { Verb::Toggle }, "toggle\n" },
+            { { Verb::Next }, "next\n" },
+            { { Verb::Previous }, "previous\n" },
+            { { Verb::Refresh }, "refresh\n" },
+            { { Verb::Seek, 42 }, "seek 42.0\n" },
+            { { Verb::Seek, 0.1 + 0.2 }, "seek 0.30000000000000004\n" },
+            { { Verb::Volume, 48 }, "volume 48\n" },
+        };
+        for (const auto& [command, line] : rows) {
+            QCOMPARE(encode(command), line);
+            QVERIFY(decodeCommand(line.chopped(1)) == command);
+        }
     }
 
     void commandsStayWithinTheirRange()
@@ -142,26 +124,14 @@ private Q_SLOTS:
         QCOMPARE(lines.add("end of it\nnext\n"), QByteArrayList { "next" });
     }
 
-    void whatIsNoMessageIsDropped_data()
-    {
-        QTest::addColumn<QByteArray>("line");
-        QTest::newRow("blank") << QByteArray();
-        QTest::newRow("not JSON") << QByteArray("{\"type\":\"ready\"");
-        QTest::newRow("array") << QByteArray("[\"ready\"]");
-        QTest::newRow("no type") << QByteArray("{\"title\":\"Song\"}");
-        QTest::newRow("unknown type") << QByteArray("{\"type\":\"lyrics\"}");
-        QTest::newRow("type is a number") << QByteArray("{\"type\":1}");
-        QTest::newRow("not UTF-8") << QByteArray("{\"type\":\"state\",\"title\":\"\xff\xfe\"}");
-        QTest::newRow("deep") << QByteArray(100'000, '[');
-        QTest::newRow("artwork without data") << QByteArray("{\"type\":\"artwork\",\"id\":\"a\"}");
-        QTest::newRow("artwork without id") << QByteArray("{\"type\":\"artwork\",\"data\":\"QUJD\"}");
-        QTest::newRow("artwork in no base 64")
-            << QByteArray("{\"type\":\"artwork\",\"id\":\"a\",\"data\":\"QU*D\"}");
-    }
     void whatIsNoMessageIsDropped()
     {
-        QFETCH(const QByteArray, line);
-        QVERIFY(!decodeMessage(line));
+        for (const auto& line : { ""_ba, R"({"type":"ready")"_ba, R"(["ready"])"_ba, R"({"title":"Song"})"_ba,
+                 R"({"type":"lyrics"})"_ba, R"({"type":1})"_ba,
+                 "{\"type\":\"state\",\"title\":\"\xff\xfe\"}"_ba, QByteArray(100'000, '['),
+                 R"({"type":"artwork","id":"a"})"_ba, R"({"type":"artwork","data":"QUJD"})"_ba,
+                 R"({"type":"artwork","id":"a","data":"QU*D"})"_ba })
+            QVERIFY2(!decodeMessage(line), line.first(std::min<qsizetype>(line.size(), 60)).constData());
     }
 
     void oddMembersBecomeSane()

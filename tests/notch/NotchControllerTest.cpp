@@ -5,18 +5,12 @@
 #include "clipboard/PasteboardCapture.h"
 #include "clipboard/Paster.h"
 #include "preferences/L10n.h"
-#include "support/FakeApplications.h"
 #include "support/FakeDesktop.h"
-#include "support/FakeKeystrokes.h"
 #include "support/FakePasteboard.h"
 #include "support/HistoryFixture.h"
+#include "support/Test.h"
 
 #include <QCoreApplication>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -85,38 +79,30 @@ class NotchControllerTest : public QObject {
 private Q_SLOTS:
     void cleanup() { L10n::setCurrent(L10n::English); }
 
-    void coversTheNotchExactly()
-    {
-        Surface s;
-        QCOMPARE(s.window.frame, (ScreenRect { 664, -32, 184, 32 }));
-        QVERIFY(s.window.visible);
-    }
-
     void isOutOfSightWithoutANotchAndWhileLocked_data()
     {
-        QTest::addColumn<bool>("locks");
-        QTest::addColumn<QString>("shown");
-        for (const auto locks : { false, true }) {
-            for (const auto* shown : { "nothing", "notice", "surface", "held surface", "drag", "keyboard" })
-                QTest::addRow("%s, %s", locks ? "locked" : "no notch", shown)
-                    << locks << QString::fromLatin1(shown);
+        const Rows<bool, QByteArray> row;
+        for (const QByteArray shown :
+            { "nothing", "notice", "surface", "held surface", "drag", "keyboard" }) {
+            row("locked, " + shown, true, shown);
+            row("no notch, " + shown, false, shown);
         }
     }
-
     void isOutOfSightWithoutANotchAndWhileLocked()
     {
-        QFETCH(const bool, locks);
-        QFETCH(const QString, shown);
+        const auto current = Rows<bool, QByteArray>::current();
+        const auto locks = std::get<bool>(current);
+        const auto shown = std::get<QByteArray>(current);
         Surface s;
-        if (shown == "notice"_L1)
+        if (shown == "notice")
             s.controller.peek(notice(u"first"_s));
-        else if (shown == "drag"_L1)
+        else if (shown == "drag")
             s.controller.dragEntered();
-        else if (shown == "keyboard"_L1)
+        else if (shown == "keyboard")
             s.controller.toggleKeyboard();
-        else if (shown != "nothing"_L1)
+        else if (shown != "nothing")
             s.controller.hoverEntered();
-        if (shown == "held surface"_L1)
+        if (shown == "held surface")
             s.controller.actions().hold();
         const auto lock = [&](bool on) {
             if (locks)
@@ -168,6 +154,8 @@ private Q_SLOTS:
     void expandsAtOnceAndShrinksThePanelLater()
     {
         Surface s;
+        QCOMPARE(s.window.frame, (ScreenRect { 664, -32, 184, 32 }));
+        QVERIFY(s.window.visible);
         int expansions = 0;
         s.controller.onExpand = [&expansions] { ++expansions; };
         s.state().setShowSettings(true);
@@ -195,10 +183,11 @@ private Q_SLOTS:
         s.controller.hoverEntered();
         s.controller.actions().collapse();
         s.time.advance(200ms);
+        s.pointer.place = insideNotch;
         s.controller.hoverEntered();
         s.time.advance(1s);
-        s.pointer.place = insideNotch;
-        QCOMPARE(s.window.frame.width, s.isExpanded() ? 460.0 : 184.0);
+        QVERIFY(s.isExpanded());
+        QCOMPARE(s.window.frame.width, 460.0);
     }
 
     void isAsHighAsTheCalendarNeeds()
@@ -221,37 +210,25 @@ private Q_SLOTS:
 
     void collapsesOnlyWhenNothingHoldsIt_data()
     {
-        QTest::addColumn<QPointF>("pointer");
-        QTest::addColumn<int>("holds");
-        QTest::addColumn<bool>("button");
-        QTest::addColumn<bool>("stays");
-        QTest::newRow("far away") << QPointF(100, -900) << 0 << false << false;
-        QTest::newRow("4 points below") << QPointF(756, -262) << 0 << false << true;
-        QTest::newRow("5 points below") << QPointF(756, -263) << 0 << false << false;
-        QTest::newRow("4 points beside") << QPointF(522, -100) << 0 << false << true;
-        QTest::newRow("5 points beside") << QPointF(521, -100) << 0 << false << false;
-        QTest::newRow("held") << QPointF(100, -900) << 1 << false << true;
-        QTest::newRow("dragging out") << QPointF(100, -900) << 0 << true << true;
+        const Rows<ScreenPoint, bool, bool> row;
+        row("far away", farAway, false, false);
+        row("4 points below", { 756, -262 }, false, true);
+        row("5 points below", { 756, -263 }, false, false);
+        row("4 points beside", { 522, -100 }, false, true);
+        row("5 points beside", { 521, -100 }, false, false);
+        row("dragging out", farAway, true, true);
     }
-
     void collapsesOnlyWhenNothingHoldsIt()
     {
-        QFETCH(const QPointF, pointer);
-        QFETCH(const int, holds);
-        QFETCH(const bool, button);
-        QFETCH(const bool, stays);
+        const auto [pointer, button, stays] = Rows<ScreenPoint, bool, bool>::current();
         Surface s;
         s.controller.hoverEntered();
-        s.pointer.place = { pointer.x(), pointer.y() };
+        s.pointer.place = pointer;
         s.pointer.buttonDown = button;
-        for (int i = 0; i < holds; ++i)
-            s.controller.actions().hold();
         s.time.advance(50ms);
         QCOMPARE(s.isExpanded(), stays);
         s.pointer.buttonDown = false;
         s.pointer.place = farAway;
-        for (int i = 0; i < holds; ++i)
-            s.controller.actions().release();
         s.time.advance(150ms);
         QVERIFY(!s.isExpanded());
     }
@@ -422,27 +399,19 @@ private Q_SLOTS:
 
     void givesTheKeyboardBack_data()
     {
-        QTest::addColumn<Key>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<bool>("closes");
-        QTest::addColumn<QString>("copied");
-        const auto command = static_cast<int>(KeyModifier::Command);
-        const auto shift = static_cast<int>(KeyModifier::Shift);
-        QTest::newRow("escape") << Key::Escape << 0 << true << QString();
-        QTest::newRow("the hot key") << Key::V << (command | shift) << true << QString();
-        QTest::newRow("command-v") << Key::V << command << false << QString();
-        QTest::newRow("command-c") << Key::C << command << true << u"a"_s;
-        QTest::newRow("c") << Key::C << 0 << false << QString();
-        QTest::newRow("command-shift-c") << Key::C << (command | shift) << false << QString();
-        QTest::newRow("another key") << Key::Other << 0 << false << QString();
+        const Rows<Key, KeyModifiers, bool, QString> row;
+        using enum KeyModifier;
+        row("escape", Key::Escape, {}, true, {});
+        row("the hot key", Key::V, Command | Shift, true, {});
+        row("command-v", Key::V, Command, false, {});
+        row("command-c", Key::C, Command, true, u"a"_s);
+        row("c", Key::C, {}, false, {});
+        row("command-shift-c", Key::C, Command | Shift, false, {});
+        row("another key", Key::Other, {}, false, {});
     }
-
     void givesTheKeyboardBack()
     {
-        QFETCH(const Key, key);
-        QFETCH(const int, modifiers);
-        QFETCH(const bool, closes);
-        QFETCH(const QString, copied);
+        const auto [key, modifiers, closes, copied] = Rows<Key, KeyModifiers, bool, QString>::current();
         Surface s;
         s.remember({ u"a"_s });
         s.controller.toggleKeyboard();
@@ -450,7 +419,7 @@ private Q_SLOTS:
         s.pointer.place = insideNotch;
         s.time.advance(10s);
         QVERIFY(s.isExpanded());
-        s.window.press(key, KeyModifiers::fromInt(modifiers));
+        s.window.press(key, modifiers);
         QCOMPARE(s.state().keyboardMode(), !closes);
         QCOMPARE(s.window.key, !closes);
         QCOMPARE(s.isExpanded(), !closes);
@@ -459,24 +428,19 @@ private Q_SLOTS:
         QVERIFY(s.state().selection().isNull() == closes);
     }
 
-    void raisesNobodyWhoHasTheKeyboardBack()
+    void raisesNobodyWhoHasTheKeyboardBackOrTookIt()
     {
-        Surface s;
-        s.window.returnsKey = true;
-        s.controller.toggleKeyboard();
-        s.window.press(Key::Escape);
-        QVERIFY(!s.window.key);
-        QCOMPARE(s.applications.activated, {});
-    }
-
-    void leavesTheKeyboardToWhoeverTookIt()
-    {
-        Surface s;
-        s.controller.toggleKeyboard();
-        s.window.loseKey();
-        QVERIFY(!s.state().keyboardMode());
-        QVERIFY(!s.isExpanded());
-        QCOMPARE(s.applications.activated, {});
+        for (const auto isTaken : { false, true }) {
+            Surface s;
+            s.window.returnsKey = !isTaken;
+            s.controller.toggleKeyboard();
+            if (isTaken)
+                s.window.loseKey();
+            else
+                s.window.press(Key::Escape);
+            QVERIFY(!s.window.key && !s.state().keyboardMode() && !s.isExpanded());
+            QCOMPARE(s.applications.activated, {});
+        }
     }
 
     void pastesAfterTheKeyboardWasGivenBack()
@@ -493,13 +457,9 @@ private Q_SLOTS:
         s.time.advance(1ms);
         QCOMPARE(s.keystrokes.pastes, 1);
         QVERIFY(!s.isExpanded());
-    }
-
-    void pastesAtOnceOutsideKeyboardMode()
-    {
-        Surface s;
+        // Outside keyboard mode nobody has to be waited for.
         s.controller.keyboard().deliverPaste();
-        QCOMPARE(s.keystrokes.pastes, 1);
+        QCOMPARE(s.keystrokes.pastes, 2);
     }
 
     void tellsATapOfSpaceFromAHold()

@@ -1,10 +1,6 @@
 #include "notch/NotchPanel.h"
 #include "support/FakeDesktop.h"
-
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
+#include "support/Test.h"
 
 namespace {
 
@@ -29,27 +25,24 @@ private Q_SLOTS:
     {
         const ScreenRect frame { 0, 0, 1512, 982 };
         const auto notched = screen(frame, 32, 664, 664);
-        QTest::addColumn<QList<Screen>>("screens");
-        QTest::addColumn<QRectF>("notch"); // Null where there is none.
-        QTest::newRow("no screen") << QList<Screen> {} << QRectF();
-        QTest::newRow("no inset") << QList { screen(frame, 0, 664, 664) } << QRectF();
-        QTest::newRow("no left area") << QList { screen(frame, 32, {}, 664) } << QRectF();
-        QTest::newRow("no right area") << QList { screen(frame, 32, 664, {}) } << QRectF();
-        QTest::newRow("areas meet") << QList { screen(frame, 32, 756, 756) } << QRectF();
-        QTest::newRow("areas overlap") << QList { screen(frame, 32, 800, 756) } << QRectF();
-        QTest::newRow("whole points") << QList { notched } << QRectF(664, 950, 184, 32);
-        QTest::newRow("a fraction wide")
-            << QList { screen(frame, 32, 663.3, 663.3) } << QRectF(663, 950, 186, 32);
-        QTest::newRow("the second screen")
-            << QList { screen({ -1920, 0, 1920, 1080 }, 0, {}, {}), notched } << QRectF(664, 950, 184, 32);
-        QTest::newRow("left of the main screen")
-            << QList { screen({ -1512, -100, 1512, 982 }, 32, 664, 664) } << QRectF(-848, 850, 184, 32);
+        // A notch is null where there is none.
+        const Rows<QList<Screen>, QRectF> row;
+        row("no screen", {}, {});
+        row("no inset", { screen(frame, 0, 664, 664) }, {});
+        row("no left area", { screen(frame, 32, {}, 664) }, {});
+        row("no right area", { screen(frame, 32, 664, {}) }, {});
+        row("areas meet", { screen(frame, 32, 756, 756) }, {});
+        row("areas overlap", { screen(frame, 32, 800, 756) }, {});
+        row("whole points", { notched }, QRectF(664, 950, 184, 32));
+        row("a fraction wide", { screen(frame, 32, 663.3, 663.3) }, QRectF(663, 950, 186, 32));
+        row("the second screen", { screen({ -1920, 0, 1920, 1080 }, 0, {}, {}), notched },
+            QRectF(664, 950, 184, 32));
+        row("left of the main screen", { screen({ -1512, -100, 1512, 982 }, 32, 664, 664) },
+            QRectF(-848, 850, 184, 32));
     }
-
     void findsTheFirstScreenWithANotch()
     {
-        QFETCH(const QList<Screen>, screens);
-        QFETCH(const QRectF, notch);
+        const auto [screens, notch] = Rows<QList<Screen>, QRectF>::current();
         const auto geometry = NotchGeometry::find(screens);
         QCOMPARE(geometry.has_value(), !notch.isNull());
         if (geometry) {

@@ -1,10 +1,7 @@
 #include "notch/NotchShape.h"
 
 #include "style/Springs.h"
-
-#include <QTest>
-
-using namespace nimbarrow;
+#include "support/Test.h"
 
 class NotchShapeTest : public QObject {
     Q_OBJECT

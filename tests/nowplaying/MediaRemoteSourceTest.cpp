@@ -2,16 +2,11 @@
 
 #include "mediaprotocol/AdapterOptions.h"
 #include "support/FakeAdapter.h"
-#include "support/FakeApplications.h"
+#include "support/FakeDesktop.h"
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
 #include "support/Pictures.h"
-
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
-using namespace std::chrono_literals;
+#include "support/Test.h"
 
 class MediaRemoteSourceTest : public QObject {
     Q_OBJECT
@@ -26,21 +21,15 @@ private Q_SLOTS:
         say("{\"type\":\"state\",\"title\":\"One\"}\n{\"type\":\"idle\"}\n{\"type\":\"state\",\"ti");
         QCOMPARE(titles(), QStringList({ u"One"_s, {} }));
         QVERIFY(!adapter().isPaused);
-        say("tle\":\"Two\"}\n");
+        // It waits until what it has said is read.
+        adapter().say("tle\":\"Two\"}\n");
+        QVERIFY(adapter().isPaused);
+        QCOMPARE(m_bench->snapshots.size(), 2);
+        m_bench->queues.runAll();
+        QVERIFY(!adapter().isPaused);
         QCOMPARE(titles(), QStringList({ u"One"_s, {}, u"Two"_s }));
         QCOMPARE(m_bench->snapshots.last().date, m_bench->time.wallTime());
         QCOMPARE(m_bench->snapshots.last().app->pid, 0);
-    }
-
-    void companionWaitsUntilWhatItSaidIsRead()
-    {
-        launchReady();
-        adapter().say("{\"type\":\"idle\"}\n");
-        QVERIFY(adapter().isPaused);
-        QCOMPARE(m_bench->snapshots.size(), 0);
-        m_bench->queues.runAll();
-        QVERIFY(!adapter().isPaused);
-        QCOMPARE(m_bench->snapshots.size(), 1);
     }
 
     void commandsAreLinesAndLostBeforeReady()
@@ -102,25 +91,15 @@ private Q_SLOTS:
         QCOMPARE(m_bench->unavailable, 0);
     }
 
-    void watchdogIsQuietOnceReady()
-    {
-        launchReady();
-        m_bench->time.advance(1min);
-        QVERIFY(!adapter().isTerminated);
-        QCOMPARE(m_bench->time.pending(), 0);
-    }
-
-    void missingCompanionIsUnavailableAtOnce()
+    void companionThatIsMissingOrCannotBeStartedIsNotTriedAgain()
     {
         m_bench->command.call.reset();
         m_bench->source.start();
         QCOMPARE(m_bench->unavailable, 1);
         QCOMPARE(m_bench->processes.calls.size(), 0);
         QCOMPARE(m_bench->time.pending(), 0);
-    }
 
-    void companionThatCannotBeStartedIsNotTriedAgain()
-    {
+        init();
         m_bench->source.start();
         adapter().refuseToRun();
         QCOMPARE(m_bench->unavailable, 1);
@@ -162,17 +141,15 @@ private Q_SLOTS:
 
     void companionThatFloodsItsPipeIsStartedAgain_data()
     {
-        QTest::addColumn<QByteArray>("slice");
-        QTest::addColumn<int>("slices");
-        QTest::newRow("lines of nothing") << QByteArray(600, '\n') << 2;
-        QTest::newRow("states") << QByteArray("{\"type\":\"idle\"}\n").repeated(600) << 2;
-        QTest::newRow("a line without an end") << QByteArray(1 << 20, 'x') << 17;
-        QTest::newRow("large lines") << QByteArray(1 << 20, 'x') + '\n' << 160;
+        const Rows<QByteArray, int> row;
+        row("lines of nothing", QByteArray(600, '\n'), 2);
+        row("states", QByteArray("{\"type\":\"idle\"}\n").repeated(600), 2);
+        row("a line without an end", QByteArray(1 << 20, 'x'), 17);
+        row("large lines", QByteArray(1 << 20, 'x') + '\n', 160);
     }
     void companionThatFloodsItsPipeIsStartedAgain()
     {
-        QFETCH(const QByteArray, slice);
-        QFETCH(const int, slices);
+        const auto [slice, slices] = Rows<QByteArray, int>::current();
         launchReady();
         // However long it lived before, the delays grow.
         for (const auto delay : { 1s, 3s, 7s }) {
@@ -201,6 +178,7 @@ private Q_SLOTS:
             m_bench->time.advance(1s);
         }
         QVERIFY(!adapter().isTerminated);
+        QCOMPARE(m_bench->time.pending(), 0);
     }
 
     void trackKeepsItsIdentityHoweverLongItBecomes()

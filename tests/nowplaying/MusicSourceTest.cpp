@@ -5,11 +5,7 @@
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
 #include "support/Pictures.h"
-
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
+#include "support/Test.h"
 
 class MusicSourceTest : public QObject {
     Q_OBJECT

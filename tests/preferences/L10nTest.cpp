@@ -1,10 +1,6 @@
 #include "preferences/L10n.h"
 
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
+#include "support/Test.h"
 
 class L10nTest : public QObject {
     Q_OBJECT
@@ -14,18 +10,15 @@ private Q_SLOTS:
 
     void resolvesTheSystemsLanguage_data()
     {
-        QTest::addColumn<QStringList>("preferred");
-        QTest::addColumn<L10n::Resolved>("resolved");
-        QTest::newRow("Ukrainian") << QStringList { u"uk-UA"_s, u"en"_s } << L10n::Ukrainian;
-        QTest::newRow("in capitals") << QStringList { u"UK"_s } << L10n::Ukrainian;
-        QTest::newRow("Ukrainian second") << QStringList { u"ru-UA"_s, u"uk"_s } << L10n::English;
-        QTest::newRow("none") << QStringList {} << L10n::English;
+        const Rows<QStringList, L10n::Resolved> row;
+        row("Ukrainian", { u"uk-UA"_s, u"en"_s }, L10n::Ukrainian);
+        row("in capitals", { u"UK"_s }, L10n::Ukrainian);
+        row("Ukrainian second", { u"ru-UA"_s, u"uk"_s }, L10n::English);
+        row("none", {}, L10n::English);
     }
-
     void resolvesTheSystemsLanguage()
     {
-        QFETCH(const QStringList, preferred);
-        QFETCH(const L10n::Resolved, resolved);
+        const auto [preferred, resolved] = Rows<QStringList, L10n::Resolved>::current();
         QCOMPARE(L10n::resolve(Language::System, preferred), resolved);
         QCOMPARE(L10n::resolve(Language::Uk, preferred), L10n::Ukrainian);
         QCOMPARE(L10n::resolve(Language::En, preferred), L10n::English);

@@ -1,18 +1,9 @@
 #include "preferences/Settings.h"
 
 #include "preferences/L10n.h"
-#include "support/FakeDesktopPreferences.h"
-#include "support/FakeLoginItem.h"
-#include "support/FakeTrust.h"
-#include "support/FakeUserDefaults.h"
+#include "support/FakeDesktop.h"
 #include "support/ManualTime.h"
-
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace nimbarrow;
+#include "support/Test.h"
 
 namespace {
 

@@ -1,13 +1,7 @@
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
 #include "style/Motion.h"
-
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
-using namespace std::chrono_literals;
+#include "support/Test.h"
 
 namespace {
 

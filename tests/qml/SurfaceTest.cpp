@@ -2,14 +2,10 @@
 #include "preferences/L10n.h"
 #include "qml/SurfaceFixture.h"
 #include "style/Motion.h"
+#include "support/Test.h"
 
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QStyleHints>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 class SurfaceTest : public QObject {
     Q_OBJECT
@@ -37,39 +33,17 @@ private Q_SLOTS:
         QCOMPARE(frames.count(), 0);
     }
 
-    void hasTheFormOfItsMode_data()
-    {
-        QTest::addColumn<NotchState::Mode>("mode");
-        QTest::addColumn<QRectF>("bounds");
-
-        // The window is 308 wider than the notch; the row reaches 46 to the left of it and 150 to the right.
-        QTest::newRow("a notice") << NotchState::Peek << QRectF(104, 0, 388, 38);
-        QTest::newRow("grown") << NotchState::Expanded << QRectF(0, 0, 460, 258);
-        QTest::newRow("the notch") << NotchState::Collapsed << QRectF(0, 0, 184, 32);
-    }
-
-    void hasTheFormOfItsMode()
-    {
-        QFETCH(NotchState::Mode, mode);
-        QFETCH(QRectF, bounds);
-        m_surface->show(NotchState::Expanded);
-        m_surface->show(NotchState::Collapsed);
-        m_surface->show(mode);
-        QCOMPARE(m_surface->shape()->outline().boundingRect(), bounds);
-    }
-
     void nothingLiesBehindALargeNotch_data()
     {
-        QTest::addColumn<QSizeF>("notch");
-        QTest::newRow("usual") << QSizeF(184, 32);
-        QTest::newRow("scale 1.5") << QSizeF(246, 42.67);
-        QTest::newRow("scale 1.25") << QSizeF(295, 51.2);
-        QTest::newRow("scale 1") << QSizeF(368, 64);
+        const Rows<QSizeF> row;
+        row("usual", QSizeF(184, 32));
+        row("scale 1.5", QSizeF(246, 42.67));
+        row("scale 1.25", QSizeF(295, 51.2));
+        row("scale 1", QSizeF(368, 64));
     }
-
     void nothingLiesBehindALargeNotch()
     {
-        QFETCH(const QSizeF, notch);
+        const auto [notch] = Rows<QSizeF>::current();
         m_surface.reset();
         m_surface = std::make_unique<SurfaceFixture>(notch);
         m_surface->keepAwake.activate(3599.0);
@@ -116,19 +90,16 @@ private Q_SLOTS:
         QVERIFY(widest > 460);
     }
 
-    void isThereAtOnceWhenTheNotchIsFound()
+    void isThereAtOnceWhenTheNotchIsFoundAndWithLessMotion()
     {
         Motion::instance().setReduced(false);
         auto geometry = *m_surface->state.geometry();
         geometry.notchRect = { 656, 944, 200, 38 };
         m_surface->state.setGeometry(geometry);
         QCOMPARE(m_surface->shape()->size(), QSizeF(200, 38));
-    }
-
-    void jumpsWithLessMotion()
-    {
+        Motion::instance().setReduced(true);
         m_surface->state.setMode(NotchState::Expanded);
-        QCOMPARE(m_surface->shape()->height(), 258.0);
+        QCOMPARE(m_surface->shape()->size(), QSizeF(460, 258));
     }
 
     void keepsTheLastNoticeWhileItFades()
@@ -136,6 +107,8 @@ private Q_SLOTS:
         Motion::instance().setReduced(false);
         m_surface->state.setPeek(PeekContent::make(u"link"_s, u"example.org"_s));
         m_surface->show(NotchState::Peek);
+        // The window is 308 wider than the notch; the row reaches 46 to the left of it and 150 to the right.
+        QTRY_COMPARE(m_surface->shape()->outline().boundingRect(), QRectF(104, 0, 388, 38));
         m_surface->state.setMode(NotchState::Collapsed);
         m_surface->state.setPeek({});
         auto* const peek = m_surface->find("PeekView");
@@ -157,11 +130,8 @@ private Q_SLOTS:
         QTRY_VERIFY(!row->property("copiedFlash").toBool());
         // A view inside that takes the pointer does not take it from the surface.
         QCOMPARE(exits, 0);
-    }
 
-    void closesWhenAClickPastes()
-    {
-        showTexts({ u"one"_s });
+        // It closes when the click pastes.
         m_surface->history.settings.setPasteOnClick(true);
         m_surface->click(m_surface->find("ClipboardRow"));
         QCOMPARE(m_surface->collapses, 1);
@@ -209,17 +179,13 @@ private Q_SLOTS:
 
     void opensWhatADoubleClickIsOn_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QList<QUrl>>("opened");
-        QTest::newRow("a link") << u"https://example.org/a?b"_s
-                                << QList { QUrl(u"https://example.org/a?b"_s) };
-        QTest::newRow("a text") << u"words"_s << QList<QUrl>();
+        const Rows<QString, QList<QUrl>> row;
+        row("a link", u"https://example.org/a?b"_s, QList { QUrl(u"https://example.org/a?b"_s) });
+        row("a text", u"words"_s, QList<QUrl>());
     }
-
     void opensWhatADoubleClickIsOn()
     {
-        QFETCH(QString, text);
-        QFETCH(QList<QUrl>, opened);
+        const auto [text, opened] = Rows<QString, QList<QUrl>>::current();
         showTexts({ text });
         const auto copies = m_surface->pasteboard.changeCount();
         QTest::mouseDClick(
@@ -239,13 +205,8 @@ private Q_SLOTS:
             = FakeCalendarStore::event(u"Call"_s, start.addSecs(12 * 3600), start.addSecs(12 * 3600 + 1500));
         call.identifier = u"call"_s;
         call.location = u"https://zoom.us/j/1"_s;
-        auto& held = *m_surface->calendarStore.held;
-        held << call;
-        for (auto number = 0; number < 6; ++number) {
-            held << FakeCalendarStore::event(u"A day that has rather a long name"_s, start, start.addDays(1));
-            held.last().identifier = u"day%1"_s.arg(number);
-            held.last().isAllDay = true;
-        }
+        *m_surface->calendarStore.held << call;
+        addWholeDays(start);
         m_surface->calendar.start();
         m_surface->state.setCalendarExpanded(true);
         m_surface->state.setExpandedSize({ 460, 322 });
@@ -282,11 +243,7 @@ private Q_SLOTS:
         auto& time = m_surface->history.time;
         const auto start = time.wallTime().toLocalTime().date().startOfDay();
         auto& held = *m_surface->calendarStore.held;
-        for (auto number = 0; number < 6; ++number) {
-            held << FakeCalendarStore::event(u"A day that has rather a long name"_s, start, start.addDays(1));
-            held.last().identifier = u"day%1"_s.arg(number);
-            held.last().isAllDay = true;
-        }
+        addWholeDays(start);
         held << FakeCalendarStore::event({}, start.addSecs(60), start.addSecs(3600));
         held.last().identifier = u"early"_s;
         held << FakeCalendarStore::event(u"Late"_s, start.addSecs(23 * 3600), start.addSecs(86'000));
@@ -358,18 +315,15 @@ private Q_SLOTS:
 
     void choosesWhereToShareOnce_data()
     {
-        QTest::addColumn<QByteArray>("what");
-        QTest::addColumn<bool>("closes");
-        QTest::newRow("title") << "title"_ba << false;
-        QTest::newRow("beside") << "beside"_ba << true;
-        QTest::newRow("second row") << "row"_ba << true;
-        QTest::newRow("Escape") << "Escape"_ba << true;
+        const Rows<QByteArray, bool> row;
+        row("title", "title", false);
+        row("beside", "beside", true);
+        row("second row", "row", true);
+        row("Escape", "Escape", true);
     }
-
     void choosesWhereToShareOnce()
     {
-        QFETCH(const QByteArray, what);
-        QFETCH(const bool, closes);
+        const auto [what, closes] = Rows<QByteArray, bool>::current();
         Motion::instance().setReduced(false);
         showTexts({ u"https://example.org"_s });
         m_surface->handoff.share(m_surface->store().items().first().id);
@@ -623,14 +577,13 @@ private Q_SLOTS:
 
     void fitsInBothLanguages_data()
     {
-        QTest::addColumn<L10n::Resolved>("language");
-        QTest::newRow("English") << L10n::English;
-        QTest::newRow("Ukrainian") << L10n::Ukrainian;
+        const Rows<L10n::Resolved> row;
+        row("English", L10n::English);
+        row("Ukrainian", L10n::Ukrainian);
     }
-
     void fitsInBothLanguages()
     {
-        QFETCH(L10n::Resolved, language);
+        const auto [language] = Rows<L10n::Resolved>::current();
         L10n::setCurrent(language);
         QStringList seen;
         const auto addLines = [&] {
@@ -674,6 +627,18 @@ private:
         for (const auto& text : texts)
             m_surface->addText(text);
         m_surface->show(NotchState::Expanded);
+    }
+
+    /// Six, each for the whole day, which have no room beside each other.
+    void addWholeDays(const QDateTime& start)
+    {
+        for (auto number = 0; number < 6; ++number) {
+            auto day
+                = FakeCalendarStore::event(u"A day that has rather a long name"_s, start, start.addDays(1));
+            day.identifier = u"day%1"_s.arg(number);
+            day.isAllDay = true;
+            *m_surface->calendarStore.held << day;
+        }
     }
 
     [[nodiscard]] static QStringList numbered(int count)

@@ -1,13 +1,8 @@
 #include "qt/QtAdapterProcesses.h"
 
+#include "support/Test.h"
+
 #include <QFileInfo>
-#include <QSignalSpy>
-#include <QTest>
-
-#include <algorithm>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 

@@ -1,11 +1,7 @@
 #include "qt/QtScheduler.h"
 
 #include "qt/SystemClock.h"
-
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace std::chrono_literals;
+#include "support/Test.h"
 
 class QtSchedulerTest : public QObject {
     Q_OBJECT

@@ -1,19 +1,13 @@
 #include "qt/QtWorkQueues.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTest>
+#include "support/Test.h"
+
 #include <QThread>
 
-#include <algorithm>
 #include <atomic>
 #include <latch>
 #include <pthread.h>
 #include <thread>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 

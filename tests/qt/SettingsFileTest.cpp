@@ -3,18 +3,11 @@
 #include "support/FileCalls.h"
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
-
-#include <QFile>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
 #include <cerrno>
 #include <sys/stat.h>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 class SettingsFileTest : public QObject {
     Q_OBJECT
@@ -24,18 +17,8 @@ class SettingsFileTest : public QObject {
     ManualQueues m_queues;
     ManualTime m_time;
 
-    void store(const QByteArray& lines) const
-    {
-        QFile file(m_path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[General]\n" + lines);
-    }
-
-    [[nodiscard]] QByteArray stored() const
-    {
-        QFile file(m_path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    void store(const QByteArray& lines) const { writeFile(m_path, "[General]\n" + lines); }
+    [[nodiscard]] QByteArray stored() const { return readFile(m_path); }
 
 private Q_SLOTS:
     void init()
@@ -88,24 +71,18 @@ private Q_SLOTS:
         }
     }
 
-    void onlyTheUserCanReadTheFile_data()
-    {
-        QTest::addColumn<bool>("existed");
-        QTest::newRow("new file") << false;
-        QTest::newRow("file of a wider mode") << true;
-    }
-
     void onlyTheUserCanReadTheFile()
     {
-        QFETCH(bool, existed);
-        m_path = m_folder.filePath(existed ? u"wide.conf"_s : u"new/folder/new.conf"_s);
-        if (existed) {
-            store("language=uk\n");
-            QFile::setPermissions(m_path, QFile::Permissions(0x6644));
+        for (const auto existed : { false, true }) {
+            m_path = m_folder.filePath(existed ? u"wide.conf"_s : u"new/folder/new.conf"_s);
+            if (existed) {
+                store("language=uk\n");
+                QFile::setPermissions(m_path, QFile::Permissions(0x6644));
+            }
+            SettingsFile(m_path, m_queues, m_time).set(u"language", u"en"_s);
+            QCOMPARE(QFile(m_path).permissions() & QFile::Permissions(0x0077), QFile::Permissions());
+            QCOMPARE(stored(), "[General]\nlanguage=en\n"_ba);
         }
-        SettingsFile(m_path, m_queues, m_time).set(u"language", u"en"_s);
-        QCOMPARE(QFile(m_path).permissions() & QFile::Permissions(0x0077), QFile::Permissions());
-        QCOMPARE(stored(), "[General]\nlanguage=en\n"_ba);
     }
 
     void whatPeopleWroteAroundItStays()

@@ -2,11 +2,7 @@
 
 #include "clipboard/ClipboardStore.h"
 #include "preferences/Settings.h"
-#include "support/FakeDesktopPreferences.h"
-#include "support/FakeLocations.h"
-#include "support/FakeLoginItem.h"
-#include "support/FakeTrust.h"
-#include "support/FakeUserDefaults.h"
+#include "support/FakeDesktop.h"
 #include "support/ManualQueues.h"
 #include "support/ManualTime.h"
 

@@ -2,7 +2,7 @@
 
 #include "nowplaying/NowPlayingModel.h"
 #include "support/FakeAdapter.h"
-#include "support/FakeApplications.h"
+#include "support/FakeDesktop.h"
 #include "support/FakeMusicApp.h"
 #include "support/FakeScripting.h"
 #include "support/ManualQueues.h"

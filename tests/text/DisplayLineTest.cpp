@@ -1,9 +1,6 @@
 #include "text/DisplayLine.h"
 
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
+#include "support/Test.h"
 
 class DisplayLineTest : public QObject {
     Q_OBJECT
@@ -11,11 +8,7 @@ class DisplayLineTest : public QObject {
 private Q_SLOTS:
     void aTextStaysInItsLine_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("line");
-        const auto row = [](const char* name, const QString& text, const QString& line) {
-            QTest::newRow(name) << text << line;
-        };
+        const Rows<QString, QString> row;
         row("as it is", u"  Ґанок  №1 "_s, u"Ґанок  №1"_s);
         row("a name turned around", u"abc \u202egnp.exe"_s, u"abc  gnp.exe"_s);
         row("isolated", u"\u2067a\u2069"_s, u"a"_s);
@@ -36,11 +29,9 @@ private Q_SLOTS:
         row("only far behind nothing", QString(1000, u'\u200b') + u'a', {});
         row("nothing", {}, {});
     }
-
     void aTextStaysInItsLine()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, line);
+        const auto [text, line] = Rows<QString, QString>::current();
         QCOMPARE(displayLine(text, 20), line);
     }
 };

@@ -1,10 +1,10 @@
 #include "linux/display/DisplayPanel.h"
 
-#include "linux/display/SvgPathBounds.h"
-
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
+#include <QSvgRenderer>
 
 #include <algorithm>
 #include <cmath>
@@ -22,6 +22,41 @@ bool isSame(double a, double b)
     return std::abs(a - b) <= 1;
 }
 
+// No panel has so many pixels; larger numbers would only lose their precision.
+constexpr double farthest = 1e6;
+
+/// Whether it is a whole path by the grammar of SVG: the renderer draws what it understands of any text.
+/// Nothing is read twice, so the longest text is read in one go.
+bool isPath(const QString& text)
+{
+    // The flags of an arc may stand together without a separator: "a5 5 0 01 10 10".
+    static const auto number = uR"([\s,]*+[-+]?+(?:\d++\.?+\d*+|\.\d++)(?:E[-+]?+\d++)?+[\s,]*+)"_s;
+    static const auto flag = uR"([\s,]*+[01][\s,]*+)"_s;
+    static const QRegularExpression grammar(
+        uR"(^[\s,]*+M(?:(?:%1){2})++(?:[MLT](?:(?:%1){2})++|[HV](?:%1)++|C(?:(?:%1){6})++)"
+        R"(|[SQ](?:(?:%1){4})++|A(?:(?:%1){3}%2%2(?:%1){2})++|Z[\s,]*+)*+$)"_s.arg(number, flag),
+        QRegularExpression::CaseInsensitiveOption);
+    return grammar.match(text).hasMatch();
+}
+
+/// The smallest box around a path: the curves' true extent, not that of their control points. None for text
+/// that is no path, for coordinates that are no sane lengths, and for a path that encloses nothing.
+std::optional<QRectF> svgPathBounds(const QString& path)
+{
+    if (!isPath(path))
+        return {};
+    QSvgRenderer renderer;
+    if (!renderer.load(R"(<svg xmlns="http://www.w3.org/2000/svg"><path id="path" d=")" + path.toLatin1()
+            + R"("/></svg>)"))
+        return {};
+    const auto box = renderer.boundsOnElement(u"path"_s);
+    constexpr QRectF possible(-farthest, -farthest, 2 * farthest, 2 * farthest);
+    // Also false for what is no number.
+    if (!(box.width() > 0 && box.height() > 0) || !possible.contains(box))
+        return {};
+    return box;
+}
+
 } // namespace
 
 std::optional<DisplayPanel> DisplayPanel::fromJson(const QByteArray& json)
@@ -32,7 +67,7 @@ std::optional<DisplayPanel> DisplayPanel::fromJson(const QByteArray& json)
         return {};
     DisplayPanel panel { object["name"_L1].toString(), resolution, {} };
     for (const auto cutouts = object["cutouts"_L1].toArray(); const auto& cutout : cutouts) {
-        const auto box = svgPathBounds(cutout.toObject()["path"_L1].toString().toLatin1());
+        const auto box = svgPathBounds(cutout.toObject()["path"_L1].toString());
         if (!box)
             continue;
         const auto inside = *box & QRectF(QPointF(), QSizeF(resolution));

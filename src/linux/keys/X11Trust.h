@@ -1,6 +1,9 @@
 #pragma once
 
+#include "linux/display/X11Properties.h"
 #include "platform/AccessibilityTrust.h"
+
+#include <xcb/xtest.h>
 
 namespace nimbarrow {
 
@@ -11,7 +14,14 @@ class X11Trust final : public AccessibilityTrust {
 public:
     using AccessibilityTrust::AccessibilityTrust;
 
-    [[nodiscard]] bool isTrusted() const override;
+    [[nodiscard]] bool isTrusted() const override
+    {
+        auto* connection = x11::qtConnection();
+        const auto* extension
+            = connection == nullptr ? nullptr : xcb_get_extension_data(connection, &xcb_test_id);
+        return extension != nullptr && extension->present != 0;
+    }
+
     void prompt() override { }
 };
 

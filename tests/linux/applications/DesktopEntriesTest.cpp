@@ -1,13 +1,7 @@
 #include "linux/applications/DesktopEntries.h"
 
+#include "support/Test.h"
 #include "support/TestFolder.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -28,20 +22,16 @@ class DesktopEntriesTest : public QObject {
 private Q_SLOTS:
     void nameFollowsTheLocale_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("name");
-
-        QTest::newRow("language and country") << u"uk_UA"_s << u"Редактор України"_s;
-        QTest::newRow("language") << u"uk_PL"_s << u"Редактор"_s;
-        QTest::newRow("language alone") << u"de"_s << u"Bearbeiter"_s;
-        QTest::newRow("no translation") << u"fr_FR"_s << u"Editor"_s;
-        QTest::newRow("no locale") << u"C"_s << u"Editor"_s;
+        const Rows<QString, QString> row;
+        row("language and country", u"uk_UA"_s, u"Редактор України"_s);
+        row("language", u"uk_PL"_s, u"Редактор"_s);
+        row("language alone", u"de"_s, u"Bearbeiter"_s);
+        row("no translation", u"fr_FR"_s, u"Editor"_s);
+        row("no locale", u"C"_s, u"Editor"_s);
     }
-
     void nameFollowsTheLocale()
     {
-        QFETCH(const QString, locale);
-        QFETCH(const QString, name);
+        const auto [locale, name] = Rows<QString, QString>::current();
         const auto entry = DesktopEntry::parse(u"editor"_s, editor, locale);
         QVERIFY(entry);
         QCOMPARE(entry->name, name);
@@ -58,20 +48,18 @@ private Q_SLOTS:
 
     void windowClassFindsItsProgram_data()
     {
-        QTest::addColumn<QString>("windowClass");
-        QTest::addColumn<QString>("id");
-
-        QTest::newRow("named in the entry") << u"TheEditor"_s << u"editor"_s;
-        QTest::newRow("the entry's word stands before a file's name") << u"painter"_s << u"other"_s;
-        QTest::newRow("file name in another case") << u"PLAYER"_s << u"player"_s;
-        QTest::newRow("end of a reversed domain name") << u"Reader"_s << u"org.example.Reader"_s;
-        QTest::newRow("in a sub-folder") << u"kde-Mail"_s << u"kde-mail"_s;
-        QTest::newRow("hidden by the user") << u"removed"_s << QString();
-        QTest::newRow("unknown") << u"Nothing"_s << QString();
+        const Rows<QString, QString> row;
+        row("named in the entry", u"TheEditor"_s, u"editor"_s);
+        row("the entry's word stands before a file's name", u"painter"_s, u"other"_s);
+        row("file name in another case", u"PLAYER"_s, u"player"_s);
+        row("end of a reversed domain name", u"Reader"_s, u"org.example.Reader"_s);
+        row("in a sub-folder", u"kde-Mail"_s, u"kde-mail"_s);
+        row("hidden by the user", u"removed"_s, {});
+        row("unknown", u"Nothing"_s, {});
     }
-
     void windowClassFindsItsProgram()
     {
+        const auto [windowClass, id] = Rows<QString, QString>::current();
         m_folder->write(u"system/applications/editor.desktop"_s, editor);
         m_folder->write(u"system/applications/painter.desktop"_s, program("Painter"));
         m_folder->write(u"system/applications/other.desktop"_s, program("Other", "StartupWMClass=Painter\n"));
@@ -83,8 +71,6 @@ private Q_SLOTS:
         const DesktopEntries entries({ path(u"user"_s), path(u"system"_s) }, u"C"_s);
         entries.waitUntilRead();
 
-        QFETCH(const QString, windowClass);
-        QFETCH(const QString, id);
         const auto entry = entries.byWindowClass(windowClass);
         QCOMPARE(entry ? entry->id : QString(), id);
     }

@@ -2,18 +2,13 @@
 
 #include "linux/calendar/EventIdentifier.h"
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 #include "support/TestFolder.h"
 
 #include <QDBusContext>
-#include <QDir>
-#include <QSignalSpy>
-#include <QTest>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 /// A file manager that remembers what it was to show.
 class FileManager : public QObject, protected QDBusContext {
@@ -55,10 +50,7 @@ class DesktopOpenerTest : public QObject {
 
     [[nodiscard]] QStringList contents(const QString& name) const
     {
-        QFile file(m_folder->filePath(name));
-        return file.open(QIODevice::ReadOnly)
-            ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
-            : QStringList();
+        return QString::fromUtf8(readFile(m_folder->filePath(name))).split(u'\n', Qt::SkipEmptyParts);
     }
 
     [[nodiscard]] QStringList started() const { return contents(u"run"_s); }
@@ -97,14 +89,13 @@ private Q_SLOTS:
 
     void linksGoToTheDefaultProgramOfTheSession_data()
     {
-        QTest::addColumn<QString>("desktop");
-        QTest::newRow("a desktop") << u"GNOME"_s;
-        QTest::newRow("a bare window manager") << QString();
+        const Rows<QString> row;
+        row("a desktop", u"GNOME"_s);
+        row("a bare window manager", {});
     }
-
     void linksGoToTheDefaultProgramOfTheSession()
     {
-        QFETCH(QString, desktop);
+        const auto [desktop] = Rows<QString>::current();
         m_state.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
         qputenv("QT_QPA_PLATFORM", "xcb");
         const auto own = ::umask(077);
@@ -125,26 +116,17 @@ private Q_SLOTS:
 
     void theNextToolIsTriedWhenOneFails_data()
     {
-        QTest::addColumn<QString>("desktop");
-        QTest::addColumn<QStringList>("failing");
-        QTest::addColumn<QStringList>("expected");
+        const Rows<QString, QStringList, QStringList> row;
         const auto link = u"https://example.org/"_s;
-        QTest::newRow("bare window manager")
-            << QString() << QStringList() << QStringList { u"gio"_s, u"open"_s, link };
-        QTest::newRow("bare, nothing known to the first")
-            << QString() << QStringList { u"gio"_s } << QStringList { u"xdg-open"_s, link };
-        QTest::newRow("desktop") << u"KDE"_s << QStringList() << QStringList { u"xdg-open"_s, link };
-        QTest::newRow("desktop, its own tool fails")
-            << u"KDE"_s << QStringList { u"xdg-open"_s } << QStringList { u"gio"_s, u"open"_s, link };
-        QTest::newRow("nothing opens it")
-            << QString() << QStringList { u"gio"_s, u"xdg-open"_s } << QStringList();
+        row("bare window manager", {}, {}, { u"gio"_s, u"open"_s, link });
+        row("bare, nothing known to the first", {}, { u"gio"_s }, { u"xdg-open"_s, link });
+        row("desktop", u"KDE"_s, {}, { u"xdg-open"_s, link });
+        row("desktop, its own tool fails", u"KDE"_s, { u"xdg-open"_s }, { u"gio"_s, u"open"_s, link });
+        row("nothing opens it", {}, { u"gio"_s, u"xdg-open"_s }, {});
     }
-
     void theNextToolIsTriedWhenOneFails()
     {
-        QFETCH(QString, desktop);
-        QFETCH(QStringList, failing);
-        QFETCH(QStringList, expected);
+        const auto [desktop, failing, expected] = Rows<QString, QStringList, QStringList>::current();
         m_state.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
         for (const auto& tool : { u"gio"_s, u"xdg-open"_s }) {
             if (failing.contains(tool))
@@ -178,11 +160,7 @@ private Q_SLOTS:
 
     void theRightProgramIsStarted_data()
     {
-        QTest::addColumn<QString>("desktop");
-        QTest::addColumn<QStringList>("installed");
-        QTest::addColumn<QString>("link");
-        QTest::addColumn<QStringList>("expected");
-
+        const Rows<QString, QStringList, QString, QStringList> row;
         const EventIdentifier meeting { EventIdentifier::Kind::DataServer, u"system-calendar"_s,
             u"40%/a@example.org"_s, u"20261121T090000"_s };
         const auto linkTo = [](const EventIdentifier& event) {
@@ -190,37 +168,31 @@ private Q_SLOTS:
                 + QString::fromLatin1(QUrl::toPercentEncoding(event.text(), "/:@!$&'()*+,;="));
         };
         const auto both = QStringList { u"gnome-calendar"_s, u"evolution"_s };
-        QTest::newRow("GNOME Calendar") << QString() << both << linkTo(meeting)
-                                        << QStringList { u"gnome-calendar"_s, u"--uuid"_s,
-                                               u"system-calendar:40%/a@example.org:20261121T090000"_s };
-        QTest::newRow("Evolution") << QString() << QStringList { u"evolution"_s } << linkTo(meeting)
-                                   << QStringList { u"evolution"_s,
-                                          u"calendar:///?source-uid=system-calendar&comp-uid="
-                                          "40%25%2Fa%40example.org&comp-rid=20261121T090000"_s };
-        QTest::newRow("no calendar program")
-            << QString() << QStringList() << linkTo(meeting) << QStringList();
-        QTest::newRow("not an event of ours") << QString() << both << u"ical://ekevent/x:y:z"_s
-                                              << QStringList { u"xdg-open"_s, u"ical://ekevent/x:y:z"_s };
+        row("GNOME Calendar", {}, both, linkTo(meeting),
+            { u"gnome-calendar"_s, u"--uuid"_s, u"system-calendar:40%/a@example.org:20261121T090000"_s });
+        row("Evolution", {}, { u"evolution"_s }, linkTo(meeting),
+            { u"evolution"_s,
+                u"calendar:///?source-uid=system-calendar&comp-uid="
+                "40%25%2Fa%40example.org&comp-rid=20261121T090000"_s });
+        row("no calendar program", {}, {}, linkTo(meeting), {});
+        row("not an event of ours", {}, both, u"ical://ekevent/x:y:z"_s,
+            { u"xdg-open"_s, u"ical://ekevent/x:y:z"_s });
 
         const auto privacy = u"x-apple.systempreferences:com.apple.preference.security?Privacy_"_s;
         const auto all = QStringList { u"gnome-control-center"_s, u"systemsettings"_s };
-        QTest::newRow("calendars, GNOME") << u"ubuntu:GNOME"_s << all << privacy + u"Calendars"_s
-                                          << QStringList { u"gnome-control-center"_s, u"online-accounts"_s };
-        QTest::newRow("others, GNOME") << u"GNOME"_s << all << privacy + u"Accessibility"_s
-                                       << QStringList { u"gnome-control-center"_s, u"privacy"_s };
-        QTest::newRow("calendars, KDE") << u"KDE"_s << all << privacy + u"Calendars"_s
-                                        << QStringList { u"systemsettings"_s, u"kcm_kaccounts"_s };
-        QTest::newRow("not installed") << u"KDE"_s << QStringList { u"gnome-control-center"_s }
-                                       << privacy + u"Calendars"_s << QStringList();
-        QTest::newRow("no link") << QString() << QStringList() << u"--version"_s << QStringList();
+        row("calendars, GNOME", u"ubuntu:GNOME"_s, all, privacy + u"Calendars"_s,
+            { u"gnome-control-center"_s, u"online-accounts"_s });
+        row("others, GNOME", u"GNOME"_s, all, privacy + u"Accessibility"_s,
+            { u"gnome-control-center"_s, u"privacy"_s });
+        row("calendars, KDE", u"KDE"_s, all, privacy + u"Calendars"_s,
+            { u"systemsettings"_s, u"kcm_kaccounts"_s });
+        row("not installed", u"KDE"_s, { u"gnome-control-center"_s }, privacy + u"Calendars"_s, {});
+        row("no link", {}, {}, u"--version"_s, {});
     }
-
     void theRightProgramIsStarted()
     {
-        QFETCH(QString, desktop);
-        QFETCH(QStringList, installed);
-        QFETCH(QString, link);
-        QFETCH(QStringList, expected);
+        auto [desktop, installed, link, expected]
+            = Rows<QString, QStringList, QString, QStringList>::current();
         m_state.environment.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
         // Nothing but what the row installs.
         m_state.environment.insert(u"PATH"_s, m_folder->filePath(u"bin"_s));
@@ -254,14 +226,13 @@ private Q_SLOTS:
 
     void filesAreShownByTheFileManager_data()
     {
-        QTest::addColumn<bool>("fails");
-        QTest::newRow("it shows them") << false;
-        QTest::newRow("it fails, the folder is opened") << true;
+        const Rows<bool> row;
+        row("it shows them", false);
+        row("it fails, the folder is opened", true);
     }
-
     void filesAreShownByTheFileManager()
     {
-        QFETCH(bool, fails);
+        const auto [fails] = Rows<bool>::current();
         FileManager manager;
         manager.fails = fails;
         auto service = QDBusConnection::connectToBus(m_bus.address(), u"manager"_s);

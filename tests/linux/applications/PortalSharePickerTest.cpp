@@ -3,15 +3,12 @@
 #include "support/ManualQueues.h"
 #include "support/Portals.h"
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 #include "support/TestFolder.h"
 
 #include <QDBusMetaType>
 #include <QDBusUnixFileDescriptor>
-#include <QFile>
-#include <QTest>
 
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 using Items = QList<ShareItem>;
 using Services = QList<ShareService>;
 
@@ -73,29 +70,23 @@ private Q_SLOTS:
 
     void offersWhatTheDesktopHas_data()
     {
-        QTest::addColumn<uint>("email");
-        QTest::addColumn<uint>("openUri");
-        QTest::addColumn<bool>("tool");
-        QTest::addColumn<Services>("longText");
-        QTest::addColumn<Services>("file");
+        const Rows<uint, uint, bool, Services, Services> row;
         const Services none;
         const Services mail { ShareService::Email };
-        QTest::newRow("nothing") << 0U << 0U << false << none << none;
-        QTest::newRow("tool") << 0U << 0U << true << none << mail;
-        QTest::newRow("portals") << 1U << 3U << false << mail << mail + Services { ShareService::OpenWith };
-        QTest::newRow("portal that does not ask") << 0U << 2U << false << none << none;
+        row("nothing", 0U, 0U, false, none, none);
+        row("tool", 0U, 0U, true, none, mail);
+        row("portals", 1U, 3U, false, mail, mail + Services { ShareService::OpenWith });
+        row("portal that does not ask", 0U, 2U, false, none, none);
     }
-
     void offersWhatTheDesktopHas()
     {
-        QFETCH(uint, email);
-        QFETCH(uint, openUri);
-        QFETCH(bool, tool);
+        const auto [email, openUri, tool, forLongText, forFile]
+            = Rows<uint, uint, bool, Services, Services>::current();
         if (tool)
             installTool();
         start(email, openUri);
-        QTEST(m_picker->services({ QString(10'001, u'x') }), "longText");
-        QTEST(m_picker->services({ file(u"b.png"_s) }), "file");
+        QCOMPARE(m_picker->services({ QString(10'001, u'x') }), forLongText);
+        QCOMPARE(m_picker->services({ file(u"b.png"_s) }), forFile);
         QVERIFY(!m_picker->services({ file(u"b.png"_s), file(u"b.png"_s) }).contains(ShareService::OpenWith));
     }
 
@@ -124,17 +115,14 @@ private Q_SLOTS:
 
     void startsTheToolWhereThereIsNoPortal_data()
     {
-        QTest::addColumn<uint>("email");
-        QTest::addColumn<bool>("refuses");
-        QTest::newRow("no portal") << 0U << false;
-        QTest::newRow("portal that refuses") << 3U << true;
-        QTest::newRow("portal that fails later") << 3U << false;
+        const Rows<uint, bool> row;
+        row("no portal", 0U, false);
+        row("portal that refuses", 3U, true);
+        row("portal that fails later", 3U, false);
     }
-
     void startsTheToolWhereThereIsNoPortal()
     {
-        QFETCH(uint, email);
-        QFETCH(bool, refuses);
+        const auto [email, refuses] = Rows<uint, bool>::current();
         m_portals->refuses = refuses;
         m_portals->response = 2;
         installTool();
@@ -147,10 +135,7 @@ private Q_SLOTS:
         const QStringList expected { u"--utf8"_s, u"--body"_s, u"-a 'text'; $HOME"_s, u"of two lines"_s,
             u"--attach"_s, m_disk->filePath(u"a ї.odt"_s), u"--attach"_s, m_disk->filePath(u"b.png"_s),
             u"backend ."_s, u"mask 0022"_s, QString() };
-        QFile record(m_disk->filePath(u"record"_s));
-        QTRY_VERIFY(record.exists());
-        QVERIFY(record.open(QFile::ReadOnly));
-        QCOMPARE(QString::fromUtf8(record.readAll()), expected.join(u'\n'));
+        QTRY_COMPARE(QString::fromUtf8(readFile(m_disk->filePath(u"record"_s))), expected.join(u'\n'));
         QCOMPARE(m_portals->asked.size(), email > 0 ? 1 : 0);
     }
 

@@ -3,21 +3,16 @@
 #include "linux/calendar/folder/IcsFolderCalendarStore.h"
 #include "linux/calendar/server/EdsCalendarStore.h"
 #include "support/DataServer.h"
-#include "support/FakeUserDefaults.h"
+#include "support/FakeDesktop.h"
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QScopeGuard>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 #include <ctime>
 #include <future>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -86,22 +81,16 @@ class CalendarStoreTest : public QObject {
 
     [[nodiscard]] QString calendars() const { return m_folder.filePath(u"calendars"_s); }
 
-    static bool writeFile(const QString& path, const QByteArray& text)
-    {
-        QFile file(path);
-        return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
-            && file.write(text) >= 0;
-    }
-
     /// As another program: at the server, or in the folder.
     bool put(const QByteArray& components, bool second = false)
     {
         if (isServer())
             return m_server->put(components, second ? u"second"_s : u"system-calendar"_s);
         const auto path = calendars() + (second ? u"/Second"_s : u"/First"_s);
-        return writeFile(path + "/color"_L1, second ? "#ff0000\n" : "#00ff00\n")
-            && writeFile(
-                path + "/a.ics"_L1, "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" + components + "END:VCALENDAR\r\n");
+        writeFile(path + "/color"_L1, second ? "#ff0000\n" : "#00ff00\n");
+        writeFile(
+            path + "/a.ics"_L1, "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" + components + "END:VCALENDAR\r\n");
+        return true;
     }
 
     static QByteArray event(const QByteArray& lines)
@@ -127,7 +116,7 @@ private Q_SLOTS:
             m_store = std::make_unique<EdsCalendarStore>();
         } else {
             QDir(calendars()).removeRecursively();
-            QVERIFY(writeFile(calendars() + "/addresses"_L1, "Sam@Example.org\n"));
+            writeFile(calendars() + "/addresses"_L1, "Sam@Example.org\n");
             m_store = std::make_unique<IcsFolderCalendarStore>(calendars());
         }
     }
@@ -136,12 +125,8 @@ private Q_SLOTS:
 
     void aDayHasWhatOverlapsIt_data()
     {
-        QTest::addColumn<QByteArray>("components");
-        QTest::addColumn<QDate>("day");
-        QTest::addColumn<QStringList>("expected");
+        const Rows<QByteArray, QDate, QStringList> row;
         const QDate day(2026, 11, 21);
-        const auto row = [](const char* name, const QByteArray& components, QDate on,
-                             const QStringList& all) { QTest::newRow(name) << components << on << all; };
         row("another zone",
             event("DTSTART;TZID=America/New_York:20261121T090000\r\nDTEND;TZID=America/"
                   "New_York:20261121T100000"),
@@ -202,14 +187,12 @@ private Q_SLOTS:
                 + "ATTENDEE;PARTSTAT=NEEDS-ACTION:mailto:sam@example.org"),
             day, { u"A 21T10:00-21T11:00 invited"_s });
     }
-
     void aDayHasWhatOverlapsIt()
     {
-        QFETCH(QByteArray, components);
-        QFETCH(QDate, day);
+        const auto [components, day, expected] = Rows<QByteArray, QDate, QStringList>::current();
         QVERIFY(put(components));
         const auto events = read(*m_store, day);
-        QTEST(described(events), "expected");
+        QCOMPARE(described(events), expected);
         // Occurrences of one series, too, are told apart.
         QSet<QString> identifiers;
         for (const auto& event : *events)
@@ -219,15 +202,14 @@ private Q_SLOTS:
 
     void everyHourOfTheDayIsTheDays_data()
     {
-        QTest::addColumn<QByteArray>("zone");
+        const Rows<QByteArray> row;
         for (const auto* const zone :
             { "Europe/Kyiv", "Pacific/Auckland", "America/Los_Angeles", "Asia/Kolkata" })
-            QTest::newRow(zone) << QByteArray(zone);
+            row(zone, zone);
     }
-
     void everyHourOfTheDayIsTheDays()
     {
-        QFETCH(QByteArray, zone);
+        const auto [zone] = Rows<QByteArray>::current();
         const auto home = qgetenv("TZ");
         const auto liveIn = [](const QByteArray& place) {
             qputenv("TZ", place);
@@ -343,8 +325,8 @@ private Q_SLOTS:
         // The same event of the same calendar name, in both.
         const auto lines = event("DTSTART:20261121T090000Z\r\nDURATION:PT1H");
         QVERIFY(put(lines, true));
-        QVERIFY(writeFile(path + "/Second/a.ics"_L1, "BEGIN:VCALENDAR\r\n" + lines + "END:VCALENDAR\r\n"));
-        QVERIFY(writeFile(path + "/Second/displayname"_L1, "Files\n"));
+        writeFile(path + "/Second/a.ics"_L1, "BEGIN:VCALENDAR\r\n" + lines + "END:VCALENDAR\r\n");
+        writeFile(path + "/Second/displayname"_L1, "Files\n");
         FakeUserDefaults defaults;
         defaults.set(u"calendarAccessRequested", true);
         const auto make = [&] {

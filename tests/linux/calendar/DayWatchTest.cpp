@@ -1,17 +1,11 @@
 #include "linux/calendar/DayWatch.h"
 
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 
 #include <QDBusMessage>
-#include <QFile>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <cstdio>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 class DayWatchTest : public QObject {
     Q_OBJECT

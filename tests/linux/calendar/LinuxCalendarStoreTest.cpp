@@ -1,22 +1,17 @@
 #include "linux/calendar/LinuxCalendarStore.h"
 
 #include "linux/calendar/DayWatch.h"
-#include "support/FakeUserDefaults.h"
+#include "support/FakeDesktop.h"
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 #include "support/TestFolder.h"
 
 #include <QDBusMessage>
 #include <QElapsedTimer>
 #include <QScopeGuard>
-#include <QSignalSpy>
-#include <QTest>
 
 #include <atomic>
 #include <future>
-#include <utility>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -172,15 +167,10 @@ private Q_SLOTS:
 
     void theSessionsCalendarsAreFound_data()
     {
-        QTest::addColumn<QByteArray>("server");
-        QTest::addColumn<QByteArray>("folder");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<QString>("created");
-        const auto row
-            = [](const char* server, const char* folder, const QString& expected, const QString& created) {
-                  QTest::addRow("server %s, folder %s", server, folder)
-                      << QByteArray(server) << QByteArray(folder) << expected << created;
-              };
+        const auto row = [rows = Rows<QByteArray, QByteArray, QString, QString>()](const QByteArray& server,
+                             const QByteArray& folder, const QString& expected, const QString& created) {
+            rows("server " + server + ", folder " + folder, server, folder, expected, created);
+        };
         row("missing", "missing", {}, u"folder"_s);
         row("missing", "empty", {}, u"folder"_s);
         row("missing", "there", u"folder"_s, u"folder"_s);
@@ -193,13 +183,10 @@ private Q_SLOTS:
         row("refused", "missing", u"no answer"_s, u"folder"_s);
         row("refused", "there", u"folder"_s, u"folder"_s);
     }
-
     void theSessionsCalendarsAreFound()
     {
-        QFETCH(QByteArray, server);
-        QFETCH(QByteArray, folder);
-        QFETCH(QString, expected);
-        QFETCH(QString, created);
+        const auto [server, folder, expected, created]
+            = Rows<QByteArray, QByteArray, QString, QString>::current();
         startBus(server != "missing", server == "refused");
         if (server == "there" || server == "refused")
             runServer();
@@ -269,14 +256,13 @@ private Q_SLOTS:
 
     void neitherWaitsForTheOther_data()
     {
-        QTest::addColumn<bool>("isServerSlow");
-        QTest::newRow("the server is slow") << true;
-        QTest::newRow("the folder is slow") << false;
+        const Rows<bool> row;
+        row("the server is slow", true);
+        row("the folder is slow", false);
     }
-
     void neitherWaitsForTheOther()
     {
-        QFETCH(bool, isServerSlow);
+        const auto [isServerSlow] = Rows<bool>::current();
         const auto calendars = storeOfBoth();
         auto* const slow = isServerSlow ? m_server : m_files;
         const auto release = qScopeGuard([slow] { slow->setBlocked(false); });

@@ -1,9 +1,6 @@
 #include "linux/display/DisplayChoice.h"
 
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
+#include "support/Test.h"
 
 namespace {
 
@@ -25,33 +22,24 @@ class DisplayChoiceTest : public QObject {
 private Q_SLOTS:
     void theBestThatWorksIsChosen_data()
     {
-        QTest::addColumn<QString>("requested");
-        QTest::addColumn<QString>("wayland");
-        QTest::addColumn<QString>("x11");
-        QTest::addColumn<QString>("platform");
-        QTest::addColumn<DisplaySystem>("system");
+        const Rows<QString, QString, QString, QString, DisplaySystem> row;
         using enum DisplaySystem;
         const QString none;
-        QTest::newRow("layers alone") << none << layers << none << u"wayland"_s << Wayland;
-        QTest::newRow("layers and an X server") << none << layers << u":0"_s << u"wayland"_s << Wayland;
-        QTest::newRow("no layers") << none << plain << u":0"_s << u"xcb"_s << XWayland;
-        QTest::newRow("a compositor that is gone") << none << dead << u":0"_s << u"xcb"_s << X11;
-        QTest::newRow("an X server alone") << none << none << u":0"_s << u"xcb"_s << X11;
-        QTest::newRow("X asked for") << u"xcb"_s << layers << u":0"_s << u"xcb"_s << XWayland;
-        QTest::newRow("with arguments")
-            << u"wayland-egl:a"_s << layers << none << u"wayland-egl:a"_s << Wayland;
-        QTest::newRow("first choice") << u"wayland;xcb"_s << layers << u":0"_s << u"wayland"_s << Wayland;
-        QTest::newRow("second choice") << u"wayland;xcb"_s << plain << u":0"_s << u"xcb"_s << XWayland;
-        QTest::newRow("third choice") << u"offscreen;wayland;xcb"_s << none << u":0"_s << u"xcb"_s << X11;
+        row("layers alone", none, layers, none, u"wayland"_s, Wayland);
+        row("layers and an X server", none, layers, u":0"_s, u"wayland"_s, Wayland);
+        row("no layers", none, plain, u":0"_s, u"xcb"_s, XWayland);
+        row("a compositor that is gone", none, dead, u":0"_s, u"xcb"_s, X11);
+        row("an X server alone", none, none, u":0"_s, u"xcb"_s, X11);
+        row("X asked for", u"xcb"_s, layers, u":0"_s, u"xcb"_s, XWayland);
+        row("with arguments", u"wayland-egl:a"_s, layers, none, u"wayland-egl:a"_s, Wayland);
+        row("first choice", u"wayland;xcb"_s, layers, u":0"_s, u"wayland"_s, Wayland);
+        row("second choice", u"wayland;xcb"_s, plain, u":0"_s, u"xcb"_s, XWayland);
+        row("third choice", u"offscreen;wayland;xcb"_s, none, u":0"_s, u"xcb"_s, X11);
     }
-
     void theBestThatWorksIsChosen()
     {
-        QFETCH(QString, requested);
-        QFETCH(QString, wayland);
-        QFETCH(QString, x11);
-        QFETCH(QString, platform);
-        QFETCH(DisplaySystem, system);
+        const auto [requested, wayland, x11, platform, system]
+            = Rows<QString, QString, QString, QString, DisplaySystem>::current();
         QCOMPARE(chooseDisplay(facts(requested, wayland, x11)), (DisplayChoice { system, platform, {} }));
     }
 
@@ -64,31 +52,20 @@ private Q_SLOTS:
 
     void whatCannotWorkIsRefusedWithTheReason_data()
     {
-        QTest::addColumn<QString>("requested");
-        QTest::addColumn<QString>("wayland");
-        QTest::addColumn<QString>("x11");
-        QTest::addColumn<QStringList>("said");
+        const Rows<QString, QString, QString, QStringList> row;
         const QString none;
-        QTest::newRow("nothing") << none << none << none
-                                 << QStringList { u"WAYLAND_DISPLAY"_s, u" DISPLAY"_s };
-        QTest::newRow("no X server") << none << none << dead << QStringList { dead };
-        QTest::newRow("no layers, no X server")
-            << none << plain << none << QStringList { plain, u" DISPLAY"_s };
-        QTest::newRow("all gone") << none << dead << u""_s << QStringList { dead };
-        QTest::newRow("offscreen") << u"offscreen"_s << layers << u":0"_s << QStringList { u"=offscreen"_s };
-        QTest::newRow("no layers") << u"wayland"_s << plain << u":0"_s
-                                   << QStringList { u"layer shell"_s, u"=wayland"_s };
-        QTest::newRow("no compositor")
-            << u"wayland"_s << none << u":0"_s << QStringList { u"WAYLAND_DISPLAY"_s, u"=wayland"_s };
-        QTest::newRow("X that is gone") << u"xcb"_s << layers << dead << QStringList { dead };
+        row("nothing", none, none, none, { u"WAYLAND_DISPLAY"_s, u" DISPLAY"_s });
+        row("no X server", none, none, dead, { dead });
+        row("no layers, no X server", none, plain, none, { plain, u" DISPLAY"_s });
+        row("all gone", none, dead, u""_s, { dead });
+        row("offscreen", u"offscreen"_s, layers, u":0"_s, { u"=offscreen"_s });
+        row("no layers", u"wayland"_s, plain, u":0"_s, { u"layer shell"_s, u"=wayland"_s });
+        row("no compositor", u"wayland"_s, none, u":0"_s, { u"WAYLAND_DISPLAY"_s, u"=wayland"_s });
+        row("X that is gone", u"xcb"_s, layers, dead, { dead });
     }
-
     void whatCannotWorkIsRefusedWithTheReason()
     {
-        QFETCH(QString, requested);
-        QFETCH(QString, wayland);
-        QFETCH(QString, x11);
-        QFETCH(QStringList, said);
+        const auto [requested, wayland, x11, said] = Rows<QString, QString, QString, QStringList>::current();
         const auto obstacle = chooseDisplay(facts(requested, wayland, x11)).obstacle;
         for (const auto& words : std::as_const(said))
             QVERIFY2(obstacle.contains(words), qPrintable(obstacle));

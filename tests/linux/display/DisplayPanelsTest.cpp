@@ -1,15 +1,9 @@
 #include "linux/display/DisplayPanels.h"
 
+#include "support/Test.h"
 #include "support/TestFolder.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -31,51 +25,77 @@ class DisplayPanelsTest : public QObject {
 private Q_SLOTS:
     void modeDecidesWhereTheCutoutIs_data()
     {
-        QTest::addColumn<QSize>("mode");
-        QTest::addColumn<QRectF>("box");
-
-        QTest::newRow("native") << fullMode << laptopNotch;
-        QTest::newRow("the rows beside the notch hidden") << QSize(3024, 1890) << QRectF();
-        QTest::newRow("other rows hidden") << QSize(3024, 1900) << QRectF();
-        QTest::newRow("half") << QSize(1512, 982) << QRectF(664, 0, 184, 32);
-        QTest::newRow("a fractional scale's rounding") << QSize(3024, 1965) << laptopNotch;
-        QTest::newRow("half with the rows hidden") << QSize(1512, 945) << QRectF();
-        QTest::newRow("another aspect ratio") << QSize(1920, 1080) << QRectF();
-        QTest::newRow("turned") << QSize(1964, 3024) << QRectF();
-        QTest::newRow("nothing") << QSize(0, 0) << QRectF();
+        const Rows<QSize, QRectF> row;
+        row("native", fullMode, laptopNotch);
+        row("the rows beside the notch hidden", QSize(3024, 1890), {});
+        row("other rows hidden", QSize(3024, 1900), {});
+        row("half", QSize(1512, 982), QRectF(664, 0, 184, 32));
+        row("a fractional scale's rounding", QSize(3024, 1965), laptopNotch);
+        row("half with the rows hidden", QSize(1512, 945), {});
+        row("another aspect ratio", QSize(1920, 1080), {});
+        row("turned", QSize(1964, 3024), {});
+        row("nothing", QSize(0, 0), {});
     }
-
     void modeDecidesWhereTheCutoutIs()
     {
-        QFETCH(const QSize, mode);
-        QFETCH(const QRectF, box);
+        const auto [mode, box] = Rows<QSize, QRectF>::current();
         const auto panel = DisplayPanel::fromJson(description("M1328 0H1696V64H1328Z"));
         QVERIFY(panel);
         QCOMPARE(panel->topCutout(mode, 74).value_or(QRectF()), box);
     }
 
-    void onlyACutoutAtTheTopOfThePanelCounts_data()
+    void cutoutIsTheDrawnExtentOfItsPath()
     {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<QRectF>("box");
-
-        QTest::newRow("reaches out of the panel") << description("M1328-9H1696V64H1328Z") << laptopNotch;
-        QTest::newRow("outside") << description("M9000 0H9100V64H9000Z") << QRectF();
-        QTest::newRow("at the bottom") << description("M10 1900H60V1964H10Z") << QRectF();
-        QTest::newRow("no path") << description("wave") << QRectF();
-        QTest::newRow("no height") << description("M0 0H10") << QRectF();
-        QTest::newRow("not JSON") << QByteArray("{\"x-res\": 3024,") << QRectF();
-        QTest::newRow("no object") << QByteArray("[1]") << QRectF();
-        QTest::newRow("no resolution") << description("M1328 0H1696V64H1328Z", 0, 0) << QRectF();
-        QTest::newRow("absurd resolution")
-            << description("M1328 0H1696V64H1328Z", 2'000'000'000, 5) << QRectF();
-        QTest::newRow("wrong types") << QByteArray(R"({"x-res":"3024","y-res":{},"cutouts":7})") << QRectF();
+        const QList<std::pair<QByteArray, QRectF>> rows {
+            { "M 10,20 L30 20 30 5Z", { 10, 5, 20, 15 } },
+            { "m10 25 20 0v-25h-5z", { 10, 0, 20, 25 } },
+            { "M.5 1.5L1.5.5 1e1 12E-1", { .5, .5, 9.5, 1 } },
+            // The control points reach 40, the curve only 30.
+            { "M0 0C0 40 20 40 20 0", { 0, 0, 20, 30 } },
+            { "M0 40C0 80 20 80 20 40S40 0 40 40", { 0, 10, 40, 60 } },
+            { "m0 10q10 20 20 0t20 0", { 0, 0, 40, 20 } },
+            { "M0 10a10 10 0 0120 0", { 0, 0, 20, 10 } },
+            { "M0 10A10 10 0 1 1 10 20", { 0, 0, 20, 20 } },
+            { "M 355,0  H 725 C 580,0 615,82 540,82  C 465,82 500,0 355,0  Z", { 355, 0, 370, 82 } },
+        };
+        for (const auto& [path, box] : rows) {
+            const auto cutouts = DisplayPanel::fromJson(description(path))->cutouts;
+            QVERIFY2(cutouts.size() == 1, path.constData());
+            const auto off = [&found = cutouts.first()](const QRectF& wanted) {
+                return std::max({ qAbs(found.left() - wanted.left()), qAbs(found.top() - wanted.top()),
+                    qAbs(found.right() - wanted.right()), qAbs(found.bottom() - wanted.bottom()) });
+            };
+            QVERIFY2(off(box) < 1e-6, path.constData());
+        }
+        for (const auto& path : { ""_ba, "   "_ba, "M"_ba, "M 1"_ba, "M 1 1"_ba, "L 1 1"_ba, "10 10"_ba,
+                 "Z"_ba, "M0 0L"_ba, "M0 0L1"_ba, "M0 0L1 x"_ba, "M0 0 L1 1 5"_ba, "M0 0X1 1"_ba,
+                 "M0 0C1 1 2 2"_ba, "M0 0A1 1 0 2 0 5 5"_ba, "M0 0Z5 5"_ba, "M0 0L1e 1"_ba, "M0 0L- 1"_ba,
+                 "M0 0L1e300 5"_ba, "M0 0L99999999999 5"_ba, R"(M0 0L\u00ff\u00fe)"_ba, "M0 0H2000000V5Z"_ba,
+                 R"(\u0000)"_ba.repeated(1000), "M0 0L" + QByteArray(200'000, '9'),
+                 "M0 0" + "L1 1"_ba.repeated(60'000) + "x", R"(M0 0H5V5Z\"/><path id=\"path)"_ba,
+                 "M0 0L1e" + QByteArray(200'000, '9') }) {
+            const auto panel = DisplayPanel::fromJson(description(path));
+            QVERIFY2(panel && panel->cutouts.isEmpty(), path.left(40).constData());
+        }
     }
 
+    void onlyACutoutAtTheTopOfThePanelCounts_data()
+    {
+        const Rows<QByteArray, QRectF> row;
+        row("reaches out of the panel", description("M1328-9H1696V64H1328Z"), laptopNotch);
+        row("outside", description("M9000 0H9100V64H9000Z"), {});
+        row("at the bottom", description("M10 1900H60V1964H10Z"), {});
+        row("no path", description("wave"), {});
+        row("no height", description("M0 0H10"), {});
+        row("not JSON", "{\"x-res\": 3024,", {});
+        row("no object", "[1]", {});
+        row("no resolution", description("M1328 0H1696V64H1328Z", 0, 0), {});
+        row("absurd resolution", description("M1328 0H1696V64H1328Z", 2'000'000'000, 5), {});
+        row("wrong types", QByteArray(R"({"x-res":"3024","y-res":{},"cutouts":7})"), {});
+    }
     void onlyACutoutAtTheTopOfThePanelCounts()
     {
-        QFETCH(const QByteArray, json);
-        QFETCH(const QRectF, box);
+        const auto [json, box] = Rows<QByteArray, QRectF>::current();
         const auto panel = DisplayPanel::fromJson(json);
         const auto cutout = panel ? panel->topCutout(fullMode, 0) : std::nullopt;
         QCOMPARE(cutout.value_or(QRectF()), box);

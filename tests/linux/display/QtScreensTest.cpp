@@ -1,13 +1,10 @@
 #include "linux/display/QtScreens.h"
 
 #include "linux/display/ScreenCutouts.h"
+#include "support/Test.h"
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace nimbarrow;
 
 namespace {
 

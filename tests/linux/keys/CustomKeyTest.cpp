@@ -1,6 +1,6 @@
 #include "linux/keys/CustomKey.h"
 
-#include "support/FakeUserDefaults.h"
+#include "support/FakeDesktop.h"
 #include "support/ManualQueues.h"
 #include "support/TestFolder.h"
 

@@ -1,21 +1,17 @@
 #include "linux/media/ArtworkDownload.h"
 
 #include "linux/media/PublicAddress.h"
+#include "support/Test.h"
 
 #include <QProcess>
 #include <QSslKey>
 #include <QSslServer>
 #include <QSslSocket>
 #include <QTcpServer>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <arpa/inet.h>
 #include <future>
 #include <netinet/in.h>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -121,8 +117,7 @@ class ArtworkDownloadTest : public QObject {
 private Q_SLOTS:
     void onlyTheInternetIsPublic_data()
     {
-        QTest::addColumn<bool>("isPublic");
-        const auto row = [](const char* address, bool isPublic) { QTest::newRow(address) << isPublic; };
+        const Rows<bool> row;
         for (const auto* const address : { "1.1.1.1", "8.8.8.8", "9.255.255.255", "11.0.0.0",
                  "100.63.255.255", "100.128.0.0", "126.255.255.255", "128.0.0.0", "169.253.255.255",
                  "172.15.255.255", "172.32.0.0", "192.0.1.0", "192.167.255.255", "192.169.0.0",
@@ -142,7 +137,7 @@ private Q_SLOTS:
     }
     void onlyTheInternetIsPublic()
     {
-        QFETCH(const bool, isPublic);
+        const auto [isPublic] = Rows<bool>::current();
         QCOMPARE(isPublicAddress(SocketAddress(QTest::currentDataTag())), isPublic);
     }
 
@@ -179,15 +174,11 @@ private Q_SLOTS:
 
     void whatItMayNotGetItDoesNotGet_data()
     {
-        QTest::addColumn<QByteArray>("reply");
-        QTest::addColumn<QByteArray>("address");
-        QTest::addColumn<int>("requests");
+        const Rows<QByteArray, QByteArray, int> row;
         const auto own = m_server.at("localhost");
         const auto stray = "127.0.0.2:" + QByteArray::number(m_server.other.serverPort());
         const auto whole = answer("200 OK", "picture");
         const auto redirection = [](const QByteArray& to) { return answer("302 Found\r\nLocation: " + to); };
-        const auto row = [](const char* name, const QByteArray& reply, const QByteArray& address,
-                             int requests) { QTest::newRow(name) << reply << address << requests; };
         row("no TLS", whole, "http://" + stray + "/x", 0);
         row("another protocol", whole, "ftp://" + stray + "/x", 0);
         row("a file", whole, "file:///etc/passwd", 0);
@@ -217,9 +208,7 @@ private Q_SLOTS:
     }
     void whatItMayNotGetItDoesNotGet()
     {
-        QFETCH(const QByteArray, reply);
-        QFETCH(const QByteArray, address);
-        QFETCH(const int, requests);
+        const auto [reply, address, requests] = Rows<QByteArray, QByteArray, int>::current();
         m_server.requests.clear();
         m_server.answers["/x"] = reply;
         QCOMPARE(m_server.download(m_download, address), "");

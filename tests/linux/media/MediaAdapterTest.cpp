@@ -1,5 +1,6 @@
 #include "mediaprotocol/MediaMessage.h"
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 #include "support/TestFolder.h"
 
 #include <QDBusConnection>
@@ -8,13 +9,9 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QTcpServer>
-#include <QTest>
 #include <QTimer>
 
 #include <sys/stat.h>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -372,31 +369,26 @@ private Q_SLOTS:
         QTRY_COMPARE(adapter.state.title, u"Other"_s);
     }
 
-    void chatterDelaysNobody_data()
-    {
-        QTest::addColumn<bool>("itsOwn");
-        QTest::newRow("another player's") << false;
-        QTest::newRow("its own") << true;
-    }
     void chatterDelaysNobody()
     {
-        QFETCH(const bool, itsOwn);
-        const PrivateBus bus;
-        FakePlayer other(bus.address(), u"other"_s);
-        FakePlayer player(bus.address(), u"fake"_s);
-        player.delays[u"Position"_s] = 200;
-        Adapter adapter(bus.address());
-        QTRY_VERIFY(adapter.idle);
-        auto& chatterer = itsOwn ? player : other;
-        QTimer chatter;
-        connect(&chatter, &QTimer::timeout, this, [&chatterer, value = false]() mutable {
-            chatterer.change({ { u"CanGoNext"_s, value = !value } });
-        });
-        chatter.start(5);
-        player.properties[u"Position"_s] = qint64(7'000'000);
-        player.change(playing(track(u"A"_s)));
-        QTRY_COMPARE(adapter.state.title, u"A"_s);
-        QTRY_VERIFY(adapter.state.elapsed >= 7);
+        for (const auto itsOwn : { false, true }) {
+            const PrivateBus bus;
+            FakePlayer other(bus.address(), u"other"_s);
+            FakePlayer player(bus.address(), u"fake"_s);
+            player.delays[u"Position"_s] = 200;
+            Adapter adapter(bus.address());
+            QTRY_VERIFY(adapter.idle);
+            auto& chatterer = itsOwn ? player : other;
+            QTimer chatter;
+            connect(&chatter, &QTimer::timeout, this, [&chatterer, value = false]() mutable {
+                chatterer.change({ { u"CanGoNext"_s, value = !value } });
+            });
+            chatter.start(5);
+            player.properties[u"Position"_s] = qint64(7'000'000);
+            player.change(playing(track(u"A"_s)));
+            QTRY_COMPARE(adapter.state.title, u"A"_s);
+            QTRY_VERIFY(adapter.state.elapsed >= 7);
+        }
     }
 
     void waitsForItsBusAndEndsWithIt()

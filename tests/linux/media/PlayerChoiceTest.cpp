@@ -1,14 +1,8 @@
 #include "linux/media/PlayerChoice.h"
 
 #include "linux/media/PlayerProcess.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
 namespace {
 
@@ -22,14 +16,6 @@ PlayerCandidate player(
     return { u"org.mpris.MediaPlayer2."_s + name, playback, started, title };
 }
 
-void put(const QString& path, const QByteArray& contents)
-{
-    QDir().mkpath(path.section(u'/', 0, -2));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(contents);
-}
-
 } // namespace
 
 class PlayerChoiceTest : public QObject {
@@ -38,43 +24,35 @@ class PlayerChoiceTest : public QObject {
 private Q_SLOTS:
     void choosesThePlayerAPersonMeans_data()
     {
-        QTest::addColumn<QList<PlayerCandidate>>("candidates");
-        QTest::addColumn<QString>("current");
-        QTest::addColumn<QString>("chosen");
+        const Rows<QList<PlayerCandidate>, QString, QString> row;
         using List = QList<PlayerCandidate>;
         const auto a = player(u"a"_s, playing, 1);
         const auto b = player(u"b"_s, playing, 2);
         const auto pausedA = player(u"a"_s, paused, 1);
         const auto pausedB = player(u"b"_s, paused, 2);
 
-        QTest::newRow("nobody") << List {} << u"a"_s << QString();
-        QTest::newRow("stopped") << List { player(u"a"_s, stopped, 1) } << u"a"_s << QString();
-        QTest::newRow("never played") << List { player(u"a"_s, paused, 0) } << QString() << u"a"_s;
-        QTest::newRow("the later one") << List { b, a } << u"a"_s << u"b"_s;
-        QTest::newRow("playing beats a later paused one") << List { a, pausedB } << u"b"_s << u"a"_s;
-        QTest::newRow("stays when paused") << List { pausedA, pausedB } << u"a"_s << u"a"_s;
-        QTest::newRow("the paused one that played last") << List { pausedA, pausedB } << u"gone"_s << u"b"_s;
+        row("nobody", List {}, u"a"_s, {});
+        row("stopped", List { player(u"a"_s, stopped, 1) }, u"a"_s, {});
+        row("never played", List { player(u"a"_s, paused, 0) }, {}, u"a"_s);
+        row("the later one", List { b, a }, u"a"_s, u"b"_s);
+        row("playing beats a later paused one", List { a, pausedB }, u"b"_s, u"a"_s);
+        row("stays when paused", List { pausedA, pausedB }, u"a"_s, u"a"_s);
+        row("the paused one that played last", List { pausedA, pausedB }, u"gone"_s, u"b"_s);
 
         const auto integration = player(u"plasma-browser-integration"_s, playing, 1, u"T"_s);
         const auto tab = player(u"firefox.instance_1_7"_s, playing, 2, u"T"_s);
         const auto otherTab = player(u"firefox.instance_1_7"_s, playing, 2, u"U"_s);
         const auto music = player(u"mpv"_s, playing, 2, u"T"_s);
-        QTest::newRow("integration before browser")
-            << List { tab, integration } << QString() << u"plasma-browser-integration"_s;
-        QTest::newRow("another title")
-            << List { otherTab, integration } << QString() << u"firefox.instance_1_7"_s;
-        QTest::newRow("no browser") << List { music, integration } << QString() << u"mpv"_s;
+        row("integration before browser", List { tab, integration }, {}, u"plasma-browser-integration"_s);
+        row("another title", List { otherTab, integration }, {}, u"firefox.instance_1_7"_s);
+        row("no browser", List { music, integration }, {}, u"mpv"_s);
         auto silent = integration;
         silent.playback = stopped;
-        QTest::newRow("stopped integration")
-            << List { tab, silent } << QString() << u"firefox.instance_1_7"_s;
+        row("stopped integration", List { tab, silent }, {}, u"firefox.instance_1_7"_s);
     }
-
     void choosesThePlayerAPersonMeans()
     {
-        QFETCH(QList<PlayerCandidate>, candidates);
-        QFETCH(QString, current);
-        QFETCH(QString, chosen);
+        const auto [candidates, current, chosen] = Rows<QList<PlayerCandidate>, QString, QString>::current();
         const auto prefix = u"org.mpris.MediaPlayer2."_s;
         QCOMPARE(choosePlayer(candidates, prefix + current), chosen.isEmpty() ? chosen : prefix + chosen);
     }
@@ -95,8 +73,8 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const auto root = folder.path() + u'/';
         const auto process = [&root](const QString& pid, const QByteArray& name, const QByteArray& group) {
-            put(root + u"proc/"_s + pid + u"/comm"_s, name + '\n');
-            put(root + u"proc/"_s + pid + u"/cgroup"_s, "0::" + group + '\n');
+            writeFile(root + u"proc/"_s + pid + u"/comm"_s, name + '\n');
+            writeFile(root + u"proc/"_s + pid + u"/cgroup"_s, "0::" + group + '\n');
         };
         const QByteArray scope = "/user.slice/app-flatpak-org.example.Player-90.scope";
         process(u"90"_s, "bwrap", scope);
@@ -104,10 +82,10 @@ private Q_SLOTS:
         process(u"92"_s, "bwrap", scope);
         process(u"93"_s, "player", scope);
         process(u"94"_s, "helper", scope);
-        put(root + u"sys/fs/cgroup"_s + QString::fromUtf8(scope) + u"/cgroup.procs"_s,
+        writeFile(root + u"sys/fs/cgroup"_s + QString::fromUtf8(scope) + u"/cgroup.procs"_s,
             "90\n91\n92\n93\n94\n");
         process(u"70"_s, "xdg-dbus-proxy", "/user.slice/session-2.scope");
-        put(root + u"sys/fs/cgroup/user.slice/session-2.scope/cgroup.procs"_s, "60\n70\n93\n");
+        writeFile(root + u"sys/fs/cgroup/user.slice/session-2.scope/cgroup.procs"_s, "60\n70\n93\n");
 
         QCOMPARE(playerProcess(91, root), 93);
         QCOMPARE(playerProcess(93, root), 93);

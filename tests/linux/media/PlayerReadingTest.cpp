@@ -1,18 +1,15 @@
 #include "linux/media/PlayerReading.h"
 
 #include "mediaprotocol/MediaMessage.h"
+#include "support/Test.h"
 
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTest>
 #include <QTimeZone>
 
 #include <limits>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -44,12 +41,7 @@ class PlayerReadingTest : public QObject {
 private Q_SLOTS:
     void oddPropertiesGiveASaneLine_data()
     {
-        QTest::addColumn<QVariantMap>("properties");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QJsonValue>("value");
-        const auto row = [](const char* name, const QVariantMap& properties, const QString& key,
-                             const QJsonValue& value) { QTest::newRow(name) << properties << key << value; };
-
+        const Rows<QVariantMap, QString, QJsonValue> row;
         row("no properties", {}, u"playing"_s, false);
         row("no length", playing({}), u"duration"_s, 0);
         row("signed length", playing({ { length, qint64(1'500'000) } }), u"duration"_s, 1.5);
@@ -98,12 +90,9 @@ private Q_SLOTS:
         row("no process", playing({ { u"kde:pid"_s, -1 } }), u"pid"_s, 0);
         row("absurd process", playing({ { u"kde:pid"_s, 1e18 } }), u"pid"_s, 0);
     }
-
     void oddPropertiesGiveASaneLine()
     {
-        QFETCH(QVariantMap, properties);
-        QFETCH(QString, key);
-        QFETCH(QJsonValue, value);
+        const auto [properties, key, value] = Rows<QVariantMap, QString, QJsonValue>::current();
         const auto message = told(properties);
         QCOMPARE(message.value(u"type"_s), QJsonValue(u"state"_s));
         QCOMPARE(message.value(key), value);

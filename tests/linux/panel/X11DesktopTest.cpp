@@ -2,15 +2,10 @@
 
 #include "linux/applications/DesktopEntries.h"
 #include "linux/applications/X11Applications.h"
+#include "support/Test.h"
 #include "support/TestPanel.h"
 #include "support/X11Main.h"
 #include "support/XClient.h"
-
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 

@@ -1,10 +1,8 @@
 #include "linux/pasteboard/OfferReader.h"
 
-#include <QSysInfo>
-#include <QTest>
+#include "support/Test.h"
 
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
+#include <QSysInfo>
 
 using Offer = QList<std::pair<QString, QByteArray>>;
 
@@ -14,16 +12,7 @@ class OfferReaderTest : public QObject {
 private Q_SLOTS:
     void readsTheFormThatSaysMost_data()
     {
-        QTest::addColumn<Offer>("offer");
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QByteArray>("image");
-        QTest::addColumn<QString>("string");
-        QTest::addColumn<QStringList>("urls");
-
-        const auto row = [](const char* name, const Offer& offer, QStringView type, const QByteArray& image,
-                             const QString& string, const QStringList& urls) {
-            QTest::newRow(name) << offer << type.toString() << image << string << urls;
-        };
+        const Rows<Offer, QStringView, QByteArray, QString, QStringList> row;
         row("a file, not its name and picture",
             { { u"image/png"_s, "P" }, { u"text/plain"_s, "a" },
                 { u"text/uri-list"_s, "#x\r\nfile:///a%20b\r\n" } },
@@ -59,15 +48,11 @@ private Q_SLOTS:
         row("cut in a character", { { u"text/plain;charset=utf-8"_s, "a\xE2\x82" } }, pasteboardtype::string,
             {}, u"a"_s, {});
     }
-
     void readsTheFormThatSaysMost()
     {
-        QFETCH(Offer, offer);
-        QFETCH(QString, type);
-        QFETCH(QByteArray, image);
-        QFETCH(QString, string);
-        QFETCH(QStringList, urls);
-
+        const auto [offer, typeName, image, string, urls]
+            = Rows<Offer, QStringView, QByteArray, QString, QStringList>::current();
+        const auto type = typeName.toString();
         QStringList targets;
         for (const auto& [name, bytes] : offer)
             targets << name;

@@ -2,13 +2,11 @@
 
 #include "linux/pasteboard/ForeignOwner.h"
 #include "notch/HoverTrackingView.h"
+#include "support/Test.h"
 #include "support/X11Main.h"
 
 #include <QQuickWindow>
-#include <QTest>
 
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 using Manner = ForeignOwner::Manner;
 
 namespace {
@@ -133,33 +131,26 @@ private Q_SLOTS:
         QCOMPARE(owner.dataRequests(), 2);
     }
 
-    void theLoopGoesOnWhileAProgramIsSilent_data()
-    {
-        QTest::addColumn<Manner>("manner");
-        QTest::newRow("from the start") << Manner::SilentOnData;
-        QTest::newRow("after its announcement") << Manner::SilentAfterIncr;
-        QTest::newRow("and gone") << Manner::DiesInIncr;
-    }
-
     void theLoopGoesOnWhileAProgramIsSilent()
     {
-        QFETCH(Manner, manner);
-        Fixture at;
-        QVERIFY(at.appears());
-        ForeignOwner owner(qgetenv("DISPLAY"), "XdndSelection");
-        owner.copy({ { "image/png", {} } }, manner, 3);
-        Source(owner).drop(at.id(), { "image/png" });
-        // Seen on the main loop, so nobody waits there.
-        QTRY_COMPARE(owner.dataRequests(), 1);
-        QCOMPARE(at.drops, 0);
-        QTRY_COMPARE(at.drops, 1);
-        QCOMPARE(at.image, QByteArray());
-        // The next one is a drop like any other.
-        ForeignOwner better(qgetenv("DISPLAY"), "XdndSelection");
-        better.copy({ { "UTF8_STRING", "text" } });
-        Source(better).drop(at.id(), { "UTF8_STRING" });
-        QTRY_COMPARE(at.text, u"text"_s);
-        QCOMPARE(at.drops, 2);
+        for (const auto manner : { Manner::SilentOnData, Manner::SilentAfterIncr, Manner::DiesInIncr }) {
+            Fixture at;
+            QVERIFY(at.appears());
+            ForeignOwner owner(qgetenv("DISPLAY"), "XdndSelection");
+            owner.copy({ { "image/png", {} } }, manner, 3);
+            Source(owner).drop(at.id(), { "image/png" });
+            // Seen on the main loop, so nobody waits there.
+            QTRY_COMPARE(owner.dataRequests(), 1);
+            QCOMPARE(at.drops, 0);
+            QTRY_COMPARE(at.drops, 1);
+            QCOMPARE(at.image, QByteArray());
+            // The next one is a drop like any other.
+            ForeignOwner better(qgetenv("DISPLAY"), "XdndSelection");
+            better.copy({ { "UTF8_STRING", "text" } });
+            Source(better).drop(at.id(), { "UTF8_STRING" });
+            QTRY_COMPARE(at.text, u"text"_s);
+            QCOMPARE(at.drops, 2);
+        }
     }
 };
 

@@ -3,15 +3,13 @@
 #include "linux/pasteboard/ForeignOwner.h"
 #include "linux/pasteboard/PasteboardContract.h"
 #include "support/PrivateXServer.h"
+#include "support/Test.h"
 
-#include <QTest>
 #include <QtEndian>
 
 #include <array>
 #include <thread>
 
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 using Manner = ForeignOwner::Manner;
 
 namespace {

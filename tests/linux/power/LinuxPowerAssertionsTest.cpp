@@ -8,16 +8,12 @@
 #include "support/ManualTime.h"
 #include "support/PrivateBus.h"
 #include "support/PrivateXServer.h"
+#include "support/Test.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
-#include <QTest>
 
 #include <xcb/screensaver.h>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -156,24 +152,6 @@ private Q_SLOTS:
         QTRY_COMPARE(m_login->list(), QStringList());
     }
 
-    void holdsOneOfEachTypeUntilItEnds()
-    {
-        m_program->keepAwake.choose(1);
-        QTRY_COMPARE(m_login->list(), QStringList { ours });
-        QTRY_COMPARE(m_saver->held.size(), 1);
-        QCOMPARE(m_saver->log, QStringList { asked() });
-        m_program->keepAwake.deactivate();
-        QTRY_COMPARE(m_login->list(), QStringList());
-        QTRY_COMPARE(m_saver->log, (QStringList { asked(), u"UnInhibit 7"_s }));
-        QVERIFY(m_saver->held.isEmpty());
-
-        m_program->keepAwake.choose(1);
-        QTRY_COMPARE(m_saver->held.size(), 1);
-        m_program->time.advance(1h);
-        QTRY_COMPARE(m_login->list(), QStringList());
-        QTRY_VERIFY(m_saver->held.isEmpty());
-    }
-
     void aNewChoiceTakesOverWhatIsHeld()
     {
         // Before the services have answered, and long after.
@@ -187,6 +165,10 @@ private Q_SLOTS:
             // Neither given back nor asked for twice: there was no moment without, and none with two.
             QCOMPARE(m_saver->log, QStringList { asked() });
         }
+        m_program->keepAwake.deactivate();
+        QTRY_COMPARE(m_login->list(), QStringList());
+        QTRY_COMPARE(m_saver->log, (QStringList { asked(), u"UnInhibit 7"_s }));
+        QVERIFY(m_saver->held.isEmpty());
     }
 
     void isGivenBackWhenTheAnswerComesTooLate()
@@ -239,40 +221,38 @@ private Q_SLOTS:
 
     void othersStandInForTheScreenSaver_data()
     {
-        QTest::addColumn<QString>("saver");
-        QTest::addColumn<bool>("displayServer");
-        for (const auto* const saver :
+        const Rows<QByteArray, bool> row;
+        for (const QByteArray saver :
             { "grants", "refuses", "is missing", "ends", "never answers", "no bus" }) {
-            for (const auto displayServer : { true, false })
-                QTest::addRow("%s%s", saver, displayServer ? "" : ", the portal alone")
-                    << QString::fromLatin1(saver) << displayServer;
+            row(saver, saver, true);
+            row(saver + ", the portal alone", saver, false);
         }
     }
-
     void othersStandInForTheScreenSaver()
     {
-        QFETCH(const QString, saver);
-        QFETCH(const bool, displayServer);
+        const auto current = Rows<QByteArray, bool>::current();
+        const auto saver = std::get<QByteArray>(current);
+        const auto displayServer = std::get<bool>(current);
         const FakeInhibitPortal portal(m_session.address());
-        const auto hasBus = saver != "no bus"_L1;
-        m_saver->refuses = saver == "refuses"_L1;
-        m_saver->answers = saver != "never answers"_L1 && saver != "ends"_L1;
+        const auto hasBus = saver != "no bus";
+        m_saver->refuses = saver == "refuses";
+        m_saver->answers = saver != "never answers" && saver != "ends";
         m_program.reset();
         m_program = std::make_unique<Program>(hasBus ? connection(m_session, u"session"_s) : std::nullopt,
             std::nullopt,
             displayServer ? [this] { return std::make_unique<Substituted>(m_substituted); }
                           : LinuxPowerAssertions::Substitute());
-        if (saver == "is missing"_L1)
+        if (saver == "is missing")
             m_saver.reset();
         m_program->keepAwake.choose(0);
         if (hasBus && m_saver && !m_saver->answers)
             QTRY_COMPARE(m_saver->log.size(), 1);
-        if (saver == "ends"_L1)
+        if (saver == "ends")
             m_saver.reset();
         else if (m_saver && !m_saver->answers)
             m_program->time.advance(5s);
         // The portal may grant what it does not keep.
-        const auto standsIn = saver != "grants"_L1;
+        const auto standsIn = saver != "grants";
         for (const int hours : { 0, 3 }) {
             m_program->keepAwake.choose(hours);
             settle();
@@ -307,20 +287,6 @@ private Q_SLOTS:
         QTRY_VERIFY(isBlank());
 
         QVERIFY(!x11::suspendScreenSaver(":1999"));
-    }
-
-    void whatNobodyGrantsFailsAlone()
-    {
-        m_saver.reset();
-        m_program->keepAwake.choose(1);
-        QTRY_COMPARE(m_login->list(), QStringList { ours });
-        settle();
-        QVERIFY(m_program->keepAwake.isActive());
-
-        // A session without a login manager.
-        m_program = std::make_unique<Program>(connection(m_session, u"session"_s), std::nullopt);
-        m_program->keepAwake.choose(1);
-        QTRY_VERIFY(!m_program->keepAwake.isActive());
     }
 };
 

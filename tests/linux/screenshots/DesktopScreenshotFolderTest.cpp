@@ -1,18 +1,13 @@
 #include "linux/screenshots/DesktopScreenshotFolder.h"
 
 #include "linux/screenshots/ScreenshotSettings.h"
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QtEndian>
 
 #include <sys/stat.h>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -44,7 +39,7 @@ private Q_SLOTS:
     {
         const auto schemas = m_system.filePath(u"schemas"_s);
         QVERIFY(QDir().mkpath(schemas));
-        write(schemas + u"/tool.gschema.xml"_s,
+        writeFile(schemas + u"/tool.gschema.xml"_s,
             "<schemalist><schema id='org.gnome.gnome-screenshot' path='/org/gnome/gnome-screenshot/'>"
             "<key name='auto-save-directory' type='s'><default>''</default></key></schema></schemalist>");
         QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, { schemas }), 0);
@@ -65,7 +60,7 @@ private Q_SLOTS:
     {
         const QDir home(m_home->path());
         const auto config = m_system.filePath(u"config/"_s);
-        write(config + u"user-dirs.dirs"_s,
+        writeFile(config + u"user-dirs.dirs"_s,
             "XDG_PICTURES_DIR=\"$HOME/Зображення\"\nXDG_DESKTOP_DIR=\"$HOME/Стіл\"\n");
         const auto pictures = home.filePath(u"Зображення"_s);
         // Nothing is set: all save to the pictures or to a folder in them, which need not be there yet.
@@ -78,36 +73,31 @@ private Q_SLOTS:
         QVERIFY(home.mkdir(u"Стіл"_s));
         QVERIFY(m_folder.settings().contains(m_folder.defaultFolder()));
 
-        write(config + u"spectaclerc"_s, "[ImageSave]\nimageSaveLocation=file:///kde/\n");
-        QVERIFY(home.mkpath(config + u"flameshot"_s));
-        write(config + u"flameshot/flameshot.ini"_s, "[General]\nsavePath=/flame/\\x457\n");
+        writeFile(config + u"spectaclerc"_s, "[ImageSave]\nimageSaveLocation=file:///kde/\n");
+        writeFile(config + u"flameshot/flameshot.ini"_s, "[General]\nsavePath=/flame/\\x457\n");
         QCOMPARE(m_folder.settings().first(2), (QStringList { u"/kde/"_s, u"/flame/ї"_s }));
-        write(config + u"glib-2.0/settings/keyfile"_s,
+        writeFile(config + u"glib-2.0/settings/keyfile"_s,
             "[org/gnome/gnome-screenshot]\nauto-save-directory='file:///gnome/%D1%97'\n");
         QTRY_COMPARE(m_folder.settings().first(), u"/gnome/ї"_s);
     }
 
     void readsSpectaclesFile_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("path");
-        QTest::newRow("new") << "[General]\nx=1\n[ImageSave]\nimageSaveLocation=file:///a%20b/\n"_ba
-                             << u"/a b/"_s;
-        QTest::newRow("older") << "[Save]\ndefaultSaveLocation=file:///old\n"_ba << u"/old"_s;
-        QTest::newRow("new above old")
-            << "[Save]\ndefaultSaveLocation=/old\n[ImageSave]\nimageSaveLocation=/new"_ba << u"/new"_s;
-        QTest::newRow("in another group") << "[VideoSave]\nimageSaveLocation=/a\n"_ba << QString();
-        QTest::newRow("home") << "[ImageSave]\nimageSaveLocation[$e]=file:$HOME/p\n"_ba << u"/home/o/p"_s;
-        QTest::newRow("escaped") << "[ImageSave]\nimageSaveLocation=/a\\sb\\\\\n"_ba << u"/a b\\"_s;
-        QTest::newRow("broken")
-            << "[ImageSave\n=\nimageSaveLocation\n[]\n[ImageSave]\nimageSaveLocation=\n"_ba << QString();
+        const Rows<QByteArray, QString> row;
+        row("new", "[General]\nx=1\n[ImageSave]\nimageSaveLocation=file:///a%20b/\n", u"/a b/"_s);
+        row("older", "[Save]\ndefaultSaveLocation=file:///old\n", u"/old"_s);
+        row("new above old", "[Save]\ndefaultSaveLocation=/old\n[ImageSave]\nimageSaveLocation=/new",
+            u"/new"_s);
+        row("in another group", "[VideoSave]\nimageSaveLocation=/a\n", {});
+        row("home", "[ImageSave]\nimageSaveLocation[$e]=file:$HOME/p\n", u"/home/o/p"_s);
+        row("escaped", "[ImageSave]\nimageSaveLocation=/a\\sb\\\\\n", u"/a b\\"_s);
+        row("broken", "[ImageSave\n=\nimageSaveLocation\n[]\n[ImageSave]\nimageSaveLocation=\n", {});
     }
-
     void readsSpectaclesFile()
     {
+        const auto [text, path] = Rows<QByteArray, QString>::current();
         qputenv("HOME", "/home/o");
-        QFETCH(QByteArray, text);
-        QTEST(screenshotsettings::spectacle(text), "path");
+        QCOMPARE(screenshotsettings::spectacle(text), path);
     }
 
     void knowsAScreenCapture_data()
@@ -145,7 +135,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
-        write(m_home->filePath(name), content);
+        writeFile(m_home->filePath(name), content);
         QTEST(m_folder.isScreenCapture(m_home->filePath(name)), "known");
     }
 
@@ -158,13 +148,6 @@ private Q_SLOTS:
     }
 
 private:
-    static void write(const QString& path, const QByteArray& content)
-    {
-        QFile file(path);
-        QVERIFY(file.open(QFile::WriteOnly));
-        QCOMPARE(file.write(content), content.size());
-    }
-
     QTemporaryDir m_system;
     std::unique_ptr<QTemporaryDir> m_home;
     DesktopScreenshotFolder m_folder;

@@ -1,17 +1,13 @@
 #include "linux/screenshots/InotifyFolderEvents.h"
 
-#include <QDir>
-#include <QFile>
+#include "support/Test.h"
+#include "support/TestFolder.h"
+
 #include <QSaveFile>
-#include <QTemporaryDir>
 #include <QTemporaryFile>
-#include <QTest>
 
 #include <fcntl.h>
 #include <unistd.h>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 class InotifyFolderEventsTest : public QObject {
     Q_OBJECT
@@ -93,9 +89,9 @@ private Q_SLOTS:
         QVERIFY(!m_watch->isCurrent());
         // Another folder in its place is another folder.
         QVERIFY(QDir(m_disk->path()).mkdir(u"watched"_s));
-        write(inside(u"a.png"_s));
+        writeFile(inside(u"a.png"_s), "x");
         expectNothing();
-        expectMore([&] { write(m_disk->filePath(u"moved/a.png"_s)); });
+        expectMore([&] { writeFile(m_disk->filePath(u"moved/a.png"_s), "x"); });
         expectMore([&] { QVERIFY(QDir(m_disk->filePath(u"moved"_s)).removeRecursively()); });
     }
 
@@ -105,9 +101,9 @@ private Q_SLOTS:
             ++m_changes;
             m_watch.reset();
         });
-        write(inside(u"b.png"_s));
+        writeFile(inside(u"b.png"_s), "x");
         QTRY_COMPARE(m_changes, 1);
-        write(inside(u"c.png"_s));
+        writeFile(inside(u"c.png"_s), "x");
         expectNothing();
         QVERIFY(!m_events.watch(inside(u"c.png"_s), [] {}));
     }
@@ -116,13 +112,6 @@ private:
     [[nodiscard]] QString inside(const QString& name = {}) const
     {
         return m_disk->filePath(u"watched"_s) + (name.isEmpty() ? QString() : u'/' + name);
-    }
-
-    static void write(const QString& path)
-    {
-        QFile file(path);
-        QVERIFY(file.open(QFile::WriteOnly));
-        file.write("x");
     }
 
     void expectMore(const std::function<void()>& change) const

@@ -1,19 +1,12 @@
 #include "linux/session/BusInstance.h"
 
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QLocalServer>
 
 #include <cstdio>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -58,28 +51,6 @@ int runAsCopy()
     return QCoreApplication::exec();
 }
 
-/// A socket that takes connections and says nothing.
-class MuteSocket {
-public:
-    explicit MuteSocket(const QByteArray& path)
-        : m_socket(::socket(AF_UNIX, SOCK_STREAM, 0))
-    {
-        sockaddr_un address {};
-        address.sun_family = AF_UNIX;
-        qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
-        m_listens = ::bind(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0
-            && ::listen(m_socket, 8) == 0;
-    }
-    ~MuteSocket() { ::close(m_socket); }
-    Q_DISABLE_COPY_MOVE(MuteSocket)
-
-    [[nodiscard]] bool listens() const { return m_listens; }
-
-private:
-    int m_socket;
-    bool m_listens = false;
-};
-
 } // namespace
 
 class BusInstanceTest : public QObject {
@@ -88,28 +59,27 @@ class BusInstanceTest : public QObject {
 private Q_SLOTS:
     void onlyOneCopyRuns_data()
     {
-        QTest::addColumn<QString>("bus");
-        QTest::newRow("bus") << u"live"_s;
-        QTest::newRow("no bus") << QString();
-        QTest::newRow("dead address") << u"unix:path=/nonexistent/bus"_s;
-        QTest::newRow("address of another kind") << u"nonsense"_s;
-        QTest::newRow("bus that never answers") << u"mute"_s;
+        const Rows<QString> row;
+        row("bus", u"live"_s);
+        row("no bus", {});
+        row("dead address", u"unix:path=/nonexistent/bus"_s);
+        row("address of another kind", u"nonsense"_s);
+        row("bus that never answers", u"mute"_s);
     }
-
     void onlyOneCopyRuns()
     {
-        QFETCH(QString, bus);
+        auto [bus] = Rows<QString>::current();
         const QTemporaryDir folder;
         std::optional<PrivateBus> live;
-        std::optional<MuteSocket> mute;
+        QLocalServer mute;
         if (bus == "live"_L1) {
             live.emplace();
             bus = live->address();
             QVERIFY(!bus.isEmpty());
         } else if (bus == "mute"_L1) {
             const auto path = folder.filePath(u"mute"_s);
-            mute.emplace(path.toUtf8());
-            QVERIFY(mute->listens());
+            // It takes connections and says nothing.
+            QVERIFY(mute.listen(path));
             bus = "unix:path="_L1 + path;
         }
 

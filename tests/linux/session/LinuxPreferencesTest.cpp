@@ -1,15 +1,11 @@
 #include "linux/session/LinuxPreferences.h"
 
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -76,27 +72,21 @@ private Q_SLOTS:
 
     void motionIsReducedWhereTheDesktopSaysSo_data()
     {
-        QTest::addColumn<QVariant>("reducedMotion");
-        QTest::addColumn<QVariant>("animations");
-        QTest::addColumn<QVariant>("factor");
-        QTest::addColumn<bool>("reduced");
-        QTest::newRow("nothing known") << QVariant() << QVariant() << QVariant() << false;
-        QTest::newRow("reduced") << QVariant(1U) << QVariant() << QVariant() << true;
-        QTest::newRow("new setting above the old") << QVariant(0U) << QVariant(false) << QVariant() << false;
-        QTest::newRow("GNOME, off") << QVariant() << QVariant(false) << QVariant() << true;
-        QTest::newRow("GNOME, on") << QVariant() << QVariant(true) << QVariant() << false;
-        QTest::newRow("GNOME, nonsense") << QVariant() << QVariant(u"no"_s) << QVariant() << false;
-        QTest::newRow("KDE, instant") << QVariant() << QVariant(true) << QVariant(u"0"_s) << true;
-        QTest::newRow("KDE, fast") << QVariant() << QVariant() << QVariant(0.5) << false;
-        QTest::newRow("KDE, nonsense") << QVariant() << QVariant() << QVariant(u"fast"_s) << false;
+        const Rows<QVariant, QVariant, QVariant, bool> row;
+        row("nothing known", {}, {}, {}, false);
+        row("reduced", QVariant(1U), {}, {}, true);
+        row("new setting above the old", QVariant(0U), QVariant(false), {}, false);
+        row("GNOME, off", {}, QVariant(false), {}, true);
+        row("GNOME, on", {}, QVariant(true), {}, false);
+        row("GNOME, nonsense", {}, QVariant(u"no"_s), {}, false);
+        row("KDE, instant", {}, QVariant(true), QVariant(u"0"_s), true);
+        row("KDE, fast", {}, {}, QVariant(0.5), false);
+        row("KDE, nonsense", {}, {}, QVariant(u"fast"_s), false);
     }
-
     void motionIsReducedWhereTheDesktopSaysSo()
     {
-        QFETCH(QVariant, reducedMotion);
-        QFETCH(QVariant, animations);
-        QFETCH(QVariant, factor);
-        QFETCH(bool, reduced);
+        const auto [reducedMotion, animations, factor, reduced]
+            = Rows<QVariant, QVariant, QVariant, bool>::current();
         SettingsPortal portal;
         portal.values = { { appearance + u" reduced-motion"_s, reducedMotion },
             { gnome + u" enable-animations"_s, animations },
@@ -138,22 +128,17 @@ private Q_SLOTS:
 
     void theLanguageComesFromTheEnvironment_data()
     {
-        QTest::addColumn<QStringList>("environment");
-        QTest::addColumn<QString>("first");
-        QTest::newRow("LANG") << QStringList { u"LANG=uk_UA.UTF-8"_s } << u"uk-UA"_s;
-        QTest::newRow("LANGUAGE") << QStringList { u"LANG=en_US.UTF-8"_s, u"LANGUAGE=uk:en"_s } << u"uk"_s;
-        QTest::newRow("LC_ALL") << QStringList { u"LANG=en_US.UTF-8"_s, u"LC_ALL=uk_UA.UTF-8"_s }
-                                << u"uk-UA"_s;
-        QTest::newRow("LC_MESSAGES") << QStringList { u"LANG=en_US.UTF-8"_s, u"LC_MESSAGES=uk_UA.UTF-8"_s }
-                                     << u"uk-UA"_s;
-        QTest::newRow("LC_TIME is no language")
-            << QStringList { u"LANG=en_GB.UTF-8"_s, u"LC_TIME=uk_UA.UTF-8"_s } << u"en-GB"_s;
-        QTest::newRow("Russian in Ukraine") << QStringList { u"LANG=ru_UA.UTF-8"_s } << u"ru-UA"_s;
+        const Rows<QStringList, QString> row;
+        row("LANG", { u"LANG=uk_UA.UTF-8"_s }, u"uk-UA"_s);
+        row("LANGUAGE", { u"LANG=en_US.UTF-8"_s, u"LANGUAGE=uk:en"_s }, u"uk"_s);
+        row("LC_ALL", { u"LANG=en_US.UTF-8"_s, u"LC_ALL=uk_UA.UTF-8"_s }, u"uk-UA"_s);
+        row("LC_MESSAGES", { u"LANG=en_US.UTF-8"_s, u"LC_MESSAGES=uk_UA.UTF-8"_s }, u"uk-UA"_s);
+        row("LC_TIME is no language", { u"LANG=en_GB.UTF-8"_s, u"LC_TIME=uk_UA.UTF-8"_s }, u"en-GB"_s);
+        row("Russian in Ukraine", { u"LANG=ru_UA.UTF-8"_s }, u"ru-UA"_s);
     }
-
     void theLanguageComesFromTheEnvironment()
     {
-        QFETCH(QStringList, environment);
+        const auto [environment, first] = Rows<QStringList, QString>::current();
         // Read once at the start, so each row is a process of its own.
         QProcess process;
         auto variables = QProcess::systemEnvironment();
@@ -162,7 +147,7 @@ private Q_SLOTS:
         process.setEnvironment(variables + environment);
         process.start(QCoreApplication::applicationFilePath(), { u"--languages"_s });
         QVERIFY(process.waitForFinished());
-        QTEST(QString::fromUtf8(process.readAllStandardOutput()).section(u' ', 0, 0), "first");
+        QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()).section(u' ', 0, 0), first);
     }
 };
 

@@ -1,39 +1,28 @@
 #include "linux/session/LinuxProgramEnd.h"
 
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 
 #include <QDBusMessage>
-#include <QSignalSpy>
-#include <QTest>
 
 #include <csignal>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 /// The log-out and the loss of the display are played with the whole program.
 class LinuxProgramEndTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void aSignalEndsItOnTheMainLoop_data()
-    {
-        QTest::addColumn<int>("signal");
-        QTest::newRow("SIGTERM") << SIGTERM;
-        QTest::newRow("SIGINT") << SIGINT;
-        QTest::newRow("SIGHUP") << SIGHUP;
-    }
-
     void aSignalEndsItOnTheMainLoop()
     {
-        QFETCH(int, signal);
-        const LinuxProgramEnd end(std::nullopt);
-        const QSignalSpy requested(&end, &ProgramEnd::requested);
-        ::raise(signal);
-        QCOMPARE(requested.size(), 0);
-        QTRY_COMPARE(requested.size(), 1);
-        // This process is to go on.
-        ::alarm(0);
+        for (const int signal : { SIGTERM, SIGINT, SIGHUP }) {
+            const LinuxProgramEnd end(std::nullopt);
+            const QSignalSpy requested(&end, &ProgramEnd::requested);
+            ::raise(signal);
+            QCOMPARE(requested.size(), 0);
+            QTRY_COMPARE(requested.size(), 1);
+            // This process is to go on.
+            ::alarm(0);
+        }
     }
 
     void whatIsIgnoredStaysIgnored()

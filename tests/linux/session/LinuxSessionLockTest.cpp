@@ -1,15 +1,11 @@
 #include "linux/session/LinuxSessionLock.h"
 
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
-#include <QSignalSpy>
-#include <QTest>
 #include <QUuid>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -92,16 +88,15 @@ class LinuxSessionLockTest : public QObject {
 private Q_SLOTS:
     void followsEveryService_data()
     {
-        QTest::addColumn<QString>("name");
+        const Rows<QString> row;
         for (const auto* name :
             { "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver",
                 "org.mate.ScreenSaver", "org.xfce.ScreenSaver", "org.freedesktop.login1" })
-            QTest::newRow(name) << QString::fromLatin1(name);
+            row(name, QString::fromLatin1(name));
     }
-
     void followsEveryService()
     {
-        QFETCH(const QString, name);
+        const auto [name] = Rows<QString>::current();
         // One that is locked when the program starts, and one that comes later.
         auto locker = std::make_unique<FakeLocker>(m_bus.address(), name, true);
         const LinuxSessionLock lock(m_session, m_system);

@@ -1,10 +1,8 @@
 #include "macos/calendar/EventFacts.h"
 
-#include <QTest>
-#include <QTimeZone>
+#include "support/Test.h"
 
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
+#include <QTimeZone>
 
 namespace {
 

@@ -1,11 +1,7 @@
 #include "macos/display/ScreenFacts.h"
 
 #include "notch/NotchGeometry.h"
-
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
+#include "support/Test.h"
 
 class ScreenFactsTest : public QObject {
     Q_OBJECT

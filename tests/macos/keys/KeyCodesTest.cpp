@@ -1,8 +1,6 @@
 #include "macos/keys/KeyCodes.h"
 
-#include <QTest>
-
-using namespace nimbarrow;
+#include "support/Test.h"
 
 class KeyCodesTest : public QObject {
     Q_OBJECT

@@ -1,11 +1,6 @@
 #include "macos/media/MacAdapterCommand.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
+#include "support/Test.h"
 
 class MacAdapterCommandTest : public QObject {
     Q_OBJECT

@@ -1,10 +1,8 @@
 #include "macos/media/ScriptAnswer.h"
 
-#include <QTest>
-#include <QtEndian>
+#include "support/Test.h"
 
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
+#include <QtEndian>
 
 using Kind = scriptanswer::Kind;
 

@@ -1,11 +1,9 @@
 #include "macos/panel/HoverFeed.h"
 
+#include "support/Test.h"
+
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 namespace {
 

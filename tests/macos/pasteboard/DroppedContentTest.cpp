@@ -1,13 +1,10 @@
 #include "macos/pasteboard/DroppedContent.h"
 
 #include "macos/pasteboard/MacDropReader.h"
+#include "support/Test.h"
 
 #include <QImage>
 #include <QMimeData>
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 class DroppedContentTest : public QObject {
     Q_OBJECT

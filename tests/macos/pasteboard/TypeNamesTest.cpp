@@ -1,11 +1,7 @@
 #include "macos/pasteboard/TypeNames.h"
 
 #include "macos/pasteboard/PasteboardAccess.h"
-
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
+#include "support/Test.h"
 
 class TypeNamesTest : public QObject {
     Q_OBJECT

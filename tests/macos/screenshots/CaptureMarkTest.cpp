@@ -1,8 +1,6 @@
 #include "macos/screenshots/CaptureMark.h"
 
-#include <QTest>
-
-using namespace nimbarrow;
+#include "support/Test.h"
 
 namespace {
 

@@ -1,9 +1,6 @@
 #include "macos/session/BundlePlace.h"
 
-#include <QTest>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
+#include "support/Test.h"
 
 class BundlePlaceTest : public QObject {
     Q_OBJECT

@@ -1,8 +1,6 @@
 #include "macos/session/LogName.h"
 
-#include <QTest>
-
-using namespace nimbarrow;
+#include "support/Test.h"
 
 class LogNameTest : public QObject {
     Q_OBJECT

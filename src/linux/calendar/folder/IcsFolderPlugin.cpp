@@ -1,12 +1,23 @@
-#include "linux/calendar/folder/IcsFolderPlugin.h"
-
+#include "linux/calendar/CalendarStorePlugin.h"
 #include "linux/calendar/folder/IcsFolderCalendarStore.h"
+
+#include <QObject>
 
 namespace nimbarrow {
 
-std::unique_ptr<CalendarStore> IcsFolderPlugin::makeStore(const QString& folder)
-{
-    return std::make_unique<IcsFolderCalendarStore>(folder);
-}
+/// Hands the calendars of a folder of iCalendar files to the program.
+class IcsFolderPlugin final : public QObject, public CalendarStorePlugin {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID NIMBARROW_CALENDAR_STORE_PLUGIN)
+    Q_INTERFACES(nimbarrow::CalendarStorePlugin)
+
+public:
+    [[nodiscard]] std::unique_ptr<CalendarStore> makeStore(const QString& folder) override
+    {
+        return std::make_unique<IcsFolderCalendarStore>(folder);
+    }
+};
 
 } // namespace nimbarrow
+
+#include "IcsFolderPlugin.moc"

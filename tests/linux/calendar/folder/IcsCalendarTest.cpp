@@ -3,17 +3,11 @@
 #include "linux/calendar/folder/IcsFolder.h"
 #include "linux/calendar/folder/IcsRecurrence.h"
 #include "support/FileCalls.h"
-
-#include <QDir>
-#include <QTemporaryDir>
-#include <QTest>
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
 #include <cerrno>
-#include <sys/resource.h>
 #include <sys/stat.h>
-
-using namespace nimbarrow;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,19 +17,6 @@ constexpr long mostMemory = 900; // MB
 #else
 constexpr long mostMemory = 200; // MB
 #endif
-
-long peakMemory() // MB
-{
-    rusage usage {};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
-}
-
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 /// What the texts, each a file, say of that day.
 QList<CalendarEvent> eventsOf(const QList<QByteArray>& texts, QDate day = { 2026, 11, 21 })
@@ -67,7 +48,7 @@ class IcsCalendarTest : public QObject {
         QList<QByteArray> texts;
         const QDir folder(QStringLiteral(NIMBARROW_ICS));
         for (const auto& name : folder.entryList({ u"*.ics"_s }))
-            texts += contents(folder.filePath(name));
+            texts += readFile(folder.filePath(name));
         return texts;
     }
 
@@ -79,13 +60,13 @@ class IcsCalendarTest : public QObject {
     }
 
 private Q_SLOTS:
+    void initTestCase() { qputenv("TZ", "Europe/Berlin"); }
+
     /// Another implementation of the same rules is asked what they mean.
     void rulesMeanWhatTheyMeanElsewhere_data()
     {
-        QTest::addColumn<QByteArray>("start");
-        QTest::addColumn<QByteArray>("rule");
-        const auto row = [](const char* start, const char* rule) {
-            QTest::addRow("%s %s", start, rule) << QByteArray(start) << QByteArray(rule);
+        const auto row = [rows = Rows<QByteArray, QByteArray>()](const char* start, const char* rule) {
+            rows(QByteArray(start) + ' ' + rule, start, rule);
         };
         row("20260105T090000", "FREQ=DAILY");
         row("20260105T090000", "FREQ=DAILY;INTERVAL=3;BYMONTH=1,4");
@@ -111,11 +92,9 @@ private Q_SLOTS:
         row("20260105T091500", "FREQ=MINUTELY;INTERVAL=90");
         row("20260105T091507", "FREQ=SECONDLY;INTERVAL=7;COUNT=40");
     }
-
     void rulesMeanWhatTheyMeanElsewhere()
     {
-        QFETCH(QByteArray, start);
-        QFETCH(QByteArray, rule);
+        const auto [start, rule] = Rows<QByteArray, QByteArray>::current();
         constexpr int most = 60;
         const auto first = icaltime_from_string(start.constData());
         const auto parsed = icalrecurrencetype_from_string(rule.constData());
@@ -149,24 +128,21 @@ private Q_SLOTS:
 
     void zonesAreFoundByAnyOfTheirNames_data()
     {
-        QTest::addColumn<QByteArray>("zone");
-        QTest::addColumn<QString>("start");
-        QTest::newRow("an old name") << QByteArray("Europe/Kiev") << u"08:00"_s;
-        QTest::newRow("another name") << QByteArray("US/Eastern") << u"15:00"_s;
-        QTest::newRow("behind a slash") << QByteArray("/Europe/Helsinki") << u"08:00"_s;
-        QTest::newRow("Windows, by an old name") << QByteArray("India Standard Time") << u"04:30"_s;
-        QTest::newRow("Windows, of nowhere") << QByteArray("Mid-Atlantic Standard Time") << u"09:00"_s;
-        QTest::newRow("a rule: the user's") << QByteArray("ABC3") << u"09:00"_s;
-        QTest::newRow("in a path") << QByteArray("/example.org/20200101/America/New_York") << u"15:00"_s;
-        QTest::newRow("three parts") << QByteArray("/x/America/Argentina/Buenos_Aires") << u"13:00"_s;
-        QTest::newRow("unknown: the user's") << QByteArray("Nowhere") << u"09:00"_s;
-        QTest::newRow("a file: the user's") << QByteArray("../../../dev/zero") << u"09:00"_s;
+        const Rows<QByteArray, QString> row;
+        row("an old name", "Europe/Kiev", u"08:00"_s);
+        row("another name", "US/Eastern", u"15:00"_s);
+        row("behind a slash", "/Europe/Helsinki", u"08:00"_s);
+        row("Windows, by an old name", "India Standard Time", u"04:30"_s);
+        row("Windows, of nowhere", "Mid-Atlantic Standard Time", u"09:00"_s);
+        row("a rule: the user's", "ABC3", u"09:00"_s);
+        row("in a path", "/example.org/20200101/America/New_York", u"15:00"_s);
+        row("three parts", "/x/America/Argentina/Buenos_Aires", u"13:00"_s);
+        row("unknown: the user's", "Nowhere", u"09:00"_s);
+        row("a file: the user's", "../../../dev/zero", u"09:00"_s);
     }
-
     void zonesAreFoundByAnyOfTheirNames()
     {
-        QFETCH(QByteArray, zone);
-        QFETCH(QString, start);
+        const auto [zone, start] = Rows<QByteArray, QString>::current();
         QCOMPARE(startsOf("DTSTART;TZID=\"" + zone + "\":20261121T090000", QDate(2026, 11, 21)),
             QStringList { start });
     }
@@ -192,22 +168,17 @@ private Q_SLOTS:
 
     void seriesAreReadAsOtherCalendarsReadThem_data()
     {
-        QTest::addColumn<QByteArray>("lines");
-        QTest::addColumn<QDate>("day");
-        QTest::addColumn<QStringList>("starts");
+        const Rows<QByteArray, QDate, QStringList> row;
         const QDate day(2026, 11, 21);
         const QByteArray counted = "DTSTART:20261119T090000\r\nRRULE:FREQ=DAILY;";
-        QTest::newRow("the last day comes first")
-            << counted + "COUNT=9;UNTIL=20261121T090000" << day << QStringList { u"09:00"_s };
-        QTest::newRow("after that day")
-            << counted + "COUNT=9;UNTIL=20261121T090000" << day.addDays(1) << QStringList();
-        QTest::newRow("the number is reached first")
-            << counted + "UNTIL=20261130T090000;COUNT=2" << day << QStringList();
+        row("the last day comes first", counted + "COUNT=9;UNTIL=20261121T090000", day, { u"09:00"_s });
+        row("after that day", counted + "COUNT=9;UNTIL=20261121T090000", day.addDays(1), {});
+        row("the number is reached first", counted + "UNTIL=20261130T090000;COUNT=2", day, {});
         // A time that the clocks leave out still happens.
         const QByteArray daily = "DTSTART;TZID=Europe/Berlin:20260301T023000\r\nRRULE:FREQ=DAILY";
-        QTest::newRow("before the gap") << daily << QDate(2026, 3, 28) << QStringList { u"02:30"_s };
-        QTest::newRow("in the gap") << daily << QDate(2026, 3, 29) << QStringList { u"03:30"_s };
-        QTest::newRow("an hour twice") << daily << QDate(2026, 10, 25) << QStringList { u"02:30"_s };
+        row("before the gap", daily, QDate(2026, 3, 28), { u"02:30"_s });
+        row("in the gap", daily, QDate(2026, 3, 29), { u"03:30"_s });
+        row("an hour twice", daily, QDate(2026, 10, 25), { u"02:30"_s });
         const QByteArray moved
             = "DTSTART:20261107T090000\r\nRRULE:FREQ=WEEKLY\r\n"
               "EXDATE:20261212T090000\r\nEND:VEVENT\r\n"
@@ -215,24 +186,22 @@ private Q_SLOTS:
               "DTSTART:20261124T140000\r\nEND:VEVENT\r\n"
               "BEGIN:VEVENT\r\nUID:a\r\nRECURRENCE-ID:20261205T090000\r\n"
               "DTSTART:20261205T200000";
-        const auto row = [&](const char* name, int days, const QStringList& starts) {
-            QTest::newRow(name) << moved << day.addDays(days) << starts;
+        const auto later = [&](const char* name, int days, const QStringList& starts) {
+            row(name, moved, day.addDays(days), starts);
         };
-        row("before it moved for good", -7, { u"09:00"_s });
-        row("not there any more", 0, {});
-        row("where it moved to", 3, { u"14:00"_s });
-        row("and stays", 10, { u"14:00"_s });
-        row("but for one", 14, { u"20:00"_s });
-        row("which is not where the others are", 17, {});
-        row("and one that is left out", 24, {});
-        row("for good", 31, { u"14:00"_s });
+        later("before it moved for good", -7, { u"09:00"_s });
+        later("not there any more", 0, {});
+        later("where it moved to", 3, { u"14:00"_s });
+        later("and stays", 10, { u"14:00"_s });
+        later("but for one", 14, { u"20:00"_s });
+        later("which is not where the others are", 17, {});
+        later("and one that is left out", 24, {});
+        later("for good", 31, { u"14:00"_s });
     }
-
     void seriesAreReadAsOtherCalendarsReadThem()
     {
-        QFETCH(QByteArray, lines);
-        QFETCH(QDate, day);
-        QTEST(startsOf(lines, day), "starts");
+        const auto [lines, day, starts] = Rows<QByteArray, QDate, QStringList>::current();
+        QCOMPARE(startsOf(lines, day), starts);
     }
 
     void coloursAreReadAsCalendarsWriteThem()
@@ -249,8 +218,8 @@ private Q_SLOTS:
         const auto texts = corpus();
         QVERIFY(texts.size() >= 6);
         // What is right in them is there.
-        QCOMPARE(eventsOf({ contents(QStringLiteral(NIMBARROW_ICS "/meeting.ics")) }).size(), 1);
-        QCOMPARE(eventsOf({ contents(QStringLiteral(NIMBARROW_ICS "/nested.ics")) }).size(), 2);
+        QCOMPARE(eventsOf({ readFile(QStringLiteral(NIMBARROW_ICS "/meeting.ics")) }).size(), 1);
+        QCOMPARE(eventsOf({ readFile(QStringLiteral(NIMBARROW_ICS "/nested.ics")) }).size(), 2);
         const auto before = peakMemory();
         for (const auto& text : texts) {
             eventsOf({ text });
@@ -270,15 +239,11 @@ private Q_SLOTS:
 
     void aFolderIsReadAsFarAsItCanBe()
     {
-        const QTemporaryDir folder;
-        const auto write = [&folder](const QString& name, const QByteArray& text) {
-            QFile file(folder.filePath(name));
-            return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
-        };
+        const TestFolder folder;
         const QByteArray good = "BEGIN:VEVENT\r\nUID:a\r\nDTSTART:20261121T090000Z\r\nEND:VEVENT\r\n";
-        QVERIFY(write(u"good.ics"_s, good));
-        QVERIFY(write(u"notes.txt"_s, good));
-        QVERIFY(write(u"huge.ics"_s, good));
+        folder.write(u"good.ics"_s, good);
+        folder.write(u"notes.txt"_s, good);
+        folder.write(u"huge.ics"_s, good);
         QVERIFY(QFile::resize(folder.filePath(u"huge.ics"_s), 50 * 1024 * 1024));
         QVERIFY(QFile::link(folder.path(), folder.filePath(u"circle"_s)));
         QVERIFY(QFile::link(u"/dev/zero"_s, folder.filePath(u"zero.ics"_s)));
@@ -350,11 +315,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int count, char** values)
-{
-    qputenv("TZ", "Europe/Berlin");
-    QCoreApplication app(count, values);
-    IcsCalendarTest test;
-    return QTest::qExec(&test, count, values);
-}
+QTEST_GUILESS_MAIN(IcsCalendarTest)
 #include "IcsCalendarTest.moc"
