@@ -65,6 +65,18 @@ class PanelFlow:
         self.wait_closed()
         reached("a pointer at rest")
 
+    def opens_at_a_leap(self):
+        """Of the pointer into the notch, where it rests while the surface still shrinks."""
+        self.toggles()
+        self.wait_open()
+        self.toggles()
+        wait_until("a surface that shrinks", lambda: not self.is_open())
+        self.desktop.do("move", self.middle, self.notch_height / 2)
+        self.wait_open()
+        self.desktop.move(*self.below)
+        self.wait_closed()
+        reached("a leap into the notch")
+
     def toggles(self):
         self.desktop.call([self.desktop.program, "--toggle"])
 
@@ -203,6 +215,9 @@ def play(desktop):
     flow.hovers()
     if desktop.compositor_name == "sway" and desktop.output_scale == 1:
         flow.keeps_awake()
+    # Where nobody else wants the keyboard.
+    for _ in range(2):
+        flow.opens_at_a_leap()
     # Over the whole screen, and below the panel.
     other = OtherProgram(desktop)
     if desktop.lockers_are_surfaces():

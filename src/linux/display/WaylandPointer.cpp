@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <private/qdnd_p.h>
+#include <utility>
 
 namespace nimbarrow {
 
@@ -19,16 +20,16 @@ void WaylandPointer::setOutline(const QRegion& outline)
 void WaylandPointer::enter(QPointF place)
 {
     const QPoint pixel(static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y())));
-    if (m_isOver || (m_watched.contains(pixel) && place != m_lastPlace))
+    if (m_isOver || (m_watched.contains(pixel) && place != m_placeBefore))
         move(place);
     m_isOver = true;
-    m_lastPlace = place;
+    m_place = place;
 }
 
 void WaylandPointer::move(QPointF place)
 {
     m_isOver = true;
-    m_lastPlace = place;
+    m_place = place;
     m_location = flipped(place);
 }
 
@@ -40,12 +41,21 @@ bool WaylandPointer::isAnyButtonDown() const
 
 void WaylandPointer::leave()
 {
-    if (m_isOver)
+    if (std::exchange(m_isOver, false)) {
         m_watched = m_outline;
-    m_isOver = false;
+        m_placeBefore.reset();
+    }
     m_location = pointerOutside;
     // With a button down the pointer leaves for a drag alone.
     m_isAnyButtonDown = false;
+}
+
+void WaylandPointer::loseSurface()
+{
+    if (!m_isOver)
+        return;
+    leave();
+    m_placeBefore = m_place;
 }
 
 } // namespace nimbarrow

@@ -25,13 +25,17 @@ public:
     void enter(QPointF place);
     void move(QPointF place);
     void leave();
+    /// The surface has gone, and may come back to a pointer that has not moved.
+    void loseSurface();
     void setAnyButtonDown(bool isDown) { m_isAnyButtonDown = isDown; }
 
 private:
     ScreenPoint m_location = pointerOutside;
     bool m_isAnyButtonDown = false;
     bool m_isOver = false;
-    std::optional<QPointF> m_lastPlace;
+    QPointF m_place;
+    /// Where the surface was taken away from it.
+    std::optional<QPointF> m_placeBefore;
     QRegion m_outline;
     /// What the outline has covered all the time since the pointer was last heard of.
     QRegion m_watched;

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+struct wl_callback;
 struct wl_keyboard;
 
 namespace nimbarrow {
@@ -12,15 +13,19 @@ namespace nimbarrow {
 /// does where a layer surface keeps the keys for itself, whenever another window would have got them.
 class LayerKeyboard {
 public:
-    /// `lost` is called on the main thread, in the middle of the compositor's events, each time that the
-    /// surface with the keyboard loses it.
+    /// For a surface that has asked for the keyboard. `lost` is called on the main thread, in the middle of
+    /// the compositor's events, each time that the surface loses it after that.
     explicit LayerKeyboard(std::function<void()> lost);
     ~LayerKeyboard();
     Q_DISABLE_COPY_MOVE(LayerKeyboard)
 
 private:
+    void listen();
+
     std::function<void()> m_lost;
-    /// Null where there is no keyboard.
+    /// To what was asked: one that nobody else wanted is taken away before it is given anew.
+    wl_callback* m_answer;
+    /// Null where there is no keyboard, and before the answer.
     wl_keyboard* m_keyboard = nullptr;
 };
 

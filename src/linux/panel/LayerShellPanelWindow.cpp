@@ -160,7 +160,7 @@ void LayerShellPanelWindow::show()
 void LayerShellPanelWindow::unmap()
 {
     resignKey();
-    m_pointer.leave();
+    m_pointer.loseSurface();
     if (!m_layer)
         return;
     m_layer.reset();
@@ -183,11 +183,11 @@ void LayerShellPanelWindow::makeKey()
     if (m_keyboard || !m_layer)
         return;
     m_keys.forget();
+    setInteractive(true);
     // Not from inside an event of what is destroyed.
     m_keyboard = std::make_unique<LayerKeyboard>([this] {
         QMetaObject::invokeMethod(this, &LayerShellPanelWindow::keyboardLost, Qt::QueuedConnection);
     });
-    setInteractive(true);
 }
 
 void LayerShellPanelWindow::resignKey()

@@ -59,6 +59,12 @@ private Q_SLOTS:
         });
         row("at rest where the surface goes and comes", std::nullopt, [](auto& pointer) {
             pointer.enter(inNotch);
+            pointer.loseSurface();
+            pointer.leave();
+            pointer.enter(inNotch);
+        });
+        row("out and back to the very place", inNotch, [](auto& pointer) {
+            pointer.enter(inNotch);
             pointer.leave();
             pointer.enter(inNotch);
         });
