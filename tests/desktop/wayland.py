@@ -10,20 +10,26 @@ import time
 
 from desktop import Desktop, HEIGHT, NOTCH_MIDDLE, StageMissed, wait_until, WIDTH
 
-PYTHON = "/usr/bin/python3"
 # sway refuses to run as root.
 OTHER_USER = "nobody"
+HEADLESS = {"WLR_BACKENDS": "headless", "WLR_LIBINPUT_NO_DEVICES": "1", "WLR_RENDERER": "pixman"}
 # The kernel's codes of keys.
 KEYS = {"Escape": 1, "Return": 28, "Down": 108, "Up": 103, "Left": 105, "Right": 106}
 for first, letters in ((16, "qwertyuiop"), (30, "asdfghjkl"), (44, "zxcvbnm")):
     KEYS |= {letter: first + index for index, letter in enumerate(letters)}
 
 
-def known_compositors():
-    """Without KWin 6: it gives the tests no pictures yet and, a known fault, does not tell which program is in front."""
-    # Its program does not run everywhere, not even for its version.
-    version = subprocess.run(["dpkg-query", "-W", "-f=${Version}", "kwin-wayland"], capture_output=True, text=True).stdout
-    return ["sway", "kwin"] if ":5." in version else ["sway"]
+# Where the windows of the programs that a test drags from and to stand, in points.
+DRAG_WINDOWS, DRAG_LEFT, DRAG_TOP = ("Drag source", "Drop target"), 100, 600
+LABWC = """<labwc_config>
+  <placement><policy>cascade</policy></placement>
+  <windowRules>{rules}</windowRules>
+</labwc_config>
+"""
+LABWC_RULE = """<windowRule title="{title}" serverDecoration="no"><action name="MoveTo" x="{left}" y="{top}"/></windowRule>"""
+# 2: always; 1: the whole title.
+KWIN_RULES = "[General]\ncount={count}\nrules={numbers}\n"
+KWIN_RULE = "[{number}]\nDescription=x\ntitle={title}\ntitlematch=1\nposition={left},{top}\npositionrule=2\n"
 
 
 class WaylandDesktop(Desktop):
@@ -48,7 +54,7 @@ class WaylandDesktop(Desktop):
         super().declare_notch()
         panels = self.home / "data" / "Nimbarrow" / "display-panels"
         description = (panels / "screen.json").read_text()
-        for name in ("HEADLESS-1", "Virtual-1", "Virtual-0"):
+        for name in ("HEADLESS-1", "X11-0"):
             (panels / f"{name}.json").write_text(description)
         (panels / "screen.json").unlink()
 
@@ -69,10 +75,7 @@ class WaylandDesktop(Desktop):
         return self
 
     def start_compositor(self):
-        if self.compositor_name == "sway":
-            self._start_sway()
-        else:
-            self._start_kwin()
+        {"sway": self._start_sway, "labwc": self._start_labwc, "kwin": self._start_kwin}[self.compositor_name]()
         wait_until("a compositor", lambda: pathlib.Path(self.environment["WAYLAND_DISPLAY"]).exists()
                    and self._still_composes(), 30)
 
@@ -84,6 +87,27 @@ class WaylandDesktop(Desktop):
     def compositor_log(self):
         return (self.home / "compositor.log").read_text(errors="replace")
 
+    def _start_labwc(self):
+        configuration = self.home / "labwc"
+        configuration.mkdir(exist_ok=True)
+        rules = "".join(LABWC_RULE.format(title=title, left=DRAG_LEFT, top=DRAG_TOP) for title in DRAG_WINDOWS)
+        (configuration / "rc.xml").write_text(LABWC.format(rules=rules))
+        self.environment["WAYLAND_DISPLAY"] = self.environment["XDG_RUNTIME_DIR"] + "/wayland-0"
+        environment = {**self.environment, **HEADLESS}
+        del environment["WAYLAND_DISPLAY"]
+        self._run_compositor(["labwc", "-C", str(configuration)], env=environment, cwd=self.home)
+        wait_until("an output", lambda: self._still_composes() and self._set_output("--on"))
+
+    def _set_output(self, switch):
+        mode = ["--custom-mode", f"{WIDTH}x{HEIGHT}", "--scale", str(self.output_scale)] if switch == "--on" else []
+        return subprocess.run(["wlr-randr", "--output", "HEADLESS-1", switch, *mode], env=self.environment,
+                              capture_output=True).returncode == 0
+
+    def _run_compositor(self, command, **more):
+        with open(self.home / "compositor.log", "ab") as log:
+            self.compositor_process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log, **more)
+        self.processes.append(self.compositor_process)
+
     def _start_sway(self):
         # Programs do not trust a folder of another user.
         runtime = self.home / "compositor"
@@ -92,6 +116,7 @@ class WaylandDesktop(Desktop):
         configuration.write_text(
             f"output HEADLESS-1 resolution {WIDTH}x{HEIGHT} position 0 0 scale {self.output_scale} bg #31547a solid_color\n"
             f"xwayland {'enable' if self.xwayland else 'disable'}\ndefault_border none\n"
+            f"for_window [title=\"^({'|'.join(DRAG_WINDOWS)})$\"] floating enable, move position {DRAG_LEFT} {DRAG_TOP}\n"
             # Its X server lets in nobody but its own user.
             f"exec {'xhost +local: && ' if self.xwayland else ''}echo \"$DISPLAY\" > {runtime}/x11-display\n")
         user = {}
@@ -100,33 +125,33 @@ class WaylandDesktop(Desktop):
             user = {"user": OTHER_USER, "group": pwd.getpwnam(OTHER_USER).pw_gid, "extra_groups": []}
         socket = runtime / "sway.sock"
         self.environment.update({"SWAYSOCK": str(socket), "WAYLAND_DISPLAY": str(runtime / "wayland-1")})
-        variables = {"WLR_BACKENDS": "headless", "WLR_LIBINPUT_NO_DEVICES": "1", "WLR_RENDERER": "pixman",
-                     "HOME": str(runtime), "XDG_RUNTIME_DIR": str(runtime)}
-        environment = {**self.environment, **variables}
+        environment = {**self.environment, **HEADLESS, "HOME": str(runtime), "XDG_RUNTIME_DIR": str(runtime)}
         del environment["WAYLAND_DISPLAY"]
-        with open(self.home / "compositor.log", "ab") as log:
-            self.compositor_process = subprocess.Popen(["sway", "-c", str(configuration)], env=environment, cwd=runtime,
-                                                       stdin=subprocess.DEVNULL, stdout=log, stderr=log, **user)
-        self.processes.append(self.compositor_process)
+        self._run_compositor(["sway", "-c", str(configuration)], env=environment, cwd=runtime, **user)
         wait_until("the compositor's socket", lambda: self._still_composes() and socket.exists())
         wait_until("the compositor's start", (runtime / "x11-display").exists)
         if self.xwayland:
             self.environment["DISPLAY"] = (runtime / "x11-display").read_text().strip()
 
     def _start_kwin(self):
+        """As a window of an X server: without a graphics driver it has no pictures of its own to give."""
+        self._start_server()
+        self.server_display = self.environment.pop("DISPLAY")
+        rules = [KWIN_RULE.format(number=number, title=title, left=DRAG_LEFT, top=DRAG_TOP)
+                 for number, title in enumerate(DRAG_WINDOWS, 1)]
+        numbers = ",".join(str(number + 1) for number in range(len(rules)))
+        (self.home / "config" / "kwinrulesrc").write_text(
+            KWIN_RULES.format(count=len(rules), numbers=numbers) + "".join(rules))
         # What Debian installs has a capability that takes more rights than a container has.
         binary = self.home / "kwin_wayland"
         shutil.copyfile(shutil.which("kwin_wayland"), binary)
         binary.chmod(0o755)
-        variables = {"KWIN_COMPOSE": "O2", "LIBGL_ALWAYS_SOFTWARE": "1", "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1",
-                     "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1"}
+        variables = {"KWIN_COMPOSE": "Q", "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1"}
         self.environment["WAYLAND_DISPLAY"] = self.environment["XDG_RUNTIME_DIR"] + "/wayland-kwin"
-        with open(self.home / "compositor.log", "ab") as log:
-            self.compositor_process = subprocess.Popen(
-                [str(binary), "--virtual", "--no-lockscreen", "--width", str(WIDTH), "--height", str(HEIGHT), "--scale",
-                 str(self.output_scale), "--socket", "wayland-kwin"] + (["--xwayland"] if self.xwayland else []),
-                env={**self.environment, **variables}, cwd=self.home, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
-        self.processes.append(self.compositor_process)
+        self._run_compositor(
+            [str(binary), "--x11-display", self.server_display, "--no-lockscreen", "--width", str(self.points[0]),
+             "--height", str(self.points[1]), "--scale", str(self.output_scale), "--socket", "wayland-kwin"],
+            env={**self.environment, **variables}, cwd=self.home)
 
     def _start_hands(self):
         """A seat without devices has no pointer and no keyboard, and programs learn late that it has got them."""
@@ -134,13 +159,19 @@ class WaylandDesktop(Desktop):
         self.hand = self.spawn([str(self.peers / "Hand"), str(width), str(height)], stdout=subprocess.PIPE,
                                stdin=subprocess.PIPE, text=True)
         self.hand.stdout.readline()
-        if self.compositor_name == "sway":
+        if self.compositor_name != "kwin":
             self.spawn(["wtype", "-s", "100000000", "z"])
-        else:
+        if self.compositor_name != "sway":
             self.spawn(["swaybg", "-c", "#31547a"])
-            self.camera = self.spawn([PYTHON, str(pathlib.Path(__file__).parent / "peers" / "kwin_picture.py")],
-                                     stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+            wait_until("a background", lambda: not self.is_black(100, 600))
         time.sleep(0.7)
+
+    def switch_output(self, on):
+        """The output with the notch."""
+        if self.compositor_name == "labwc":
+            self._set_output("--on" if on else "--off")
+        else:
+            self.swaymsg("output", "HEADLESS-1", "enable" if on else "disable")
 
     def swaymsg(self, *words):
         return self.call(["swaymsg", "-s", self.environment["SWAYSOCK"], *words]).decode()
@@ -186,18 +217,18 @@ class WaylandDesktop(Desktop):
 
     def key(self, *keys):
         for key in keys:
-            if self.compositor_name == "sway":
-                self.call(["wtype", "-k", key])
-            else:
+            if self.compositor_name == "kwin":
                 self.do("key", KEYS[key], 1)
                 self.do("key", KEYS[key], 0)
+            else:
+                self.call(["wtype", "-k", key])
             time.sleep(0.05)
 
     def type(self, text):
-        if self.compositor_name == "sway":
-            self.call(["wtype", text])
-        else:
+        if self.compositor_name == "kwin":
             self.key(*text)
+        else:
+            self.call(["wtype", text])
 
     def copy(self, data, target=None):
         words = ["wl-copy"] + (["-t", target] if target else [])
@@ -211,27 +242,33 @@ class WaylandDesktop(Desktop):
 
     def _pixels(self, x, y, width, height):
         """Of a part of the screen, in points, three bytes each."""
-        if self.compositor_name != "sway":
-            self.camera.stdin.write(f"{x} {y} {width} {height}\n".encode())
-            self.camera.stdin.flush()
-            return self.camera.stdout.read(width * height * 3)
+        if self.compositor_name == "kwin":
+            x, y, width, height = (round(value * self.output_scale) for value in (x, y, width, height))
+            return self._import("-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-")
         picture = self.call(["grim", "-s", "1", "-t", "ppm", "-g", f"{x},{y} {width}x{height}", "-"])
         return picture[-width * height * 3:]
 
+    def _import(self, *words):
+        return subprocess.run(["import", "-display", self.server_display, "-window", "root", *words], check=True,
+                              stdout=subprocess.PIPE, timeout=60).stdout
+
     def pixel(self, x, y):
-        return tuple(self._pixels(x, y, 1, 1))
+        return tuple(self._pixels(x, y, 1, 1)[:3])
 
     def brightest(self, x, top, bottom):
         return max(self._pixels(x, top, 1, bottom - top))
 
     def picture(self, path):
-        if self.compositor_name == "sway":
+        if self.compositor_name == "kwin":
+            self._import(str(path))
+        else:
             self.call(["grim", str(path)])
-            return path
-        width, height = self.points
-        self.call(["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-", str(path)],
-                  input=self._pixels(0, 0, width, height))
         return path
+
+
+def wanted(words, usual):
+    """The compositors to play on: those that were asked for, or else the usual ones."""
+    return words or usual
 
 
 def run_wayland_test(program, peers, play, **options):

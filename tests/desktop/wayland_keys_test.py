@@ -1,4 +1,4 @@
-"""wayland_keys_test.py PROGRAM PEERS: the hot key, and what is picked pasted into another program's window, on real
+"""wayland_keys_test.py PROGRAM PEERS [COMPOSITOR...]: the hot key, and what is picked pasted into another program's window, on real
 compositors without an X server."""
 
 import subprocess
@@ -6,7 +6,7 @@ import sys
 import time
 
 from desktop import reached, StageMissed, wait_until
-from wayland import known_compositors, run_wayland_test
+from wayland import run_wayland_test, wanted
 from wayland_panel_test import PanelFlow
 
 CONTROL, SHIFT, META, ALT, S, V, RETURN, DOWN = 29, 42, 125, 56, 31, 47, 28, 108
@@ -38,7 +38,7 @@ def copies(desktop, *texts):
         wait_until(f"{text!r} in the history", lambda: any(i.get("text") == text for i in desktop.history()))
 
 
-def play_on_sway(desktop):
+def play(desktop):
     flow = PanelFlow(desktop)
     flow.starts()
     terminal = Terminal(desktop)
@@ -83,7 +83,9 @@ def play_on_kwin(desktop):
     wait_until("a hot key among the shortcuts", lambda: desktop._still_runs()
                and "301989974" in ask_shortcuts(desktop, "shortcut"), 20)
     reached("a start on KWin")
-    desktop.spawn(["mousepad", "--disable-server"])
+    note = desktop.home / "note.txt"
+    note.write_text("")
+    desktop.spawn(["mousepad", "--disable-server", str(note)])
     time.sleep(3)
     copies(desktop, "older", "newer")
     for keys in ((META, SHIFT, V), (CONTROL, ALT, V)):
@@ -100,13 +102,26 @@ def play_on_kwin(desktop):
         # As the system's settings do it.
         ask_shortcuts(desktop, "setForeignShortcut", "[201326678]")
         reached(f"an entry picked by {keys}")
+    copies(desktop, "clicked")
+    flow = PanelFlow(desktop)
+    desktop.move(flow.middle, flow.notch_height / 2)
+    flow.wait_open()
+    desktop.click(flow.middle + 20, 82)
+
+    def saved():
+        chord(desktop, CONTROL, S)
+        time.sleep(0.3)
+        return note.read_text()
+
+    wait_until("the clicked entry in the editor", lambda: "clicked" in saved())
+    reached("pasted by a click")
 
 
-def main(program, peers):
+def main(program, peers, *compositors):
     settings = {"language": "en", "pasteOnClick": True, "peekOnClipboard": False}
-    return (run_wayland_test(program, peers, play_on_sway, settings=settings)
-            or ("kwin" in known_compositors()
-                and run_wayland_test(program, peers, play_on_kwin, compositor="kwin", settings=settings)))
+    return any(run_wayland_test(program, peers, play_on_kwin if compositor == "kwin" else play, compositor=compositor,
+                                settings=settings)
+               for compositor in wanted(compositors, ("sway", "kwin")))
 
 
 if __name__ == "__main__":

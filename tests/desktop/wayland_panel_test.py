@@ -1,11 +1,11 @@
-"""wayland_panel_test.py PROGRAM PEERS: the panel on real compositors without an X server: over everything, out of the way,
+"""wayland_panel_test.py PROGRAM PEERS [COMPOSITOR...]: the panel on real compositors without an X server: over everything, out of the way,
 and never in anybody's way to the keyboard."""
 
 import sys
 import time
 
 from desktop import NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_RIGHT, reached, StageMissed, wait_until
-from wayland import known_compositors, run_wayland_test
+from wayland import run_wayland_test, wanted
 
 
 class PanelFlow:
@@ -112,14 +112,15 @@ class PanelFlow:
         self.output_goes_and_comes_back()
         # A place is one on all outputs together, so the hands stay where they are from now on.
         self.hovers()
-        self.desktop.swaymsg("create_output")
-        self.output_goes_and_comes_back()
+        if self.desktop.compositor_name == "sway":
+            self.desktop.swaymsg("create_output")
+            self.output_goes_and_comes_back()
         reached("an output gone and back")
 
     def output_goes_and_comes_back(self):
-        self.desktop.swaymsg("output", "HEADLESS-1", "disable")
+        self.desktop.switch_output(on=False)
         time.sleep(0.5)
-        self.desktop.swaymsg("output", "HEADLESS-1", "enable")
+        self.desktop.switch_output(on=True)
         wait_until("the panel on the output that is back", lambda: self.desktop._still_runs() and self.is_at_rest())
 
     def outlives_nothing(self):
@@ -213,7 +214,7 @@ def play(desktop):
     flow.starts()
     reached("a start without an X server")
     flow.hovers()
-    if desktop.compositor_name == "sway" and desktop.output_scale == 1:
+    if desktop.compositor_name != "kwin" and desktop.output_scale == 1:
         flow.keeps_awake()
     # Where nobody else wants the keyboard.
     for _ in range(2):
@@ -234,7 +235,7 @@ def play(desktop):
     flow.lets_clicks_through(other)
     flow.stays_closed()
     other.close()
-    if desktop.compositor_name == "sway":
+    if desktop.compositor_name != "kwin":
         flow.keeps_to_its_output()
     flow.outlives_nothing()
 
@@ -263,17 +264,17 @@ def play_locked(desktop):
     reached("a locked session")
 
 
-def main(program, peers):
-    if run_wayland_test(program, peers, play_in_x_server, xwayland=True, settings={"language": "en"}):
-        return 1
-    if run_wayland_test(program, peers, play_locked, settings={"language": "en"}):
-        return 1
-    for compositor, scale in (("sway", 1), ("sway", 1.5), ("kwin", 1)):
-        if compositor not in known_compositors():
-            continue
-        reached(f"{compositor} at {scale}")
-        if run_wayland_test(program, peers, play, compositor=compositor, scale=scale, settings={"language": "en"}):
-            return 1
+def main(program, peers, *compositors):
+    for compositor in wanted(compositors, ("sway", "kwin")):
+        plays = [(play, {"scale": scale}) for scale in (1, 1.5)]
+        if compositor != "kwin":
+            plays.append((play_locked, {}))
+        if compositor == "sway":
+            plays.append((play_in_x_server, {"xwayland": True}))
+        for part, options in plays:
+            reached(f"{part.__name__} on {compositor}, {options}")
+            if run_wayland_test(program, peers, part, compositor=compositor, settings={"language": "en"}, **options):
+                return 1
     return 0
 
 
