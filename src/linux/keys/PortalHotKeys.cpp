@@ -108,7 +108,7 @@ private Q_SLOTS:
     /// The next portal knows neither the program nor its keys, and starts when it is asked.
     void followOwner(const QString& /*name*/, const QString& /*before*/, const QString& now)
     {
-        // Once for each that has bound something, so that nobody is asked for ever who ends of it.
+        // One that ends over the question itself is not asked for ever.
         if (!now.isEmpty() || !std::exchange(m_isBound, false))
             return;
         introduceToPortals(m_bus);
