@@ -32,7 +32,7 @@ void addBusHotKeys(Platform& platform, bool isKWin)
                 u'\'' + program + "' --toggle"_L1, questions, defaults, queues, std::move(bound));
         };
     }
-    auto keys = std::make_unique<BusHotKeys>(liveSessionBus(), isKWin,
+    auto keys = std::make_unique<BusHotKeys>(liveSessionBus(), *platform.userDefaults, isKWin,
         isUkrainian ? u"Показати або сховати історію"_s : u"Show or hide the history"_s, std::move(custom));
     platform.capabilities.set(Capabilities::Part::HotKey, [&keys = *keys] {
         const auto line = hotKeyLine(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));

@@ -32,8 +32,10 @@ private:
     std::shared_ptr<Wanted> m_wanted;
 };
 
-BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString description, Maker custom)
+BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, UserDefaults& defaults, bool isKWin,
+    QString description, Maker custom)
     : m_bus(std::move(bus))
+    , m_defaults(defaults)
     , m_description(std::move(description))
     , m_custom(std::move(custom))
 {
@@ -63,7 +65,9 @@ void BusHotKeys::use(HotKeyWay way)
     const auto bound = [this, way](bool isBound) { m_way = isBound ? way : HotKeyWay::Nothing; };
     switch (way) {
     case HotKeyWay::GlobalAccel: m_keys = std::make_unique<GlobalAccelHotKeys>(*m_bus, m_description); break;
-    case HotKeyWay::Portal: m_keys = std::make_unique<PortalHotKeys>(*m_bus, m_description, bound); break;
+    case HotKeyWay::Portal:
+        m_keys = std::make_unique<PortalHotKeys>(*m_bus, m_defaults, m_description, bound);
+        break;
     case HotKeyWay::Custom: m_keys = m_custom(bound); break;
     case HotKeyWay::Nothing: break;
     }

@@ -11,6 +11,8 @@
 
 namespace nimbarrow {
 
+class UserDefaults;
+
 /// The hot key by whichever service of the session's message bus has such keys. It is found out in the
 /// background; what was registered until then is registered there as soon as it is known.
 class BusHotKeys final : public HotKeys {
@@ -18,9 +20,11 @@ public:
     /// Makes hot keys that call `bound` with whether there is one.
     using Maker = std::function<std::unique_ptr<HotKeys>(std::function<void(bool isBound)> bound)>;
 
-    /// `description` is what the hot key is called in the system's settings. Without a bus there is none.
-    /// `custom`, if there is one, makes what the desktop has for programs where the bus has nothing.
-    BusHotKeys(std::optional<QDBusConnection> bus, bool isKWin, QString description, Maker custom = {});
+    /// `defaults`, which live longer, remember what the user has answered. `description` is what the hot key
+    /// is called in the system's settings. Without a bus there is none. `custom`, if there is one, makes what
+    /// the desktop has for programs where the bus has nothing.
+    BusHotKeys(std::optional<QDBusConnection> bus, UserDefaults& defaults, bool isKWin, QString description,
+        Maker custom = {});
     ~BusHotKeys() override;
 
     [[nodiscard]] std::unique_ptr<Registration> registerKey(
@@ -36,6 +40,7 @@ private:
     void use(HotKeyWay way);
 
     std::optional<QDBusConnection> m_bus;
+    UserDefaults& m_defaults;
     QString m_description;
     Maker m_custom;
     BusKeyFacts m_facts;

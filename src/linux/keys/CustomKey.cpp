@@ -119,9 +119,12 @@ CustomKey::~CustomKey() = default;
 std::unique_ptr<HotKeys::Registration> CustomKey::registerKey(
     Key key, KeyModifiers modifiers, std::function<void()> /*pressed*/)
 {
+    m_isWanted = true;
     const auto places = std::make_shared<std::optional<QStringList>>();
     m_settings->run([places] { *places = readPlaces(); }, &m_context,
         [this, places, binding = bindingOf(key, modifiers)] {
+            if (!m_isWanted)
+                return;
             const bool isThere = *places && (*places)->contains(ownPlace);
             // Who has said no, or has taken it away in GNOME's settings, is not asked again.
             if (*places && !isThere && !m_defaults.boolean(askedKey))
@@ -170,6 +173,7 @@ void CustomKey::remove()
 {
     if (m_isEnding)
         return;
+    m_isWanted = false;
     m_question.reset();
     // Who switches it on again wants to be asked again.
     m_defaults.set(askedKey, false);

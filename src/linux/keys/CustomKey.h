@@ -40,6 +40,7 @@ private:
     std::function<void(bool)> m_bound;
     std::unique_ptr<WorkQueue> m_settings;
     std::unique_ptr<Questions::Standing> m_question;
+    bool m_isWanted = false;
     bool m_isEnding = false;
     /// Owns what is on its way. Goes first, and nothing is answered any more.
     QObject m_context;

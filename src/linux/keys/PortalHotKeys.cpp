@@ -2,7 +2,9 @@
 
 #include "linux/session/BusCalls.h"
 #include "linux/session/PortalRequest.h"
+#include "platform/UserDefaults.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
@@ -19,6 +21,9 @@ namespace {
 Q_LOGGING_CATEGORY(shortcuts, "nimbarrow.hotkey")
 
 const QString shortcutId = u"toggle-history"_s;
+constexpr QStringView answerKey = u"portalHotKey";
+const QString granted = u"granted"_s;
+const QString refused = u"refused"_s;
 
 /// As the portal wants it: (sa{sv}).
 struct PortalShortcut {
@@ -62,9 +67,10 @@ class PortalHotKeys::Session final : public QObject, public Registration {
     Q_OBJECT
 
 public:
-    Session(QDBusConnection bus, PortalShortcut shortcut, std::function<void()> pressed,
-        std::function<void(bool)> bound)
+    Session(QDBusConnection bus, UserDefaults& defaults, PortalShortcut shortcut,
+        std::function<void()> pressed, std::function<void(bool)> bound)
         : m_bus(std::move(bus))
+        , m_defaults(defaults)
         , m_shortcut(std::move(shortcut))
         , m_pressed(std::move(pressed))
         , m_bound(std::move(bound))
@@ -72,11 +78,17 @@ public:
         followPortals(m_bus, this, SLOT(followOwner(QString, QString, QString)));
         followBusSignal(m_bus, u"/org/freedesktop/portal/desktop"_s, globalShortcutsPortal, u"Activated"_s,
             this, SLOT(activate(QDBusObjectPath, QString)));
-        create();
+        connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { m_isEnding = true; });
+        if (m_defaults.string(answerKey) == refused)
+            m_bound(false);
+        else
+            create();
     }
 
     ~Session() override
     {
+        if (!m_isEnding)
+            m_defaults.set(answerKey, QString());
         if (!m_session.isEmpty())
             m_bus.send(QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s, m_session,
                 u"org.freedesktop.portal.Session"_s, u"Close"_s));
@@ -96,7 +108,7 @@ private Q_SLOTS:
     /// The next portal knows neither the program nor its keys, and starts when it is asked.
     void followOwner(const QString& /*name*/, const QString& /*before*/, const QString& now)
     {
-        // Once for each that has bound something, so that nobody is asked for ever who ends of it.
+        // One that ends over the question itself is not asked for ever.
         if (!now.isEmpty() || !std::exchange(m_isBound, false))
             return;
         introduceToPortals(m_bus);
@@ -122,10 +134,13 @@ private:
             { QVariant::fromValue(QDBusObjectPath(m_session)),
                 QVariant::fromValue(QList<PortalShortcut> { m_shortcut }), QString() },
             {}, this, [this](const PortalAnswer& answer) {
-                // GNOME 48 leaves to chance which answer goes with what it has bound.
+                // GNOME 48 leaves to chance which answer goes with what it has bound, and has the same one
+                // for a refusal and for what has failed. Who has agreed once has not refused it now.
                 const auto bound = qdbus_cast<QList<PortalShortcut>>(answer.results.value(u"shortcuts"_s));
-                finish(!bound.isEmpty() || answer.kind == PortalAnswer::Kind::Granted,
-                    answer.kind == PortalAnswer::Kind::Refused);
+                const auto isBound = !bound.isEmpty() || answer.kind == PortalAnswer::Kind::Granted;
+                if (isBound || m_defaults.string(answerKey) != granted)
+                    m_defaults.set(answerKey, isBound ? granted : refused);
+                finish(isBound, answer.kind == PortalAnswer::Kind::Refused);
             });
     }
 
@@ -139,15 +154,19 @@ private:
     }
 
     QDBusConnection m_bus;
+    UserDefaults& m_defaults;
     PortalShortcut m_shortcut;
     std::function<void()> m_pressed;
     std::function<void(bool)> m_bound;
     QString m_session;
     bool m_isBound = false;
+    bool m_isEnding = false;
 };
 
-PortalHotKeys::PortalHotKeys(QDBusConnection bus, QString description, std::function<void(bool)> bound)
+PortalHotKeys::PortalHotKeys(
+    QDBusConnection bus, UserDefaults& defaults, QString description, std::function<void(bool)> bound)
     : m_bus(std::move(bus))
+    , m_defaults(defaults)
     , m_description(std::move(description))
     , m_bound(std::move(bound))
 {
@@ -158,7 +177,7 @@ PortalHotKeys::PortalHotKeys(QDBusConnection bus, QString description, std::func
 std::unique_ptr<HotKeys::Registration> PortalHotKeys::registerKey(
     Key key, KeyModifiers modifiers, std::function<void()> pressed)
 {
-    return std::make_unique<Session>(m_bus,
+    return std::make_unique<Session>(m_bus, m_defaults,
         PortalShortcut { shortcutId,
             { { u"description"_s, m_description }, { u"preferred_trigger"_s, trigger(key, modifiers) } } },
         std::move(pressed), m_bound);

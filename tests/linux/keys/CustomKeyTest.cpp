@@ -94,6 +94,10 @@ private Q_SLOTS:
         QCOMPARE(m_bound, QList<bool> { true });
         switchOff();
         QCOMPARE(keys(), u"['%1']"_s.arg(theirs));
+        // On and off again before the settings have been read.
+        m_registration = m_keys->registerKey(Key::V, KeyModifier::Command, [] {});
+        switchOff();
+        QCOMPARE(m_user.asked, 1);
         QCOMPARE(ownValue(u"binding"_s), u"''"_s);
         switchOn();
         QCOMPARE(m_user.asked, 2);

@@ -3,6 +3,7 @@
 #include "linux/keys/BusHotKeys.h"
 #include "linux/keys/InputWays.h"
 #include "linux/keys/RemoteDesktop.h"
+#include "support/FakeUserDefaults.h"
 #include "support/ManualQueues.h"
 #include "support/Portals.h"
 #include "support/PrivateBus.h"
@@ -77,6 +78,7 @@ private Q_SLOTS:
     {
         m_disk = std::make_unique<TestFolder>();
         m_portals = std::make_unique<InputPortals>();
+        m_defaults.values.clear();
         QVERIFY(m_portals->serve(m_bus.address(), u"desktop"_s));
         m_program.emplace(QDBusConnection::connectToBus(m_bus.address(), u"program"_s));
     }
@@ -244,7 +246,7 @@ private Q_SLOTS:
 
     void aNewPortalIsToldTheHotKeyAnew()
     {
-        BusHotKeys hotKeys(m_program, false, u"Show"_s);
+        BusHotKeys hotKeys(m_program, m_defaults, false, u"Show"_s);
         const auto registered = hotKeys.registerKey(Key::V, KeyModifier::Command, [] {});
         QTRY_COMPARE(m_portals->asked.size(), 1);
         // The answer is on its way.
@@ -257,7 +259,7 @@ private Q_SLOTS:
     void hotKeyComesThroughThePortal()
     {
         auto fired = 0;
-        BusHotKeys hotKeys(m_program, false, u"Show"_s);
+        BusHotKeys hotKeys(m_program, m_defaults, false, u"Show"_s);
         auto registered
             = hotKeys.registerKey(Key::V, KeyModifier::Command | KeyModifier::Shift, [&fired] { ++fired; });
         QTRY_COMPARE(m_portals->asked, QStringList(u"toggle-history|Show|LOGO+SHIFT+v"_s));
@@ -300,23 +302,41 @@ private Q_SLOTS:
         m_portals->listsShortcuts = lists;
         if (response == 2 && !lists)
             QTest::ignoreMessage(QtWarningMsg, "The desktop's portal gives no hot key");
-        BusHotKeys hotKeys(m_program, false, u"Show"_s);
-        const auto registered = hotKeys.registerKey(Key::V, KeyModifier::Command, [] {});
+        BusHotKeys hotKeys(m_program, m_defaults, false, u"Show"_s);
+        auto registered = hotKeys.registerKey(Key::V, KeyModifier::Command, [] {});
         QTRY_COMPARE(m_portals->asked.size(), 1);
         // The answer is on its way.
         QTest::qWait(30);
         QCOMPARE(hotKeys.way(), std::optional(way));
+        // At the next start nobody who has refused it is asked, but whoever switches it on is.
+        QVERIFY(QMetaObject::invokeMethod(qApp, "aboutToQuit"));
+        registered.reset();
+        BusHotKeys next(m_program, m_defaults, false, u"Show"_s);
+        registered = next.registerKey(Key::V, KeyModifier::Command, [] {});
+        QTRY_VERIFY(next.way().has_value());
+        QTest::qWait(30);
+        QCOMPARE(next.way(), std::optional(way));
+        const auto questions = m_portals->asked.filter(u"Show"_s).size();
+        QCOMPARE(questions, way == HotKeyWay::Portal ? 2 : 1);
+        if (way == HotKeyWay::Portal)
+            return;
+        registered.reset();
+        if (response == 2)
+            QTest::ignoreMessage(QtWarningMsg, "The desktop's portal gives no hot key");
+        registered = next.registerKey(Key::V, KeyModifier::Command, [] {});
+        QTRY_COMPARE(m_portals->asked.filter(u"Show"_s).size(), 2);
+        QTest::qWait(30);
     }
 
     void withoutAServiceThereIsNoHotKey()
     {
         m_portals->versions.remove(u"GlobalShortcuts"_s);
-        BusHotKeys hotKeys(m_program, false, u"Show"_s);
+        BusHotKeys hotKeys(m_program, m_defaults, false, u"Show"_s);
         QVERIFY(!hotKeys.way());
         const auto registered = hotKeys.registerKey(Key::V, KeyModifier::Command, [] {});
         QVERIFY(registered);
         QTRY_COMPARE(hotKeys.way(), std::optional(HotKeyWay::Nothing));
-        QCOMPARE(BusHotKeys({}, true, {}).way(), std::optional(HotKeyWay::Nothing));
+        QCOMPARE(BusHotKeys({}, m_defaults, true, {}).way(), std::optional(HotKeyWay::Nothing));
     }
 
 private:
@@ -343,6 +363,7 @@ private:
     ManualQueues m_queues;
     std::unique_ptr<TestFolder> m_disk;
     std::unique_ptr<InputPortals> m_portals;
+    FakeUserDefaults m_defaults;
     std::optional<QDBusConnection> m_program;
     std::unique_ptr<RemoteDesktop> m_trust;
 };
