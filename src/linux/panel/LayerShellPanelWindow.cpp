@@ -149,8 +149,6 @@ void LayerShellPanelWindow::map()
 
 void LayerShellPanelWindow::show()
 {
-    // It may come under a pointer that rests, which then has not come to it.
-    m_pointer.noteNewOutline();
     m_window.show();
     // Only now Qt asks for a scale between two whole ones, and its buffers then count as they are. By then it
     // may have believed the whole one that the compositor has told, and such buffers would end the
