@@ -3,7 +3,7 @@
 #include "linux/keys/BusHotKeys.h"
 #include "linux/keys/InputWays.h"
 #include "linux/keys/RemoteDesktop.h"
-#include "support/FakeUserDefaults.h"
+#include "support/FakeDesktop.h"
 #include "support/ManualQueues.h"
 #include "support/Portals.h"
 #include "support/PrivateBus.h"
