@@ -266,6 +266,12 @@ class WaylandDesktop(Desktop):
         return path
 
 
+def scales(compositor):
+    """KWin 6 decides for itself on the scale of an output that is a window."""
+    version = subprocess.run(["dpkg-query", "-W", "-f=${Version}", "kwin-wayland"], capture_output=True, text=True).stdout
+    return (1, 1.5) if compositor != "kwin" or ":5." in version else (1,)
+
+
 def wanted(words, usual):
     """The compositors to play on: those that were asked for, or else the usual ones."""
     return words or usual

@@ -39,6 +39,24 @@ def copies_a_secret(desktop):
     reached("secret")
 
 
+def copies_of_trying_programs(desktop):
+    """A text that is far too large, and one whose program stands still while it is read, hold nothing up."""
+    flood = desktop.home / "flood"
+    flood.write_bytes(b"too much " * 11_000_000)
+    for stands_still in (False, True):
+        with open(flood) as text:
+            owner = subprocess.Popen(["wl-copy", "--foreground", "-t", "text/plain"], env=desktop.environment, stdin=text,
+                                     stderr=subprocess.DEVNULL)
+        time.sleep(0.5)
+        if stands_still:
+            owner.send_signal(signal.SIGSTOP)
+        desktop.copy(f"after that, {stands_still}")
+        desktop.wait_for_entry("the next copy", lambda item: item.get("text") == f"after that, {stands_still}", 5)
+        owner.kill()
+        owner.wait()
+    reached("trying programs")
+
+
 def chooses_by_click(desktop, flow):
     """The entry is on the clipboard, and nothing is announced as a new one."""
     before = desktop.history()
@@ -128,6 +146,7 @@ def play(desktop, peers):
     flow.copies()
     copies_of_a_hurried_program(desktop)
     copies_a_secret(desktop)
+    copies_of_trying_programs(desktop)
     chooses_by_click(desktop, flow)
     drops(desktop, flow, os.path.abspath(peers))
     drags_out(desktop, flow, os.path.abspath(peers))

@@ -5,7 +5,7 @@ import sys
 import time
 
 from desktop import NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_RIGHT, reached, StageMissed, wait_until
-from wayland import run_wayland_test, wanted
+from wayland import run_wayland_test, scales, wanted
 
 
 class PanelFlow:
@@ -266,7 +266,7 @@ def play_locked(desktop):
 
 def main(program, peers, *compositors):
     for compositor in wanted(compositors, ("sway", "kwin")):
-        plays = [(play, {"scale": scale}) for scale in (1, 1.5)]
+        plays = [(play, {"scale": scale}) for scale in scales(compositor)]
         if compositor != "kwin":
             plays.append((play_locked, {}))
         if compositor == "sway":

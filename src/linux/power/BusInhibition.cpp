@@ -90,7 +90,7 @@ void BusInhibition::accept(std::size_t service, const QDBusMessage& answer)
     m_timeout.cancel();
     m_asked.reset();
     // The answer is that of a process which no longer serves the name, or of the bus in its place.
-    if (m_newOwner && *m_newOwner != answer.service()) {
+    if (m_newOwner && *m_newOwner != m_firstOwner) {
         if (m_newOwner->isEmpty() && !m_grant)
             refuse(service);
         else if (!m_newOwner->isEmpty() && m_holders > 0)
@@ -125,11 +125,15 @@ void BusInhibition::refuse(std::size_t service)
         releaseUnlessHeld();
 }
 
-void BusInhibition::followService(const QString& name, const QString& /*oldOwner*/, const QString& newOwner)
+void BusInhibition::followService(const QString& name, const QString& oldOwner, const QString& newOwner)
 {
     if (m_asked) {
-        if (name == m_services[*m_asked].name)
-            m_newOwner = newOwner;
+        if (name != m_services[*m_asked].name)
+            return;
+        // Without an owner it waited for the one that the bus has started.
+        if (!m_newOwner)
+            m_firstOwner = oldOwner.isEmpty() ? newOwner : oldOwner;
+        m_newOwner = newOwner;
         return;
     }
     // A service that has ended may be back soon.

@@ -55,7 +55,9 @@ private:
     std::optional<std::size_t> m_asked;
     /// Until it is no longer waited for.
     Timer m_timeout;
-    /// Its owner, when that changed since it was asked; empty when it is gone.
+    /// When its owner changed since it was asked: who has the question, and who owns it now; empty when it is
+    /// gone.
+    QString m_firstOwner;
     std::optional<QString> m_newOwner;
 
     /// Stays while the service that gave it is away.

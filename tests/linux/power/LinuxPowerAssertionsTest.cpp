@@ -203,6 +203,36 @@ private Q_SLOTS:
         QCOMPARE(m_saver->log, QStringList());
     }
 
+    void aServiceThatTheBusStartsIsAskedOnce()
+    {
+        const QTemporaryDir folder;
+        const auto write = [&folder](const QString& name, const QByteArray& text) {
+            QFile file(folder.filePath(name));
+            return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+        };
+        const auto log = folder.filePath(u"log"_s);
+        // It writes down how often it is held.
+        const auto saver = QFINDTESTDATA("../../desktop/peers/screen_saver.py");
+        QVERIFY(write(u"saver.service"_s,
+            u"[D-BUS Service]\nName=org.freedesktop.ScreenSaver\nExec=/usr/bin/python3 %1 %2\n"_s
+                .arg(saver, log)
+                .toUtf8()));
+        QVERIFY(write(u"bus.conf"_s,
+            u"<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><servicedir>%1</servicedir>"
+            "<policy context='default'><allow send_destination='*'/><allow eavesdrop='true'/><allow own='*'/>"
+            "</policy></busconfig>"_s.arg(folder.path())
+                .toUtf8()));
+        const PrivateBus bus(folder.filePath(u"bus.conf"_s));
+        m_program.reset();
+        QDBusConnection::disconnectFromBus(u"session"_s);
+        m_program = std::make_unique<Program>(connection(bus, u"session"_s), std::nullopt);
+        m_program->keepAwake.choose(0);
+        QTRY_COMPARE(QFile(log).size(), 2);
+        settle();
+        QCOMPARE(QFile(log).size(), 2);
+        QVERIFY(m_program->keepAwake.isActive());
+    }
+
     void aServiceThatNeverAnswersRefuses()
     {
         m_saver->answers = false;
