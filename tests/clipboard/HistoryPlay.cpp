@@ -332,6 +332,12 @@ void HistoryPlay::restart()
     require(m_failedSinceSave || store().items() == HistoryModel::loaded(m_saves.last()),
         u"the last save did not come back"_s);
     recognise(store().items());
+    // What could not be saved before will not be any more.
+    const auto index = readIndex().value_or(QList<ClipboardItem>());
+    m_saves.removeIf([&index](const auto& save) { return HistoryModel::inWholeSeconds(save) != index; });
+    require(!m_saves.isEmpty(), u"an index that nobody saved"_s);
+    if (m_saves.isEmpty())
+        m_saves << index;
     m_model.items = store().items();
 }
 
