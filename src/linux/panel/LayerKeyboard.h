@@ -23,7 +23,8 @@ private:
     void listen();
 
     std::function<void()> m_lost;
-    /// To what was asked: one that nobody else wanted is taken away before it is given anew.
+    /// Done when the compositor has heard the request: a keyboard that stayed with the surface, since nobody
+    /// else wanted it, is taken away for a moment then.
     wl_callback* m_answer;
     /// Null where there is no keyboard, and before the answer.
     wl_keyboard* m_keyboard = nullptr;

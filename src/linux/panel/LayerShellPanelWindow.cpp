@@ -276,10 +276,9 @@ void LayerShellPanelWindow::followPointer(const QEvent& event)
     };
     switch (event.type()) {
     case QEvent::Enter: m_pointer.enter(placeOf(event)); break;
-    // What is dragged takes the pointer along.
+    // What is dragged takes the pointer along. A drop may be told of long after it, so it tells no place.
     case QEvent::DragEnter:
     case QEvent::DragMove:
-    case QEvent::Drop:
         m_pointer.move(static_cast<const QDropEvent&>(event).position() + m_surface.topLeft());
         break;
     case QEvent::DragLeave:
