@@ -109,7 +109,8 @@ CustomKey::CustomKey(QString command, Questions& questions, UserDefaults& defaul
     , m_bound(std::move(bound))
     , m_settings(queues.serial(u"ua.tessak.Nimbarrow.custom-key"_s))
 {
-    QObject::connect(qApp, &QCoreApplication::aboutToQuit, &m_context, [this] { m_isEnding = true; });
+    QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, &m_context,
+        [this] { m_isEnding = true; });
 }
 
 CustomKey::~CustomKey() = default;
