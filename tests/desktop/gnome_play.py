@@ -1,6 +1,7 @@
 """gnome_play.py PROGRAM: the whole program on GNOME, whose compositor has no layer for panels, through its X server, beside
 windows of the compositor's own kind. Not for root. With a folder after PROGRAM its pictures are left there."""
 
+import os
 import pathlib
 import subprocess
 import sys
@@ -260,6 +261,9 @@ def outlives_nothing(flow):
 
 
 def main(program, pictures=None):
+    if os.geteuid() == 0:
+        print("missed: a user of less rights; the desktop does not run as root", file=sys.stderr)
+        return 1
     lacking = missing()
     if lacking:
         print("missed: a GNOME desktop; install", *lacking, file=sys.stderr)

@@ -78,7 +78,8 @@ public:
         followPortals(m_bus, this, SLOT(followOwner(QString, QString, QString)));
         followBusSignal(m_bus, u"/org/freedesktop/portal/desktop"_s, globalShortcutsPortal, u"Activated"_s,
             this, SLOT(activate(QDBusObjectPath, QString)));
-        connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { m_isEnding = true; });
+        connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+            [this] { m_isEnding = true; });
         if (m_defaults.string(answerKey) == refused)
             m_bound(false);
         else

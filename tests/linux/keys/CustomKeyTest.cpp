@@ -160,7 +160,7 @@ private:
 
     void endProgram()
     {
-        QVERIFY(QMetaObject::invokeMethod(qApp, "aboutToQuit"));
+        QVERIFY(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit"));
         switchOff();
         m_keys.reset();
     }
