@@ -222,7 +222,9 @@ def pastes(flow, window):
     wait_until("the keyboard back", window.is_active)
     token = desktop.home / "data" / "Nimbarrow" / "remote-desktop-token"
     wait_until("a leave that is remembered", token.exists)
-    for entry, downs in (("number 38", 3), ("number 37", 4)):
+    for downs in (3, 4):
+        # Of copies that follow each other so fast some may be gone before they are read.
+        entry = [item["text"] for item in desktop.history() if item["kind"] == "text"][downs]
         desktop.chord("Control", "a")
         flow.toggles()
         flow.wait_open()
@@ -249,7 +251,8 @@ def starts_again(flow):
 def outlives_nothing(flow):
     """The session goes: what was copied last is on the disk."""
     desktop = flow.desktop
-    desktop.usual_log += ["Did the X11 server die?"]
+    # In the words of whichever notices it first.
+    desktop.usual_log += ["The X11 connection broke", "X connection to"]
     desktop.copy("copied just before")
     wait_until("a notice", flow.has_notice, 8)
     desktop.server.kill()
