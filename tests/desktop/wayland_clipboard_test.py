@@ -155,7 +155,7 @@ def play(desktop, peers):
 def main(program, peers, *compositors):
     return any(run_wayland_test(program, peers, lambda desktop: play(desktop, peers), compositor=compositor,
                                 settings={"language": "en"})
-               for compositor in wanted(compositors, ("sway", "kwin")))
+               for compositor in wanted(compositors, ("sway",)))
 
 
 if __name__ == "__main__":

@@ -5,7 +5,7 @@ import subprocess
 import sys
 import time
 
-from desktop import reached, StageMissed, wait_until
+from desktop import NOTCH_MIDDLE, reached, StageMissed, wait_until
 from wayland import run_wayland_test, wanted
 from wayland_panel_test import PanelFlow
 
@@ -83,10 +83,10 @@ def play_on_kwin(desktop):
     wait_until("a hot key among the shortcuts", lambda: desktop._still_runs()
                and "301989974" in ask_shortcuts(desktop, "shortcut"), 20)
     reached("a start on KWin")
-    note = desktop.home / "note.txt"
-    note.write_text("")
-    desktop.spawn(["mousepad", "--disable-server", str(note)])
-    time.sleep(3)
+    before = desktop.pixel(NOTCH_MIDDLE, 490)
+    desktop.spawn(["mousepad", "--disable-server"])
+    wait_until("an editor", lambda: desktop.pixel(NOTCH_MIDDLE, 490) != before)
+    time.sleep(1)
     copies(desktop, "older", "newer")
     for keys in ((META, SHIFT, V), (CONTROL, ALT, V)):
         chord(desktop, *keys)
@@ -102,19 +102,6 @@ def play_on_kwin(desktop):
         # As the system's settings do it.
         ask_shortcuts(desktop, "setForeignShortcut", "[201326678]")
         reached(f"an entry picked by {keys}")
-    copies(desktop, "clicked")
-    flow = PanelFlow(desktop)
-    desktop.move(flow.middle, flow.notch_height / 2)
-    flow.wait_open()
-    desktop.click(flow.middle + 20, 82)
-
-    def saved():
-        chord(desktop, CONTROL, S)
-        time.sleep(0.3)
-        return note.read_text()
-
-    wait_until("the clicked entry in the editor", lambda: "clicked" in saved())
-    reached("pasted by a click")
 
 
 def main(program, peers, *compositors):
