@@ -86,7 +86,7 @@ private Q_SLOTS:
         const auto place = owl->mapToScene({ 0, 0 });
         m->keepAwake.choose(3);
         QTest::qWait(20);
-        QCOMPARE(owl->mapToScene({ 0, 0 }), place);
+        QTRY_COMPARE(owl->mapToScene({ 0, 0 }), place);
         QCOMPARE(owl->property("help"), u"Allow sleep"_s);
     }
 
