@@ -15,7 +15,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(windows, "nimbarrow.applications")
+Q_LOGGING_CATEGORY(windows, "ua.tessak.Nimbarrow.applications")
 
 const QString service = u"org.kde.KWin"_s;
 const QString scriptName = u"ua.tessak.Nimbarrow"_s;

@@ -18,7 +18,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(shortcuts, "nimbarrow.hotkey")
+Q_LOGGING_CATEGORY(shortcuts, "ua.tessak.Nimbarrow.hotkey")
 
 const QString shortcutId = u"toggle-history"_s;
 constexpr QStringView answerKey = u"portalHotKey";

@@ -18,7 +18,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(typing, "nimbarrow.paste")
+Q_LOGGING_CATEGORY(typing, "ua.tessak.Nimbarrow.paste")
 
 const QString portalInterface = u"org.freedesktop.portal.RemoteDesktop"_s;
 

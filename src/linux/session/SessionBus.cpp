@@ -27,7 +27,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(logSession, "nimbarrow.session")
+Q_LOGGING_CATEGORY(logSession, "ua.tessak.Nimbarrow.session")
 
 constexpr auto longestGreeting = std::chrono::milliseconds(1000);
 constexpr int longestAnswer = 500; // ms
