@@ -194,7 +194,7 @@ def in_both(desktop, flow):
     shown = desktop.home / "shown by gnome-calendar"
     flow.creates(lambda: "New Event" in ask("list"))
     wait_until("the new event in the calendar program", lambda: shown.exists() and "--uuid" in shown.read_text())
-    desktop.usual_log.append("nimbarrow.calendar.eds")
+    desktop.usual_log.append("ua.tessak.Nimbarrow.calendar.eds")
     with stopped_server(desktop):
         flow.fold()
         flow.unfold()

@@ -18,7 +18,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(opening, "nimbarrow.opener")
+Q_LOGGING_CATEGORY(opening, "ua.tessak.Nimbarrow.opener")
 
 // A file manager that has to be started first needs its time.
 constexpr int fileManagerPatience = 10'000; // ms

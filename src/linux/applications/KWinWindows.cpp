@@ -15,7 +15,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(windows, "nimbarrow.applications")
+Q_LOGGING_CATEGORY(windows, "ua.tessak.Nimbarrow.applications")
 
 const QString service = u"org.kde.KWin"_s;
 const QString scriptName = u"ua.tessak.Nimbarrow"_s;
@@ -71,10 +71,7 @@ KWinWindows::KWinWindows(const QDBusConnection& bus, std::unique_ptr<DesktopEntr
     m_script.close();
     m_bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableInvokables);
     // An answer does not say whose it is in every Qt, so it is the bus that is asked.
-    auto asked = QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
-    asked << service;
-    callBus(m_bus, asked, this, [this](const QDBusMessage& answer) {
+    callBus(m_bus, questionToBus(u"GetNameOwner"_s) << service, this, [this](const QDBusMessage& answer) {
         m_kwin = QDBusReply<QString>(answer);
         load();
     });

@@ -18,7 +18,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(sharing, "nimbarrow.share")
+Q_LOGGING_CATEGORY(sharing, "ua.tessak.Nimbarrow.share")
 
 const QString emailInterface = u"org.freedesktop.portal.Email"_s;
 const QString openInterface = u"org.freedesktop.portal.OpenURI"_s;

@@ -2,13 +2,13 @@
 
 #include "linux/calendar/DayWatch.h"
 #include "linux/calendar/FolderTreeWatch.h"
+#include "linux/session/BusCalls.h"
 #include "platform/UserDefaults.h"
 
 #include <QCoreApplication>
 #include <QDBusError>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QDir>
 #include <QFileInfo>
 
@@ -33,12 +33,6 @@ constexpr int serverPatience = 10'000; // ms
 constexpr auto patienceForTheOther = std::chrono::seconds(1);
 constexpr auto patience = std::chrono::seconds(30);
 constexpr std::chrono::milliseconds folderRest { 200 };
-
-QDBusMessage busCall(const QString& method)
-{
-    return QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, method);
-}
 
 /// The server is not there for us, whatever its files say.
 bool meansAbsent(const QDBusError& error)
@@ -236,15 +230,12 @@ void LinuxCalendarStore::findServer()
         setState(m_server, State::Absent);
         return;
     }
-    auto* const names
-        = new QDBusPendingCallWatcher(m_session->asyncCall(busCall(u"ListActivatableNames"_s)), this);
-    connect(names, &QDBusPendingCallWatcher::finished, this, [this, names] {
-        const QDBusPendingReply<QStringList> reply = *names;
-        if (reply.isValid() && reply.value().contains(sourcesService))
+    callBus(*m_session, questionToBus(u"ListActivatableNames"_s), this, [this](const QDBusMessage& answer) {
+        const QDBusReply<QStringList> names = answer;
+        if (names.value().contains(sourcesService))
             askServer();
         else
             setState(m_server, State::Absent);
-        names->deleteLater();
     });
 }
 
@@ -252,17 +243,16 @@ void LinuxCalendarStore::askServer()
 {
     const auto question
         = QDBusMessage::createMethodCall(sourcesService, u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
-    auto* const answer = new QDBusPendingCallWatcher(m_session->asyncCall(question, serverPatience), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        if (const auto error = answer->error(); error.type() == QDBusError::AccessDenied)
+    const auto answered = [this](const QDBusMessage& answer) {
+        if (const QDBusError error(answer); error.type() == QDBusError::AccessDenied)
             setState(m_server, State::Refused);
         else if (meansAbsent(error))
             setState(m_server, State::Absent);
         else
             // Also without an answer: what is down now may come.
             useServer();
-        answer->deleteLater();
-    });
+    };
+    callBus(*m_session, question, this, answered, serverPatience);
 }
 
 void LinuxCalendarStore::useServer()

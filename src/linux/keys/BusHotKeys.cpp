@@ -45,9 +45,7 @@ BusHotKeys::BusHotKeys(std::optional<QDBusConnection> bus, UserDefaults& default
         use(hotKeyWay(m_facts));
         return;
     }
-    auto asked = QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
-    asked << u"org.kde.kglobalaccel"_s;
+    const auto asked = questionToBus(u"NameHasOwner"_s) << u"org.kde.kglobalaccel"_s;
     callBus(*m_bus, asked, &m_questions, [this](const QDBusMessage& answer) {
         m_facts.hasGlobalAccel = QDBusReply<bool>(answer).value();
         askPortalVersion(*m_bus, globalShortcutsPortal, &m_questions, [this](uint version) {

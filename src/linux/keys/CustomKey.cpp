@@ -17,7 +17,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(customKeys, "nimbarrow.hotkey")
+Q_LOGGING_CATEGORY(customKeys, "ua.tessak.Nimbarrow.hotkey")
 
 constexpr QStringView askedKey = u"customKeyOffered";
 constexpr int patience = 5000; // ms

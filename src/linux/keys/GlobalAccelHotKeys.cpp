@@ -14,7 +14,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(shortcuts, "nimbarrow.hotkey")
+Q_LOGGING_CATEGORY(shortcuts, "ua.tessak.Nimbarrow.hotkey")
 
 const QString service = u"org.kde.kglobalaccel"_s;
 const QString component = u"ua.tessak.Nimbarrow"_s;

@@ -18,7 +18,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(shortcuts, "nimbarrow.hotkey")
+Q_LOGGING_CATEGORY(shortcuts, "ua.tessak.Nimbarrow.hotkey")
 
 const QString shortcutId = u"toggle-history"_s;
 constexpr QStringView answerKey = u"portalHotKey";
@@ -75,9 +75,9 @@ public:
         , m_pressed(std::move(pressed))
         , m_bound(std::move(bound))
     {
-        followPortals(m_bus, this, SLOT(followOwner(QString, QString, QString)));
-        followBusSignal(m_bus, u"/org/freedesktop/portal/desktop"_s, globalShortcutsPortal, u"Activated"_s,
-            this, SLOT(activate(QDBusObjectPath, QString)));
+        followBusOwner(m_bus, portalService, this, SLOT(followOwner(QString, QString, QString)));
+        followPortalSignal(
+            m_bus, globalShortcutsPortal, u"Activated"_s, this, SLOT(activate(QDBusObjectPath, QString)));
         connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
             [this] { m_isEnding = true; });
         if (m_defaults.string(answerKey) == refused)
@@ -91,8 +91,7 @@ public:
         if (!m_isEnding)
             m_defaults.set(answerKey, QString());
         if (!m_session.isEmpty())
-            m_bus.send(QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s, m_session,
-                u"org.freedesktop.portal.Session"_s, u"Close"_s));
+            m_bus.send(portalClosing(m_session, u"Session"_s));
     }
     Q_DISABLE_COPY_MOVE(Session)
 

@@ -18,7 +18,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(typing, "nimbarrow.paste")
+Q_LOGGING_CATEGORY(typing, "ua.tessak.Nimbarrow.paste")
 
 const QString portalInterface = u"org.freedesktop.portal.RemoteDesktop"_s;
 
@@ -185,8 +185,7 @@ void RemoteDesktop::close()
     m_isBusy = false;
     if (m_session.isEmpty())
         return;
-    m_bus->send(QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
-        std::exchange(m_session, {}), u"org.freedesktop.portal.Session"_s, u"Close"_s));
+    m_bus->send(portalClosing(std::exchange(m_session, {}), u"Session"_s));
 }
 
 RemoteDesktopKeystrokes::RemoteDesktopKeystrokes(

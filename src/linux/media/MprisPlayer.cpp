@@ -1,12 +1,12 @@
 #include "linux/media/MprisPlayer.h"
 
 #include "linux/media/PlayerProcess.h"
+#include "linux/session/BusCalls.h"
 
 #include <QDBusArgument>
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QXmlStreamReader>
 
@@ -128,11 +128,7 @@ void MprisPlayer::positionJumped()
 
 void MprisPlayer::ask(const QDBusMessage& question, int patience, const Answer& answer)
 {
-    auto* const watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(question, patience), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer] {
-        watcher->deleteLater();
-        answer(watcher->reply());
-    });
+    callBus(m_bus, question, this, answer, patience);
 }
 
 QDBusMessage MprisPlayer::call(
@@ -167,9 +163,7 @@ void MprisPlayer::readAll()
 
 void MprisPlayer::readProcess()
 {
-    auto question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-        u"org.freedesktop.DBus"_s, u"GetConnectionUnixProcessID"_s);
-    question << m_owner;
+    const auto question = questionToBus(u"GetConnectionUnixProcessID"_s) << m_owner;
     ask(question, patience, [this](const QDBusMessage& reply) {
         if (reply.type() != QDBusMessage::ReplyMessage)
             return;

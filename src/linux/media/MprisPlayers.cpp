@@ -1,7 +1,6 @@
 #include "linux/media/MprisPlayers.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
+#include "linux/session/BusCalls.h"
 
 #include <algorithm>
 
@@ -16,14 +15,6 @@ using Playback = PlayerReading::Playback;
 
 // Longer than any player takes from one track to the next.
 constexpr auto longestPause = 500ms;
-
-QDBusMessage askBus(const QString& method, const QVariantList& arguments = {})
-{
-    auto message = QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, method);
-    message.setArguments(arguments);
-    return message;
-}
 
 } // namespace
 
@@ -121,22 +112,17 @@ void MprisPlayers::list()
         Q_EMIT listChanged();
     };
     ++m_asked;
-    auto* const names = new QDBusPendingCallWatcher(m_bus.asyncCall(askBus(u"ListNames"_s)), this);
-    connect(names, &QDBusPendingCallWatcher::finished, this, [this, names, done] {
-        names->deleteLater();
-        for (const auto& service : names->reply().arguments().value(0).toStringList()) {
+    callBus(m_bus, questionToBus(u"ListNames"_s), this, [this, done](const QDBusMessage& names) {
+        for (const auto& service : names.arguments().value(0).toStringList()) {
             if (!isPlayerName(service))
                 continue;
             ++m_asked;
-            const auto question = askBus(u"GetNameOwner"_s, { service });
-            auto* const owner = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
-            connect(owner, &QDBusPendingCallWatcher::finished, this, [this, owner, service, done] {
-                owner->deleteLater();
-                const auto reply = owner->reply();
-                if (reply.type() == QDBusMessage::ReplyMessage)
-                    add(service, reply.arguments().value(0).toString());
+            const auto accept = [this, service, done](const QDBusMessage& owner) {
+                if (owner.type() == QDBusMessage::ReplyMessage)
+                    add(service, owner.arguments().value(0).toString());
                 done();
-            });
+            };
+            callBus(m_bus, questionToBus(u"GetNameOwner"_s) << service, this, accept);
         }
         done();
     });

@@ -31,10 +31,8 @@ BusInhibition::BusInhibition(
     , m_substitute(std::move(substitute))
     , m_scheduler(scheduler)
 {
-    for (const auto& service : m_services) {
-        followBusSignal(service.bus, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
-            u"NameOwnerChanged"_s, this, SLOT(followService(QString, QString, QString)), { service.name });
-    }
+    for (const auto& service : m_services)
+        followBusOwner(service.bus, service.name, this, SLOT(followService(QString, QString, QString)));
 }
 
 BusInhibition::~BusInhibition()

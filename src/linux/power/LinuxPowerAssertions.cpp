@@ -1,6 +1,7 @@
 #include "linux/power/LinuxPowerAssertions.h"
 
 #include "linux/power/BusInhibition.h"
+#include "linux/session/PortalRequest.h"
 
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
@@ -15,18 +16,15 @@ namespace {
 const QString program = u"Nimbarrow"_s;
 
 const QString screenSaver = u"org.freedesktop.ScreenSaver"_s;
-const QString portal = u"org.freedesktop.portal.Desktop"_s;
 const QString loginManager = u"org.freedesktop.login1"_s;
 
 /// Given back by a call that nobody waits for.
 class CallGrant final : public InhibitionService::Grant {
 public:
-    CallGrant(QDBusConnection bus, const QDBusMessage& call)
+    CallGrant(QDBusConnection bus, QDBusMessage call)
         : m_bus(std::move(bus))
-        , m_call(call)
+        , m_call(std::move(call))
     {
-        // A service that has ended has forgotten it.
-        m_call.setAutoStartService(false);
     }
 
     void release() override { m_bus.send(m_call); }
@@ -48,13 +46,6 @@ private:
     QDBusUnixFileDescriptor m_descriptor;
 };
 
-std::unique_ptr<InhibitionService::Grant> callGrant(
-    const QDBusConnection& bus, QDBusMessage call, const QVariantList& arguments = {})
-{
-    call.setArguments(arguments);
-    return std::make_unique<CallGrant>(bus, call);
-}
-
 InhibitionService screenSaverOf(const QDBusConnection& bus)
 {
     const auto call = [](const QString& method) {
@@ -73,7 +64,10 @@ InhibitionService screenSaverOf(const QDBusConnection& bus)
             const auto cookie = answer.arguments().value(0);
             if (cookie.metaType() != QMetaType::fromType<uint>())
                 return nullptr;
-            return callGrant(bus, call(u"UnInhibit"_s), { cookie });
+            auto release = call(u"UnInhibit"_s);
+            // A service that has ended has forgotten it.
+            release.setAutoStartService(false);
+            return std::make_unique<CallGrant>(bus, release << cookie);
         } };
 }
 
@@ -81,11 +75,10 @@ InhibitionService portalOf(const QDBusConnection& bus)
 {
     constexpr uint idle = 8;
     return { .bus = bus,
-        .name = portal,
+        .name = portalService,
         .question =
             [](const QString& reason) {
-                auto question = QDBusMessage::createMethodCall(portal, u"/org/freedesktop/portal/desktop"_s,
-                    u"org.freedesktop.portal.Inhibit"_s, u"Inhibit"_s);
+                auto question = portalCall(u"org.freedesktop.portal.Inhibit"_s, u"Inhibit"_s);
                 question << QString() << idle << QVariantMap { { u"reason"_s, reason } };
                 return question;
             },
@@ -93,9 +86,7 @@ InhibitionService portalOf(const QDBusConnection& bus)
             const auto request = answer.arguments().value(0).value<QDBusObjectPath>().path();
             if (request.isEmpty())
                 return nullptr;
-            return callGrant(bus,
-                QDBusMessage::createMethodCall(
-                    portal, request, u"org.freedesktop.portal.Request"_s, u"Close"_s));
+            return std::make_unique<CallGrant>(bus, portalClosing(request, u"Request"_s));
         } };
 }
 

@@ -4,7 +4,16 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace nimbarrow {
+
+namespace {
+
+const QString busName = u"org.freedesktop.DBus"_s;
+const QString busPath = u"/org/freedesktop/DBus"_s;
+
+} // namespace
 
 void callBus(const QDBusConnection& bus, const QDBusMessage& question, QObject* receiver,
     std::function<void(const QDBusMessage&)> answered, int timeout)
@@ -17,10 +26,20 @@ void callBus(const QDBusConnection& bus, const QDBusMessage& question, QObject* 
         });
 }
 
+QDBusMessage questionToBus(const QString& method)
+{
+    return QDBusMessage::createMethodCall(busName, busPath, busName, method);
+}
+
 void followBusSignal(QDBusConnection bus, const QString& path, const QString& interface, const QString& name,
     QObject* receiver, const char* slot, const QStringList& firstArguments)
 {
     bus.connect({}, path, interface, name, firstArguments, {}, receiver, slot);
+}
+
+void followBusOwner(const QDBusConnection& bus, const QString& service, QObject* receiver, const char* slot)
+{
+    followBusSignal(bus, busPath, busName, u"NameOwnerChanged"_s, receiver, slot, { service });
 }
 
 } // namespace nimbarrow

@@ -12,9 +12,16 @@ namespace nimbarrow {
 void callBus(const QDBusConnection& bus, const QDBusMessage& question, QObject* receiver,
     std::function<void(const QDBusMessage& answer)> answered, int timeout = -1);
 
+/// A question to the bus itself.
+[[nodiscard]] QDBusMessage questionToBus(const QString& method);
+
 /// Connects a slot to a signal, whoever sends it: with a sender's name Qt would wait for the bus to tell who
 /// that is. `firstArguments` are those that the signal must have.
 void followBusSignal(QDBusConnection bus, const QString& path, const QString& interface, const QString& name,
     QObject* receiver, const char* slot, const QStringList& firstArguments = {});
+
+/// Connects a slot to the coming and going of a service: its name, its owner before and the new one, of which
+/// one is empty when it comes or goes.
+void followBusOwner(const QDBusConnection& bus, const QString& service, QObject* receiver, const char* slot);
 
 } // namespace nimbarrow

@@ -1,6 +1,7 @@
 #include "linux/session/LinuxPreferences.h"
 
 #include "linux/session/BusCalls.h"
+#include "linux/session/PortalRequest.h"
 
 #include <QDBusReply>
 #include <QLocale>
@@ -11,8 +12,6 @@ namespace nimbarrow {
 
 namespace {
 
-const QString portal = u"org.freedesktop.portal.Desktop"_s;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString settingsInterface = u"org.freedesktop.portal.Settings"_s;
 
 const QString appearance = u"org.freedesktop.appearance"_s;
@@ -33,8 +32,8 @@ LinuxPreferences::LinuxPreferences(std::optional<QDBusConnection> bus)
 {
     if (!bus)
         return;
-    followBusSignal(*bus, portalPath, settingsInterface, u"SettingChanged"_s, this,
-        SLOT(accept(QString, QString, QDBusVariant)));
+    followPortalSignal(
+        *bus, settingsInterface, u"SettingChanged"_s, this, SLOT(accept(QString, QString, QDBusVariant)));
     ask(*bus, appearance, u"reduced-motion"_s);
     ask(*bus, gnomeInterface, u"enable-animations"_s);
     ask(*bus, kdeGlobals, u"AnimationDurationFactor"_s);
@@ -42,7 +41,7 @@ LinuxPreferences::LinuxPreferences(std::optional<QDBusConnection> bus)
 
 void LinuxPreferences::ask(const QDBusConnection& bus, const QString& space, const QString& key)
 {
-    auto question = QDBusMessage::createMethodCall(portal, portalPath, settingsInterface, u"Read"_s);
+    auto question = portalCall(settingsInterface, u"Read"_s);
     question << space << key;
     callBus(bus, question, this, [this, space, key](const QDBusMessage& answer) {
         const QDBusReply<QDBusVariant> value = answer;

@@ -1,6 +1,7 @@
 #include "linux/session/LinuxSessionLock.h"
 
-#include <QDBusPendingCallWatcher>
+#include "linux/session/BusCalls.h"
+
 #include <QDBusVariant>
 
 using namespace Qt::StringLiterals;
@@ -46,22 +47,20 @@ bool isYes(const QDBusMessage& answer)
 
 } // namespace
 
-// All signals are followed without a sender's name: with one, Qt would wait for the bus to tell who that is.
 LinuxSessionLock::LinuxSessionLock(
     const std::optional<QDBusConnection>& session, const std::optional<QDBusConnection>& system)
 {
     if (session) {
-        auto bus = *session;
         for (const auto all = screenSavers(); const auto& name : all) {
-            bus.connect({}, {}, name, u"ActiveChanged"_s, this, SLOT(followScreenSaver(bool, QDBusMessage)));
-            add(bus, isScreenSaverActive(name));
+            followBusSignal(
+                *session, {}, name, u"ActiveChanged"_s, this, SLOT(followScreenSaver(bool, QDBusMessage)));
+            add(*session, isScreenSaverActive(name));
         }
     }
     if (system) {
-        auto bus = *system;
-        bus.connect({}, {}, properties, u"PropertiesChanged"_s, { loginSession }, u"sa{sv}as"_s, this,
-            SLOT(followLoginSession(QString, QVariantMap, QStringList)));
-        add(bus, isLoginSessionLocked());
+        followBusSignal(*system, {}, properties, u"PropertiesChanged"_s, this,
+            SLOT(followLoginSession(QString, QVariantMap, QStringList)), { loginSession });
+        add(*system, isLoginSessionLocked());
     }
 }
 
@@ -78,19 +77,15 @@ void LinuxSessionLock::add(const QDBusConnection& bus, const QDBusMessage& quest
     const auto added = m_questions.insert(service, { bus, question });
     // To look whether somebody is there must not start a screen saver that the user does not use.
     added->call.setAutoStartService(false);
-    added->bus.connect({}, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameOwnerChanged"_s,
-        { service }, u"sss"_s, this, SLOT(followOwner(QString, QString, QString)));
+    followBusOwner(bus, service, this, SLOT(followOwner(QString, QString, QString)));
     ask(service);
 }
 
 void LinuxSessionLock::ask(const QString& service)
 {
     const auto question = m_questions.constFind(service);
-    auto* const watcher = new QDBusPendingCallWatcher(question->bus.asyncCall(question->call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, service] {
-        watcher->deleteLater();
-        setLocking(service, isYes(watcher->reply()));
-    });
+    callBus(question->bus, question->call, this,
+        [this, service](const QDBusMessage& answer) { setLocking(service, isYes(answer)); });
 }
 
 // Anybody can send a signal. That the screen is locked is believed at once, that it is not only when the

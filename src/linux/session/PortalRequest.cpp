@@ -2,7 +2,6 @@
 
 #include "linux/session/BusCalls.h"
 
-#include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
 #include <QObject>
@@ -16,7 +15,6 @@ namespace nimbarrow {
 
 namespace {
 
-const QString portalName = u"org.freedesktop.portal.Desktop"_s;
 const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 
 /// One question; it ends with its answer.
@@ -68,7 +66,7 @@ void askPortal(const QDBusConnection& bus, const QString& interface, const QStri
     // Before the question, for the answer may be as fast.
     followBusSignal(bus, portalPath + "/request/"_L1 + sender + u'/' + token,
         u"org.freedesktop.portal.Request"_s, u"Response"_s, request, SLOT(respond(uint, QVariantMap)));
-    followPortals(bus, request, SLOT(followOwner(QString, QString, QString)));
+    followBusOwner(bus, portalService, request, SLOT(followOwner(QString, QString, QString)));
     options.insert(u"handle_token"_s, token);
     auto question = portalCall(interface, method);
     question.setArguments(arguments + QVariantList { options });
@@ -89,10 +87,10 @@ void askPortalVersion(const QDBusConnection& bus, const QString& interface, QObj
     });
 }
 
-void followPortals(const QDBusConnection& bus, QObject* receiver, const char* slot)
+void followPortalSignal(const QDBusConnection& bus, const QString& interface, const QString& name,
+    QObject* receiver, const char* slot)
 {
-    followBusSignal(bus, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameOwnerChanged"_s,
-        receiver, slot, { portalName });
+    followBusSignal(bus, portalPath, interface, name, receiver, slot);
 }
 
 QString portalToken()
@@ -109,7 +107,16 @@ void introduceToPortals(const QDBusConnection& bus)
 
 QDBusMessage portalCall(const QString& interface, const QString& method)
 {
-    return QDBusMessage::createMethodCall(portalName, portalPath, interface, method);
+    return QDBusMessage::createMethodCall(portalService, portalPath, interface, method);
+}
+
+QDBusMessage portalClosing(const QString& path, const QString& kind)
+{
+    auto call = QDBusMessage::createMethodCall(
+        portalService, path, "org.freedesktop.portal."_L1 + kind, u"Close"_s);
+    // A portal that has ended has forgotten it.
+    call.setAutoStartService(false);
+    return call;
 }
 
 } // namespace nimbarrow

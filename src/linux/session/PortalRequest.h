@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QVariantMap>
 
 #include <functional>
@@ -30,8 +31,12 @@ void askPortal(const QDBusConnection& bus, const QString& interface, const QStri
 void askPortalVersion(const QDBusConnection& bus, const QString& interface, QObject* receiver,
     std::function<void(uint version)> answered);
 
-/// Connects a slot to the coming and going of the portals, with the name, the owner before and the new one.
-void followPortals(const QDBusConnection& bus, QObject* receiver, const char* slot);
+/// The name by which the bus knows the portals.
+inline const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
+
+/// Connects a slot to a signal of a portal.
+void followPortalSignal(const QDBusConnection& bus, const QString& interface, const QString& name,
+    QObject* receiver, const char* slot);
 
 /// A new name for what a portal is to make, which nobody else can guess.
 [[nodiscard]] QString portalToken();
@@ -42,5 +47,8 @@ void introduceToPortals(const QDBusConnection& bus);
 
 /// A call of a portal that asks nobody.
 [[nodiscard]] QDBusMessage portalCall(const QString& interface, const QString& method);
+
+/// The call that ends what a portal has made, by its path and what it is: "Request" or "Session".
+[[nodiscard]] QDBusMessage portalClosing(const QString& path, const QString& kind);
 
 } // namespace nimbarrow

@@ -1,5 +1,7 @@
 #include "linux/session/SessionBus.h"
 
+#include "linux/session/BusCalls.h"
+
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -25,7 +27,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(logSession, "nimbarrow.session")
+Q_LOGGING_CATEGORY(logSession, "ua.tessak.Nimbarrow.session")
 
 constexpr auto longestGreeting = std::chrono::milliseconds(1000);
 constexpr int longestAnswer = 500; // ms
@@ -194,10 +196,7 @@ bool accessibilityAnswers(const QDBusConnection& bus, const QString& displaysAdd
         if (!socketName(address).isEmpty() && !answers(address))
             return false;
     }
-    auto owner = QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
-    owner << service;
-    const auto isThere = answerOf(bus, owner);
+    const auto isThere = answerOf(bus, questionToBus(u"NameHasOwner"_s) << service);
     if (!isThere || !isThere->toBool())
         return isThere.has_value();
     auto status

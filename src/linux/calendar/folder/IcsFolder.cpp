@@ -22,7 +22,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(ics, "nimbarrow.calendar.ics")
+Q_LOGGING_CATEGORY(ics, "ua.tessak.Nimbarrow.calendar.ics")
 
 constexpr qint64 largestFile = 16 * 1024 * 1024;
 constexpr qint64 largestSum = 128 * 1024 * 1024;

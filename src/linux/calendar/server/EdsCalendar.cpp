@@ -13,7 +13,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(eds, "nimbarrow.calendar.eds")
+Q_LOGGING_CATEGORY(eds, "ua.tessak.Nimbarrow.calendar.eds")
 
 // To wait until the server has everything ready would take its whole time-out for a local calendar.
 constexpr auto withoutWaiting = static_cast<guint32>(-1);

@@ -15,7 +15,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(eds, "nimbarrow.calendar.eds")
+Q_LOGGING_CATEGORY(eds, "ua.tessak.Nimbarrow.calendar.eds")
 
 constexpr qsizetype mostReports = 100;
 
