@@ -15,6 +15,8 @@ struct PasteboardLimits {
     qsizetype imageBytes = qsizetype(128) << 20;
     std::chrono::milliseconds stall { 5'000 };
     std::chrono::milliseconds whole { 30'000 };
+    /// How long what was copied meanwhile waits, so that the order stays.
+    std::chrono::milliseconds order { 500 };
 };
 
 /// No program offers thousands of forms; who does wants to keep others busy.

@@ -80,8 +80,8 @@ private:
     std::unique_ptr<Offer> m_offer;
     std::list<Source> m_sources;
     PipeDeliveries m_deliveries;
-    PasteboardReadings<WaylandOfferReading> m_readings;
-    PasteboardReadings<DropReading> m_drops;
+    PasteboardReadings<WaylandOfferReading> m_readings { m_limits.order };
+    PasteboardReadings<DropReading> m_drops { m_limits.order };
     int m_claims = 0;
     int m_claimsSeen = 0;
     quint64 m_sequence = 0;

@@ -43,8 +43,8 @@ private:
     Report m_report;
     xcb_atom_t m_selection = XCB_ATOM_NONE;
     std::unique_ptr<X11PasteboardOwner> m_owner;
-    PasteboardReadings<X11PasteboardReading> m_readings;
-    PasteboardReadings<X11PasteboardReading> m_drops;
+    PasteboardReadings<X11PasteboardReading> m_readings { m_limits.order };
+    PasteboardReadings<X11PasteboardReading> m_drops { m_limits.order };
     int m_claims = 0;
     int m_claimsSeen = 0;
     quint64 m_sequence = 0;

@@ -102,6 +102,8 @@ private:
             ++m_dataRequests;
         if (m_manner == (listing ? Manner::SilentOnTargets : Manner::SilentOnData))
             return;
+        if (!listing && m_manner == Manner::Busy)
+            waitToGoOn();
         xcb_selection_notify_event_t reply {};
         reply.response_type = XCB_SELECTION_NOTIFY;
         reply.requestor = request.requestor;

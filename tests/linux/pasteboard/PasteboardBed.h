@@ -5,6 +5,7 @@
 #include <QList>
 
 #include <memory>
+#include <semaphore>
 #include <utility>
 
 namespace nimbarrow {
@@ -12,8 +13,9 @@ namespace nimbarrow {
 /// Another program that copies, well- or ill-behaved.
 class ClipboardOwner {
 public:
-    /// One that hurries on lists what it has and in the same breath copies the same as a secret.
-    enum class Manner { Polite, SilentOnTargets, SilentOnData, SilentAfterIncr, DiesInIncr, HurriesOn };
+    /// One that hurries on lists what it has and in the same breath copies the same as a secret. One that is
+    /// busy gives nothing before it is told to go on.
+    enum class Manner { Polite, SilentOnTargets, SilentOnData, SilentAfterIncr, DiesInIncr, HurriesOn, Busy };
     using Offer = QList<std::pair<QByteArray, QByteArray>>;
 
     virtual ~ClipboardOwner() = default;
@@ -26,12 +28,20 @@ public:
     /// Copies one text after the other, each as soon as the last one was asked for.
     virtual void copyEach(const QList<QByteArray>& texts) = 0;
 
+    /// Once for each form that a busy one is asked for.
+    void goOn() { m_goOn.release(); }
+
     /// What was asked for, without the lists of forms.
     [[nodiscard]] virtual int dataRequests() const = 0;
     [[nodiscard]] virtual int piecesSent() const = 0;
 
 protected:
     ClipboardOwner() = default;
+
+    void waitToGoOn() { m_goOn.acquire(); }
+
+private:
+    std::counting_semaphore<> m_goOn { 0 };
 };
 
 /// One windowing system with a clipboard of its own, and other programs there.

@@ -169,6 +169,26 @@ private Q_SLOTS:
         QCOMPARE(at.seen, expected);
     }
 
+    void copiesKeepTheirOrderWhoeverAnswersFirst()
+    {
+        PasteboardLimits limits;
+        limits.stall = limits.order = std::chrono::minutes(1);
+        Fixture at(*this, limits);
+        const auto older = at.bed->owner();
+        older->copy({ { "UTF8_STRING", "older" } }, Manner::Busy);
+        while (older->dataRequests() == 0)
+            std::this_thread::yield();
+        const auto newer = at.bed->owner();
+        // More of them than are read at one time.
+        newer->copyEach({ "1", "2", "3", "4", "5", "6" });
+        while (newer->dataRequests() < 6)
+            std::this_thread::yield();
+        QTest::qWait(50);
+        older->goOn();
+        QTRY_COMPARE(at.seen.size(), 7);
+        QCOMPARE(at.seen, (QStringList { u"older"_s, u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s, u"6"_s }));
+    }
+
     void givesItsTextToOtherPrograms()
     {
         Fixture at(*this);

@@ -129,6 +129,8 @@ void WaylandOwner::send(const QByteArray& type, int file)
         m_open << file;
         return;
     }
+    if (m_manner == Manner::Busy)
+        waitToGoOn();
     for (const auto& [name, bytes] : std::as_const(m_offer)) {
         if (name != type)
             continue;
