@@ -17,7 +17,7 @@ namespace nimbarrow {
 namespace {
 
 const QString portalName = u"org.freedesktop.portal.Desktop"_s;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
+const QString desktopPortalPath = u"/org/freedesktop/portal/desktop"_s;
 
 /// One question; it ends with its answer.
 class Request final : public QObject {
@@ -66,7 +66,7 @@ void askPortal(const QDBusConnection& bus, const QString& interface, const QStri
     const auto token = portalToken();
     const auto sender = bus.baseService().mid(1).replace(u'.', u'_');
     // Before the question, for the answer may be as fast.
-    followBusSignal(bus, portalPath + "/request/"_L1 + sender + u'/' + token,
+    followBusSignal(bus, desktopPortalPath + "/request/"_L1 + sender + u'/' + token,
         u"org.freedesktop.portal.Request"_s, u"Response"_s, request, SLOT(respond(uint, QVariantMap)));
     followPortals(bus, request, SLOT(followOwner(QString, QString, QString)));
     options.insert(u"handle_token"_s, token);
@@ -109,7 +109,7 @@ void introduceToPortals(const QDBusConnection& bus)
 
 QDBusMessage portalCall(const QString& interface, const QString& method)
 {
-    return QDBusMessage::createMethodCall(portalName, portalPath, interface, method);
+    return QDBusMessage::createMethodCall(portalName, desktopPortalPath, interface, method);
 }
 
 } // namespace nimbarrow
