@@ -28,12 +28,15 @@ function(nimbarrow_feature name)
         PRIVATE project_build
     )
     nimbarrow_precompile(nimbarrow_${name} views)
-    # Our own sources have the warnings and stand alone; what is made of the QML files has neither.
+    # Our own sources have the warnings and stand alone; what is made of the QML files has neither. Where all of a
+    # folder is compiled together, warnings are left to the other builds.
     set(own ${arg_SOURCES})
     list(FILTER own INCLUDE REGEX "\\.cpp$")
-    set_source_files_properties(${own} PROPERTIES
-        COMPILE_OPTIONS "${NIMBARROW_WARNINGS}" SKIP_UNITY_BUILD_INCLUSION ON)
-    set_target_properties(nimbarrow_${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
+    if(NOT CMAKE_UNITY_BUILD)
+        set_source_files_properties(${own} PROPERTIES
+            COMPILE_OPTIONS "${NIMBARROW_WARNINGS}" SKIP_UNITY_BUILD_INCLUSION ON)
+        set_target_properties(nimbarrow_${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
+    endif()
     # What Qt adds to carry resources and to start plugins has nothing for moc to find.
     get_property(targets DIRECTORY PROPERTY BUILDSYSTEM_TARGETS)
     list(FILTER targets INCLUDE REGEX "_(init|resources_[0-9]+)$")

@@ -34,3 +34,14 @@ if(NIMBARROW_SANITIZE)
     target_compile_options(project_build INTERFACE
         $<$<AND:$<CXX_COMPILER_ID:GNU>,$<IN_LIST:thread,${NIMBARROW_SANITIZE}>>:-Wno-tsan>)
 endif()
+
+# nimbarrow_rooms(<target>): where sources are compiled together, which halves the time of a build from nothing, those of
+# one folder are: in a room one name means one thing.
+function(nimbarrow_rooms target)
+    get_target_property(sources ${target} SOURCES)
+    foreach(source IN LISTS sources)
+        cmake_path(GET source PARENT_PATH room)
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP "${room}")
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+endfunction()

@@ -16,12 +16,10 @@ namespace {
 
 constexpr auto pollPeriod = 500ms;
 constexpr auto pollTolerance = 200ms;
-/// In bytes: a larger image is offered as a file alone.
-constexpr qsizetype maxImageFile = qsizetype { 256 } * 1024 * 1024;
-
+/// Empty for a larger image, which is offered as a file alone.
 QByteArray readPng(const QString& path)
 {
-    auto data = privatefiles::read(path, maxImageFile).value_or(QByteArray());
+    auto data = privatefiles::read(path, imagecodec::maxFileSize).value_or(QByteArray());
     if (QFileInfo(path).suffix().compare("png"_L1, Qt::CaseInsensitive) == 0)
         return data;
     return imagecodec::pngData(data).value_or(QByteArray());

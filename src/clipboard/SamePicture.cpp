@@ -13,8 +13,6 @@ namespace nimbarrow {
 
 namespace {
 
-/// In bytes.
-constexpr qsizetype maxImageFile = qsizetype { 256 } * 1024 * 1024;
 /// Of a colour's 256 steps, on average over the picture: what saving as a photograph changes.
 constexpr qint64 maxLoss = 4;
 
@@ -77,12 +75,12 @@ bool samePicture(const QByteArray& data, const QByteArray& otherData)
 
 bool samePicture(const QString& path, const QString& otherPath)
 {
-    return samePicture(privatefiles::read(path, maxImageFile).value_or(QByteArray()), otherPath);
+    return samePicture(privatefiles::read(path, imagecodec::maxFileSize).value_or(QByteArray()), otherPath);
 }
 
 bool samePicture(const QByteArray& data, const QString& otherPath)
 {
-    return samePicture(data, privatefiles::read(otherPath, maxImageFile).value_or(QByteArray()));
+    return samePicture(data, privatefiles::read(otherPath, imagecodec::maxFileSize).value_or(QByteArray()));
 }
 
 } // namespace nimbarrow

@@ -11,6 +11,9 @@ class QIODevice;
 /// Image bytes to PNG and to thumbnails. Any thread.
 namespace nimbarrow::imagecodec {
 
+/// Bytes: what is read of a file that is to be a picture.
+inline constexpr qsizetype maxFileSize = qsizetype { 256 } * 1024 * 1024;
+
 /// PNG bytes come back as they are, other images are encoded anew; none for what is no image or claims more
 /// pixels than the program is ready to hold.
 [[nodiscard]] std::optional<QByteArray> pngData(const QByteArray& data);

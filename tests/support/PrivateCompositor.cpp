@@ -17,7 +17,6 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr int patience = 20'000; // milliseconds
 constexpr uid_t nobody = 65'534;
 
 } // namespace
@@ -113,7 +112,7 @@ QProcessEnvironment PrivateCompositor::environment() const
 QByteArray PrivateCompositor::run(
     const QString& program, const QStringList& arguments, const QByteArray& input) const
 {
-    return runProgram(environment(), program, arguments, input, patience);
+    return runProgram(environment(), program, arguments, input);
 }
 
 } // namespace nimbarrow

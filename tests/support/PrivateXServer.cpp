@@ -11,12 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
 
-namespace {
-
-constexpr int patience = 20'000; // milliseconds
-
-} // namespace
-
 PrivateXServer::PrivateXServer(const QStringList& extraArgs)
 {
     // A test that crashes must not leave its server behind.
@@ -47,7 +41,7 @@ QByteArray PrivateXServer::run(
 {
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"DISPLAY"_s, QString::fromLatin1(m_displayName));
-    return runProgram(environment, program, arguments, input, patience);
+    return runProgram(environment, program, arguments, input);
 }
 
 } // namespace nimbarrow

@@ -7,10 +7,12 @@
 
 namespace nimbarrow {
 
-/// Runs another program with `input` on its standard input, and gives its output. Waits at most `patience`
-/// milliseconds.
+/// Milliseconds until another program is given up.
+inline constexpr int patience = 20'000;
+
+/// Runs another program with `input` on its standard input, and gives its output.
 inline QByteArray runProgram(const QProcessEnvironment& environment, const QString& program,
-    const QStringList& arguments, const QByteArray& input, int patience)
+    const QStringList& arguments, const QByteArray& input)
 {
     QProcess process;
     process.setProcessEnvironment(environment);

@@ -14,7 +14,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(shortcuts, "ua.tessak.Nimbarrow.hotkey")
+Q_LOGGING_CATEGORY(hotKeys, "ua.tessak.Nimbarrow.hotkey")
 
 const QString service = u"org.kde.kglobalaccel"_s;
 const QString component = u"ua.tessak.Nimbarrow"_s;
@@ -50,7 +50,7 @@ public:
         set(keys, byDefault, {});
         set(keys, inUse, [](const QDBusMessage& answer) {
             if (answer.type() == QDBusMessage::ErrorMessage)
-                qCWarning(shortcuts, "The hot key is refused: %ls", qUtf16Printable(answer.errorName()));
+                qCWarning(hotKeys, "The hot key is refused: %ls", qUtf16Printable(answer.errorName()));
         });
     }
 

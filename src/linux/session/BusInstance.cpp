@@ -26,7 +26,7 @@ namespace nimbarrow {
 namespace {
 
 const QString busName = u"ua.tessak.Nimbarrow"_s;
-const QString objectPath = u"/ua/tessak/Nimbarrow"_s;
+const QString applicationPath = u"/ua/tessak/Nimbarrow"_s;
 const QString applicationInterface = u"org.freedesktop.Application"_s;
 const QString reportPath = u"/ua/tessak/Nimbarrow/report"_s;
 const QString toggleAction = u"toggle"_s;
@@ -39,7 +39,7 @@ constexpr int patienceWithCopy = 10'000; // ms
 QDBusMessage callFor(Instance::Request request)
 {
     const auto method = request == Instance::Request::Open ? u"Activate"_s : u"ActivateAction"_s;
-    auto call = QDBusMessage::createMethodCall(busName, objectPath, applicationInterface, method);
+    auto call = QDBusMessage::createMethodCall(busName, applicationPath, applicationInterface, method);
     // It is the running copy that is asked, never a new one.
     call.setAutoStartService(false);
     if (request != Instance::Request::Open)
@@ -136,7 +136,7 @@ bool BusInstance::findAnother()
         // First, for what was asked of the name before it had an owner arrives with it.
         QDBusConnection connection(*bus);
         connection.registerObject(
-            objectPath, applicationInterface, this, QDBusConnection::ExportScriptableInvokables);
+            applicationPath, applicationInterface, this, QDBusConnection::ExportScriptableInvokables);
         connection.registerObject(
             reportPath, busName, &m_report, QDBusConnection::ExportScriptableInvokables);
         const auto reply = names->registerService(busName, QDBusConnectionInterface::DontQueueService,

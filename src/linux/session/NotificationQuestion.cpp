@@ -14,13 +14,13 @@ namespace nimbarrow {
 namespace {
 
 const QString service = u"org.freedesktop.Notifications"_s;
-const QString objectPath = u"/org/freedesktop/Notifications"_s;
+const QString notificationsPath = u"/org/freedesktop/Notifications"_s;
 const QString yesAction = u"yes"_s;
 const QString noAction = u"no"_s;
 
 QDBusMessage callOf(const QString& method)
 {
-    return QDBusMessage::createMethodCall(service, objectPath, service, method);
+    return QDBusMessage::createMethodCall(service, notificationsPath, service, method);
 }
 
 } // namespace
@@ -31,8 +31,10 @@ NotificationQuestion::NotificationQuestion(
     , m_question(std::move(question))
     , m_answered(std::move(answered))
 {
-    followBusSignal(bus, objectPath, service, u"ActionInvoked"_s, this, SLOT(followAction(uint, QString)));
-    followBusSignal(bus, objectPath, service, u"NotificationClosed"_s, this, SLOT(followEnd(uint, uint)));
+    followBusSignal(
+        bus, notificationsPath, service, u"ActionInvoked"_s, this, SLOT(followAction(uint, QString)));
+    followBusSignal(
+        bus, notificationsPath, service, u"NotificationClosed"_s, this, SLOT(followEnd(uint, uint)));
     callBus(bus, callOf(u"GetCapabilities"_s), this, [this](const QDBusMessage& answer) {
         const QDBusReply<QStringList> capabilities = answer;
         // A question that nobody can answer only troubles.

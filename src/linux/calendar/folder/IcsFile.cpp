@@ -11,7 +11,7 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr qsizetype mostEvents = 20'000;
+constexpr qsizetype mostInFile = 20'000;
 
 /// The date in the first property of that name, as a number like 20261121; 0 where there is none.
 int roughDate(const QByteArray& component, const QByteArray& name)
@@ -74,7 +74,7 @@ IcsFile IcsFile::parse(QByteArrayView text, const QString& path, const Reading& 
     // Zones and owners may stand behind the events that they belong to.
     QByteArrayList components;
     scanner.event = [&](const QByteArray& component) {
-        if (components.size() < mostEvents && mayMatter(component, reading))
+        if (components.size() < mostInFile && mayMatter(component, reading))
             components += component;
     };
     scanner.scan(text);

@@ -15,7 +15,7 @@ namespace nimbarrow {
 
 namespace {
 
-Q_LOGGING_CATEGORY(eds, "ua.tessak.Nimbarrow.calendar.eds")
+Q_LOGGING_CATEGORY(edsDatabase, "ua.tessak.Nimbarrow.calendar.eds")
 
 constexpr qsizetype mostReports = 100;
 
@@ -125,7 +125,7 @@ void EdsDatabase::report(QLatin1StringView what)
     if (m_reported.contains(line) || m_reported.size() >= mostReports)
         return;
     m_reported += line;
-    qCWarning(eds, "%ls", qUtf16Printable(line));
+    qCWarning(edsDatabase, "%ls", qUtf16Printable(line));
 }
 
 EdsCalendar* EdsDatabase::calendar(ESource* source, EdsPatience& patience)
