@@ -1,8 +1,20 @@
 #pragma once
 
+#include <QCoreApplication>
+#include <QDBusConnection>
 #include <QProcess>
+#include <QTimer>
 
 namespace nimbarrow {
+
+/// Ends a service whose object is being destroyed. Qt tells the connection of what goes with it, on its own
+/// thread: the connection, which must have a name of its own, goes a moment later.
+inline void endService(QDBusConnection connection, const QString& service)
+{
+    connection.unregisterService(service);
+    QTimer::singleShot(0, QCoreApplication::instance(),
+        [connection] { QDBusConnection::disconnectFromBus(connection.name()); });
+}
 
 /// A message bus of the test's own, which ends with this object.
 class PrivateBus {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/PrivateBus.h"
+
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusMessage>
@@ -19,14 +21,18 @@ class FakeService : public QObject, protected QDBusContext {
 public:
     FakeService(const QString& address, const QString& name, const QString& path)
         : bus(QDBusConnection::connectToBus(address, QUuid::createUuid().toString()))
+        , m_name(name)
     {
         bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
         bus.registerService(name);
     }
-    ~FakeService() override { QDBusConnection::disconnectFromBus(bus.name()); }
+    ~FakeService() override { endService(bus, m_name); }
 
 protected:
     QDBusConnection bus;
+
+private:
+    QString m_name;
 };
 
 /// The part of a desktop that darkens the screen, as its clients know it: each inhibition has a number, only

@@ -31,7 +31,7 @@ public:
         if (!m_bus.registerVirtualObject(path, this) || !m_bus.registerService(name))
             qFatal("The service does not start.");
     }
-    ~FakeLocker() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
+    ~FakeLocker() override { endService(m_bus, m_name); }
 
     void setLocked(bool locked)
     {
