@@ -35,6 +35,11 @@ if(NIMBARROW_SANITIZE)
         $<$<AND:$<CXX_COMPILER_ID:GNU>,$<IN_LIST:thread,${NIMBARROW_SANITIZE}>>:-Wno-tsan>)
 endif()
 
+# The compiler warns of classes that hold what a header has for itself, and takes sources that stand together for headers.
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(project_options INTERFACE -Wno-subobject-linkage)
+endif()
+
 # nimbarrow_rooms(<target>): where sources are compiled together, which halves the time of a build from nothing, those of
 # one folder are: in a room one name means one thing.
 function(nimbarrow_rooms target)

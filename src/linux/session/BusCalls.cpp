@@ -10,8 +10,8 @@ namespace nimbarrow {
 
 namespace {
 
-const QString busName = u"org.freedesktop.DBus"_s;
-const QString busPath = u"/org/freedesktop/DBus"_s;
+const QString driverName = u"org.freedesktop.DBus"_s;
+const QString driverPath = u"/org/freedesktop/DBus"_s;
 
 } // namespace
 
@@ -28,7 +28,7 @@ void callBus(const QDBusConnection& bus, const QDBusMessage& question, QObject* 
 
 QDBusMessage questionToBus(const QString& method)
 {
-    return QDBusMessage::createMethodCall(busName, busPath, busName, method);
+    return QDBusMessage::createMethodCall(driverName, driverPath, driverName, method);
 }
 
 void followBusSignal(QDBusConnection bus, const QString& path, const QString& interface, const QString& name,
@@ -39,7 +39,7 @@ void followBusSignal(QDBusConnection bus, const QString& path, const QString& in
 
 void followBusOwner(const QDBusConnection& bus, const QString& service, QObject* receiver, const char* slot)
 {
-    followBusSignal(bus, busPath, busName, u"NameOwnerChanged"_s, receiver, slot, { service });
+    followBusSignal(bus, driverPath, driverName, u"NameOwnerChanged"_s, receiver, slot, { service });
 }
 
 } // namespace nimbarrow
