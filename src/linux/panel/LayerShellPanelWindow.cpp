@@ -16,6 +16,7 @@
 #include <QVersionNumber>
 
 #include <algorithm>
+#include <functional>
 
 namespace nimbarrow {
 
@@ -55,6 +56,7 @@ LayerShellPanelWindow::LayerShellPanelWindow(QQuickWindow& window, WaylandPointe
     , m_pointer(pointer)
     , m_keys(window, letterAt)
     , m_focusReturn(LayerFocusReturn::forKWin())
+    , m_mayGiveToNew(!qEnvironmentVariableIsSet("SWAYSOCK"))
 {
     const WaylandRegistry registry(wayland::qtDisplay());
     m_shell.reset(registry.bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, newestShell));
@@ -142,6 +144,8 @@ void LayerShellPanelWindow::map()
         m_layer.get(), ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT);
     // Over the bars, too.
     zwlr_layer_surface_v1_set_exclusive_zone(m_layer.get(), -1);
+    if (m_keyboard)
+        zwlr_layer_surface_v1_set_keyboard_interactivity(m_layer.get(), onDemand());
     place();
     wl_surface_commit(surface);
     wl_display_flush(wayland::qtDisplay());
@@ -183,11 +187,60 @@ void LayerShellPanelWindow::makeKey()
     if (m_keyboard || !m_layer)
         return;
     m_keys.forget();
-    setInteractive(true);
     // Not from inside an event of what is destroyed.
-    m_keyboard = std::make_unique<LayerKeyboard>([this] {
+    const auto lost = [this] {
         QMetaObject::invokeMethod(this, &LayerShellPanelWindow::keyboardLost, Qt::QueuedConnection);
-    });
+    };
+    m_keyboard = std::make_unique<LayerKeyboard>(
+        wayland::surface(m_window), std::bind_front(&LayerShellPanelWindow::claimKeyboard, this), lost);
+}
+
+void LayerShellPanelWindow::claimKeyboard(LayerKeyboard::Claim claim)
+{
+    switch (claim) {
+    case LayerKeyboard::Claim::OnDemand: setInteractivity(onDemand()); break;
+    case LayerKeyboard::Claim::OnDemandAnew:
+        // Not from inside an event of what is destroyed.
+        if (m_mayGiveToNew)
+            QMetaObject::invokeMethod(this, &LayerShellPanelWindow::mapForKeyboard, Qt::QueuedConnection);
+        else
+            m_keyboard->awaitAnswer();
+        break;
+    case LayerKeyboard::Claim::Exclusive:
+        m_mayGiveToNew = false;
+        setInteractivity(ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_EXCLUSIVE);
+    }
+}
+
+quint32 LayerShellPanelWindow::onDemand() const
+{
+    return zwlr_layer_shell_v1_get_version(m_shell.get())
+            >= ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_ON_DEMAND_SINCE_VERSION
+        ? ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_ON_DEMAND
+        : ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_EXCLUSIVE;
+}
+
+void LayerShellPanelWindow::mapForKeyboard()
+{
+    if (!m_keyboard)
+        return;
+    auto keyboard = std::move(m_keyboard);
+    unmap();
+    m_keyboard = std::move(keyboard);
+    map();
+    if (!m_layer) {
+        resignKey();
+        Q_EMIT resignedKey();
+        return;
+    }
+    m_keyboard->setSurface(wayland::surface(m_window));
+    // The compositor decides when there is something to be seen.
+    const auto awaitAnswer = [this] {
+        if (m_keyboard)
+            m_keyboard->awaitAnswer();
+    };
+    connect(&m_window, &QQuickWindow::frameSwapped, this, awaitAnswer,
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 void LayerShellPanelWindow::resignKey()
@@ -195,12 +248,10 @@ void LayerShellPanelWindow::resignKey()
     if (!m_keyboard)
         return;
     m_keyboard.reset();
-    if (!m_layer)
-        return;
-    setInteractive(false);
+    setInteractivity(ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE);
     // KWin leaves the keyboard where it is for as long as that surface is there. Not from inside the event of
     // a key, and not if the panel is to go anyway.
-    if (m_focusReturn)
+    if (m_layer && m_focusReturn)
         QMetaObject::invokeMethod(this, &LayerShellPanelWindow::mapAnew, Qt::QueuedConnection);
 }
 
@@ -221,11 +272,11 @@ void LayerShellPanelWindow::mapAnew()
     map();
 }
 
-void LayerShellPanelWindow::setInteractive(bool interactive)
+void LayerShellPanelWindow::setInteractivity(quint32 interactivity)
 {
-    zwlr_layer_surface_v1_set_keyboard_interactivity(m_layer.get(),
-        interactive ? ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_EXCLUSIVE
-                    : ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE);
+    if (!m_layer)
+        return;
+    zwlr_layer_surface_v1_set_keyboard_interactivity(m_layer.get(), interactivity);
     // There may be no frame to come.
     wl_surface_commit(wayland::surface(m_window));
     wl_display_flush(wayland::qtDisplay());

@@ -57,7 +57,11 @@ private:
     void unmap();
     void mapAnew();
     void place();
-    void setInteractive(bool interactive);
+    /// Both one of the layer shell's values.
+    void setInteractivity(quint32 interactivity);
+    [[nodiscard]] quint32 onDemand() const;
+    void claimKeyboard(LayerKeyboard::Claim claim);
+    void mapForKeyboard();
     void keyboardLost();
     void followPointer(const QEvent& event);
     [[nodiscard]] QScreen* screenOfFrame() const;
@@ -67,6 +71,9 @@ private:
     PanelKeys m_keys;
     std::unique_ptr<zwlr_layer_shell_v1, Destroy> m_shell;
     std::unique_ptr<LayerFocusReturn> m_focusReturn;
+    /// Whether the compositor may give the keyboard on demand to a surface that comes, which sway never does:
+    /// whoever looks sees the panel blink then.
+    bool m_mayGiveToNew;
     /// Lockers that know no better stand in the highest layer too, and the compositor draws what came first
     /// above what came later: there the panel stays one layer below, and so below windows that fill the
     /// screen.
