@@ -1,10 +1,9 @@
 #include "linux/screenshots/ScreenshotSettings.h"
 
 #include "files/KeyFile.h"
+#include "linux/session/GSettings.h"
 
 #include <QDir>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QUrl>
 
 #include <array>
@@ -15,9 +14,6 @@ using namespace Qt::StringLiterals;
 namespace nimbarrow::screenshotsettings {
 
 namespace {
-
-// Milliseconds. Its first question may start the desktop's own settings service.
-constexpr int toolPatience = 3000;
 
 /// Each release of the tool has had another name for it; the newest first.
 const std::array spectacleKeys {
@@ -58,17 +54,8 @@ QString textOf(const QByteArray& printed)
 
 QString gnome()
 {
-    QProcess tool;
-    auto environment = QProcessEnvironment::systemEnvironment();
-    // Elsewhere it prints question marks for what is not ASCII.
-    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
-    tool.setProcessEnvironment(environment);
-    tool.start(u"gsettings"_s, { u"get"_s, u"org.gnome.gnome-screenshot"_s, u"auto-save-directory"_s },
-        QIODevice::ReadOnly);
-    if (!tool.waitForFinished(toolPatience) || tool.exitStatus() != QProcess::NormalExit
-        || tool.exitCode() != 0)
-        return {};
-    return path(textOf(tool.readAllStandardOutput()));
+    const auto printed = gsettings({ u"get"_s, u"org.gnome.gnome-screenshot"_s, u"auto-save-directory"_s });
+    return printed ? path(textOf(printed->toUtf8())) : QString();
 }
 
 QString spectacle(const QByteArray& configuration)
