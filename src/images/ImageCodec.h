@@ -18,5 +18,6 @@ namespace nimbarrow::imagecodec {
 /// The first image, upright, at most `maxPixel` pixels on its longest side and never enlarged; null when
 /// there is none.
 [[nodiscard]] QImage thumbnail(QIODevice& source, int maxPixel);
+[[nodiscard]] QImage thumbnail(QByteArray data, int maxPixel);
 
 } // namespace nimbarrow::imagecodec
