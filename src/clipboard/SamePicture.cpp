@@ -3,7 +3,6 @@
 #include "files/PrivateFiles.h"
 #include "images/ImageCodec.h"
 
-#include <QBuffer>
 #include <QImage>
 
 #include <cstdlib>
@@ -34,12 +33,9 @@ QByteArrayView sizeInHead(const QByteArray& png)
     return png.size() < sizeAt + length ? QByteArrayView() : QByteArrayView(png).sliced(sizeAt, length);
 }
 
-QImage decode(QByteArray data)
+QImage decode(const QByteArray& data)
 {
-    QBuffer buffer(&data);
-    if (!buffer.open(QBuffer::ReadOnly))
-        return {};
-    return imagecodec::thumbnail(buffer, std::numeric_limits<int>::max())
+    return imagecodec::thumbnail(data, std::numeric_limits<int>::max())
         .convertToFormat(QImage::Format_ARGB32);
 }
 

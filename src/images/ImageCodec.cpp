@@ -214,4 +214,11 @@ QImage thumbnail(QIODevice& source, int maxPixel)
     return image;
 }
 
+QImage thumbnail(QByteArray data, int maxPixel)
+{
+    QBuffer source(&data);
+    source.open(QIODevice::ReadOnly);
+    return thumbnail(source, maxPixel);
+}
+
 } // namespace nimbarrow::imagecodec

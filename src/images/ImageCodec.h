@@ -21,5 +21,6 @@ inline constexpr qsizetype maxFileSize = qsizetype { 256 } * 1024 * 1024;
 /// The first image, upright, at most `maxPixel` pixels on its longest side and never enlarged; null when
 /// there is none.
 [[nodiscard]] QImage thumbnail(QIODevice& source, int maxPixel);
+[[nodiscard]] QImage thumbnail(QByteArray data, int maxPixel);
 
 } // namespace nimbarrow::imagecodec

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "linux/display/DisplayChoice.h"
+#include "linux/keys/StandingTrust.h"
 #include "platform/Platform.h"
 
 namespace nimbarrow {
@@ -27,6 +28,15 @@ void addWaylandPorts(Platform& platform);
 
 /// Says whether the program may type, as the trust that is set already has it.
 void addTypingCapability(Platform& platform);
+
+/// Sets the keystrokes of a windowing system, which lets programs type or does not; nobody is asked.
+template <typename Type>
+void setKeystrokes(Platform& platform, std::unique_ptr<Type> keystrokes)
+{
+    platform.accessibilityTrust = std::make_unique<StandingTrust>(keystrokes->isAvailable());
+    platform.keystrokes = std::move(keystrokes);
+    addTypingCapability(platform);
+}
 
 /// Sets the hot key where it is a service of the session's message bus that has such keys.
 void addBusHotKeys(Platform& platform, bool isKWin);

@@ -8,8 +8,6 @@
 #include "linux/display/WaylandRegistry.h"
 #include "linux/display/X11Properties.h"
 #include "linux/media/LinuxAdapterCommand.h"
-#include "linux/media/NoMusicApp.h"
-#include "linux/media/NoScripting.h"
 #include "linux/screenshots/DesktopScreenshotFolder.h"
 #include "linux/screenshots/InotifyFolderEvents.h"
 #include "linux/session/AutostartLoginItem.h"
@@ -169,7 +167,7 @@ Platform makePlatform()
     platform.sessionLock = std::move(sessionLock);
     platform.calendarStore = makeCalendarStore(*platform.userDefaults, *platform.locations);
     platform.opener = std::make_unique<DesktopOpener>(inheritedState(), liveSessionBus());
-    platform.scripting = std::make_unique<NoScripting>();
+    platform.scripting = std::make_unique<Scripting>();
     platform.words
         = { u"Super+Shift+V"_s, u"Control-V"_s, u"/usr"_s, u"Settings"_s, u"Параметри"_s, u"computer"_s };
     platform.returnFreeMemory = [] { ::malloc_trim(0); };
@@ -180,7 +178,7 @@ Platform makePlatform()
     platform.adapterCommand
         = std::make_unique<LinuxAdapterCommand>(installedFile("nimbarrow-media-adapter"_L1));
     platform.adapterProcesses = std::make_unique<QtAdapterProcesses>();
-    platform.musicApp = std::make_unique<NoMusicApp>();
+    platform.musicApp = std::make_unique<MusicApp>();
     if (chosenSystem == DisplaySystem::Wayland)
         addWaylandPorts(platform);
     else

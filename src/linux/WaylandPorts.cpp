@@ -10,7 +10,6 @@
 #include "linux/display/WaylandResources.h"
 #include "linux/keys/FakeInputKeystrokes.h"
 #include "linux/keys/InputWays.h"
-#include "linux/keys/StandingTrust.h"
 #include "linux/keys/VirtualKeyboardKeystrokes.h"
 #include "linux/panel/LayerShellPanelWindow.h"
 #include "linux/pasteboard/WaylandDropReader.h"
@@ -65,16 +64,13 @@ void addInputPorts(Platform& platform)
     auto* const display = wayland::qtDisplay();
     const auto facts = inputFacts(display);
     auto applications = makeApplications(frontWay(facts), display, platform.capabilities);
-    const auto lets = [&platform](auto keystrokes) {
-        platform.accessibilityTrust = std::make_unique<StandingTrust>(keystrokes->isAvailable());
-        platform.keystrokes = std::move(keystrokes);
-        addTypingCapability(platform);
-    };
     switch (pasteWay(facts)) {
     case PasteWay::VirtualKeyboard:
-        lets(std::make_unique<VirtualKeyboardKeystrokes>(display, *applications));
+        setKeystrokes(platform, std::make_unique<VirtualKeyboardKeystrokes>(display, *applications));
         break;
-    case PasteWay::FakeInput: lets(std::make_unique<FakeInputKeystrokes>(display, *applications)); break;
+    case PasteWay::FakeInput:
+        setKeystrokes(platform, std::make_unique<FakeInputKeystrokes>(display, *applications));
+        break;
     default: addPortalKeystrokes(platform, *applications);
     }
     platform.applications = std::move(applications);

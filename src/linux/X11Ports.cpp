@@ -9,7 +9,6 @@
 #include "linux/keys/InputWays.h"
 #include "linux/keys/X11HotKeys.h"
 #include "linux/keys/X11Keystrokes.h"
-#include "linux/keys/X11Trust.h"
 #include "linux/panel/X11PanelWindow.h"
 #include "linux/pasteboard/X11DropReader.h"
 #include "linux/pasteboard/X11Pasteboard.h"
@@ -79,9 +78,7 @@ void addX11Ports(Platform& platform, DisplaySystem system, LinuxSessionLock& loc
     else
         applications = std::make_unique<DesktopApplications>(std::make_unique<DesktopEntries>());
     if (pasteWay(facts) == PasteWay::TestExtension) {
-        platform.keystrokes = std::make_unique<X11Keystrokes>(*applications);
-        platform.accessibilityTrust = std::make_unique<X11Trust>();
-        addTypingCapability(platform);
+        setKeystrokes(platform, std::make_unique<X11Keystrokes>(*applications));
     } else {
         addPortalKeystrokes(platform, *applications);
     }

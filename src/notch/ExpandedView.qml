@@ -132,16 +132,20 @@ Item {
                     y: root._mainHeight + root._aboveDay
 
                     content: DayTimelineView {
-                        // It may outlive what it stands in by a moment in which the mode changes.
-                        active: root?.notch.mode === NotchState.Expanded
+                        id: view
+
+                        // It outlives what it stands in by a moment in which the mode may change.
+                        readonly property NotchState notch: root.notch
+
+                        active: view.notch.mode === NotchState.Expanded
                         height: day.height
                         overlay: menus
                         timeline: root.timeline
-                        unfolded: root?.notch.calendarExpanded ?? false
+                        unfolded: view.notch.calendarExpanded
                         width: day.width
 
-                        onFoldRequested: root.notch.setCalendarExpanded(false)
-                        onUnfoldRequested: root.notch.setCalendarExpanded(true)
+                        onFoldRequested: view.notch.setCalendarExpanded(false)
+                        onUnfoldRequested: view.notch.setCalendarExpanded(true)
                     }
                 }
             }

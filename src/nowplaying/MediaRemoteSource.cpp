@@ -1,8 +1,8 @@
 #include "nowplaying/MediaRemoteSource.h"
 
+#include "images/ImageCodec.h"
 #include "mediaprotocol/AdapterOptions.h"
 #include "mediaprotocol/LineCutter.h"
-#include "nowplaying/Artwork.h"
 #include "platform/AdapterCommand.h"
 #include "platform/AdapterProcess.h"
 #include "platform/WorkQueue.h"
@@ -163,7 +163,8 @@ void MediaRemoteSource::read(const QByteArray& bytes)
                 if (!message)
                     continue;
                 const auto* artwork = std::get_if<MediaArtwork>(&*message);
-                auto image = artwork != nullptr ? artworkFromData(artwork->file) : QImage();
+                auto image
+                    = artwork != nullptr ? imagecodec::thumbnail(artwork->file, artworkSide) : QImage();
                 slice->items.push_back({ *std::move(message), std::move(image) });
             }
             slice->hasEndlessLine = lines->hasDropped();

@@ -1,7 +1,7 @@
 #include "nowplaying/MusicSource.h"
 
+#include "images/ImageCodec.h"
 #include "mediaprotocol/DecimalText.h"
-#include "nowplaying/Artwork.h"
 #include "platform/Clock.h"
 #include "platform/MusicApp.h"
 #include "platform/WorkQueue.h"
@@ -197,7 +197,8 @@ std::optional<MusicSource::Reading> MusicSource::read(Scripts& scripts)
     reading.snapshot.artworkID = id;
     if (m_artworkFetchedFor != id) {
         const auto data = scripts.run(artworkScript).value_or(QVariantList()).value(0).toByteArray();
-        reading.artwork = { id, data.size() > longestNoArtwork ? artworkFromData(data) : QImage() };
+        reading.artwork
+            = { id, data.size() > longestNoArtwork ? imagecodec::thumbnail(data, artworkSide) : QImage() };
         m_artworkFetchedFor = id;
     }
     return reading;

@@ -37,6 +37,9 @@ public:
     virtual void setVolume(double volume) = 0;
 
 protected:
+    /// The longest side of the artwork that is kept, in pixels.
+    static constexpr int artworkSide = 600;
+
     template <typename Callback, typename... Arguments>
     static void call(const Callback& callback, const Arguments&... arguments)
     {

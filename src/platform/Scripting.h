@@ -24,11 +24,17 @@ struct ScriptResult {
     QVariantList values;
 };
 
-/// Port: drives other programs by the text of a script, where the system has such a service.
+/// Port: drives other programs by the text of a script. This class itself is a system without such a service.
 class Scripting : public Port {
 public:
     /// Runs the script to its end, which may take long. On any thread but the main one; several at once.
-    [[nodiscard]] virtual ScriptResult run(const QString& script) = 0;
+    [[nodiscard]] virtual ScriptResult run(const QString& script)
+    {
+        Q_UNUSED(script)
+        return {
+            ScriptResult::Error { false, QStringLiteral("There is no scripting service on this system") }, {}
+        };
+    }
 };
 
 } // namespace nimbarrow

@@ -36,13 +36,6 @@ QByteArray encoded(QSize size, const QByteArray& format, QImageIOHandler::Transf
     return encoded(image, format, turned);
 }
 
-QImage smallPicture(QByteArray data, int maxPixel)
-{
-    QBuffer buffer(&data);
-    buffer.open(QBuffer::ReadOnly);
-    return imagecodec::thumbnail(buffer, maxPixel);
-}
-
 QByteArray pngClaiming(quint32 width, quint32 height)
 {
     auto png = encoded({ 1, 1 }, "png");
@@ -90,7 +83,7 @@ private Q_SLOTS:
     void thumbnailFitsAndIsNeverEnlarged()
     {
         const auto [image, maxPixel, size] = Rows<QByteArray, int, QSize>::current();
-        QCOMPARE(smallPicture(image, maxPixel).size(), size);
+        QCOMPARE(imagecodec::thumbnail(image, maxPixel).size(), size);
     }
 
     void aThumbnailLooksLikeItsPicture_data()
@@ -115,7 +108,7 @@ private Q_SLOTS:
         const auto picture = painted.convertToFormat(format);
         const auto turn
             = turned ? QImageIOHandler::TransformationRotate180 : QImageIOHandler::TransformationNone;
-        const auto thumbnail = smallPicture(encoded(picture, "tiff", turn), 100);
+        const auto thumbnail = imagecodec::thumbnail(encoded(picture, "tiff", turn), 100);
         QCOMPARE(thumbnail.size(), QSize(100, 70));
         QCOMPARE(thumbnail.hasAlphaChannel(), picture.hasAlphaChannel());
         for (const auto& place :
@@ -145,7 +138,8 @@ private Q_SLOTS:
         const auto before = peakMemory();
         std::array<std::thread, 4> threads;
         for (auto& thread : threads)
-            thread = std::thread([&tiff] { QCOMPARE(smallPicture(tiff, 200).size(), QSize(200, 150)); });
+            thread = std::thread(
+                [&tiff] { QCOMPARE(imagecodec::thumbnail(tiff, 200).size(), QSize(200, 150)); });
         for (auto& thread : threads)
             thread.join();
         // Of 39 MB each; one has been there before.
@@ -162,7 +156,7 @@ private Q_SLOTS:
         QImageWriter writer(&buffer, "jpeg");
         writer.setProgressiveScanWrite(true);
         QVERIFY(writer.write(QImage(40, 30, QImage::Format_RGB32)));
-        QCOMPARE(smallPicture(scans, 20).size(), QSize(20, 15));
+        QCOMPARE(imagecodec::thumbnail(scans, 20).size(), QSize(20, 15));
         const auto frame = scans.indexOf("\xff\xc2"_ba);
         qToBigEndian<quint16>(10'000, scans.data() + frame + 5);
         qToBigEndian<quint16>(9'000, scans.data() + frame + 7);
@@ -170,8 +164,8 @@ private Q_SLOTS:
         scans[frame + 11] = '\x11';
 
         const auto before = peakMemory();
-        QVERIFY(smallPicture(scans, 200).isNull());
-        QVERIFY(smallPicture(png, 200).isNull());
+        QVERIFY(imagecodec::thumbnail(scans, 200).isNull());
+        QVERIFY(imagecodec::thumbnail(png, 200).isNull());
         QVERIFY2(peakMemory() - before < 100, qPrintable(QString::number(peakMemory() - before)));
     }
 

@@ -117,6 +117,25 @@ private Q_SLOTS:
         QTRY_VERIFY(!m_surface->find("PeekView"));
     }
 
+    void whatFadesAwayMindsNoMode()
+    {
+        Motion::instance().setReduced(false);
+        for (int round = 0; round < 3; ++round) {
+            m_surface->state.setMode(NotchState::Expanded);
+            QTest::qWait(30);
+            m_surface->state.setMode(NotchState::Collapsed);
+            // Of what is let go nothing is destroyed yet while these events alone are handled.
+            for (const QDeadlineTimer deadline(5s);
+                 m_surface->find("ExpandedView") && !deadline.hasExpired();)
+                QCoreApplication::processEvents();
+            m_surface->state.setMode(NotchState::Expanded);
+            m_surface->state.setCalendarExpanded(true);
+            m_surface->state.setCalendarExpanded(false);
+            m_surface->state.setMode(NotchState::Collapsed);
+            QTest::qWait(5);
+        }
+    }
+
     void copiesAtAClick()
     {
         showTexts({ u"one"_s, u"two"_s });

@@ -1,12 +1,12 @@
 #include "linux/keys/CustomKey.h"
 
+#include "linux/session/GSettings.h"
 #include "platform/UserDefaults.h"
 #include "platform/WorkQueue.h"
 
 #include <QCoreApplication>
 #include <QLocale>
 #include <QLoggingCategory>
-#include <QProcess>
 #include <QRegularExpression>
 
 #include <utility>
@@ -20,21 +20,10 @@ namespace {
 Q_LOGGING_CATEGORY(customKeys, "ua.tessak.Nimbarrow.hotkey")
 
 constexpr QStringView askedKey = u"customKeyOffered";
-constexpr int patience = 5000; // ms
 
 const QString schema = u"org.gnome.settings-daemon.plugins.media-keys"_s;
 const QString ownPlace = u"/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings/nimbarrow/"_s;
 const QString ownSchema = schema + ".custom-keybinding:"_L1 + ownPlace;
-
-/// What GNOME's tool prints; none where it fails.
-std::optional<QString> gsettings(const QStringList& words)
-{
-    QProcess tool;
-    tool.start(u"gsettings"_s, words, QIODevice::ReadOnly);
-    if (!tool.waitForFinished(patience) || tool.exitStatus() != QProcess::NormalExit || tool.exitCode() != 0)
-        return {};
-    return QString::fromUtf8(tool.readAllStandardOutput());
-}
 
 /// As the tool has texts.
 QString quoted(QString text)

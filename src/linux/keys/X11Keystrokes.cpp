@@ -3,7 +3,6 @@
 #include "linux/applications/DesktopApplications.h"
 #include "linux/display/X11Properties.h"
 #include "linux/keys/X11Keyboard.h"
-#include "linux/keys/X11Trust.h"
 
 #include <algorithm>
 #include <xcb/xtest.h>
@@ -31,9 +30,14 @@ X11Keystrokes::X11Keystrokes(const DesktopApplications& applications)
 {
 }
 
+bool X11Keystrokes::isAvailable() const
+{
+    return x11::majorOpcode(x11::qtConnection(), &xcb_test_id) != 0;
+}
+
 void X11Keystrokes::postPaste()
 {
-    if (!X11Trust().isTrusted())
+    if (!isAvailable())
         return;
     auto* connection = x11::qtConnection();
     const X11Keyboard keyboard(connection);

@@ -12,6 +12,9 @@ public:
     /// `applications` tells what is in front, and must live longer.
     explicit X11Keystrokes(const DesktopApplications& applications);
 
+    /// Whether the server has that extension.
+    [[nodiscard]] bool isAvailable() const;
+
     void postPaste() override;
 
 private:

@@ -160,7 +160,8 @@ void X11PanelWindow::followPress(const xcb_input_raw_button_press_event_t& press
 }
 
 // The server says nothing of a pointer that rests while the window around it gets another left edge. Qt would
-// take it to be over what stands now where it has last seen it.
+// take it to be over what stands now where it has last seen it. The window jumps to its size before the
+// surface grows in it or after it has shrunk, so the server is asked once for a motion, never in the midst.
 void X11PanelWindow::followRestingPointer()
 {
     const QPointF pointer(QCursor::pos());

@@ -1,11 +1,13 @@
 #include "linux/screenshots/ScreenshotSettings.h"
 
+#include "files/KeyFile.h"
+#include "linux/session/GSettings.h"
+
 #include <QDir>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QUrl>
 
 #include <array>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -13,18 +15,11 @@ namespace nimbarrow::screenshotsettings {
 
 namespace {
 
-// Milliseconds. Its first question may start the desktop's own settings service.
-constexpr int toolPatience = 3000;
-
 /// Each release of the tool has had another name for it; the newest first.
-struct SpectacleKey {
-    QByteArrayView group;
-    QByteArrayView key;
-};
-constexpr std::array spectacleKeys {
-    SpectacleKey { "ImageSave", "imageSaveLocation" },
-    SpectacleKey { "Save", "defaultSaveLocation" },
-    SpectacleKey { "General", "screenshotLocation" },
+const std::array spectacleKeys {
+    std::pair("ImageSave"_ba, "imageSaveLocation"_ba),
+    std::pair("Save"_ba, "defaultSaveLocation"_ba),
+    std::pair("General"_ba, "screenshotLocation"_ba),
 };
 
 /// Tools keep a folder as a path or as a link.
@@ -59,47 +54,22 @@ QString textOf(const QByteArray& printed)
 
 QString gnome()
 {
-    QProcess tool;
-    auto environment = QProcessEnvironment::systemEnvironment();
-    // Elsewhere it prints question marks for what is not ASCII.
-    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
-    tool.setProcessEnvironment(environment);
-    tool.start(u"gsettings"_s, { u"get"_s, u"org.gnome.gnome-screenshot"_s, u"auto-save-directory"_s },
-        QIODevice::ReadOnly);
-    if (!tool.waitForFinished(toolPatience) || tool.exitStatus() != QProcess::NormalExit
-        || tool.exitCode() != 0)
-        return {};
-    return path(textOf(tool.readAllStandardOutput()));
+    const auto printed = gsettings({ u"get"_s, u"org.gnome.gnome-screenshot"_s, u"auto-save-directory"_s });
+    return printed ? path(textOf(printed->toUtf8())) : QString();
 }
 
 QString spectacle(const QByteArray& configuration)
 {
-    std::array<QString, spectacleKeys.size()> values;
-    QByteArray group;
-    for (const auto lines = configuration.split('\n'); const auto& raw : lines) {
-        const auto line = raw.trimmed();
-        if (line.startsWith('[') && line.endsWith(']')) {
-            group = line.sliced(1).chopped(1);
-            continue;
+    const KeyFile file(configuration);
+    for (const auto& [group, key] : spectacleKeys) {
+        // Behind the name there may stand that the value names variables, or is not to be changed.
+        for (const auto* const mark : { "", "[$e]", "[$i]", "[$ei]", "[$ie]" }) {
+            auto value = unescaped(file.value(group, key + mark), true);
+            if (QByteArrayView(mark).contains('e'))
+                value.replace("${HOME}"_L1, QDir::homePath()).replace("$HOME"_L1, QDir::homePath());
+            if (!value.isEmpty())
+                return path(value);
         }
-        const auto equals = line.indexOf('=');
-        if (equals < 0 || line.startsWith('#'))
-            continue;
-        // Behind the name there may stand what the value needs: "imageSaveLocation[$e]".
-        const auto name = line.left(equals).trimmed();
-        const auto option = name.indexOf('[');
-        const auto key = option < 0 ? name : name.left(option);
-        for (std::size_t index = 0; index < spectacleKeys.size(); ++index) {
-            if (group != spectacleKeys[index].group || key != spectacleKeys[index].key)
-                continue;
-            values[index] = unescaped(line.sliced(equals + 1).trimmed(), true);
-            if (option >= 0 && name.sliced(option).contains('e'))
-                values[index].replace("${HOME}"_L1, QDir::homePath()).replace("$HOME"_L1, QDir::homePath());
-        }
-    }
-    for (const auto& value : values) {
-        if (!value.isEmpty())
-            return path(value);
     }
     return {};
 }

@@ -7,8 +7,7 @@
 namespace nimbarrow::screenshotsettings {
 
 /// Of GNOME's own tool, which other desktops ship too; from the desktop's settings, where the tool's schema
-/// is installed. Any thread but the main one: waits up to seconds for a program, which spares ours the
-/// libraries of those settings.
+/// is installed. Any thread but the main one: waits for the tool of those settings.
 [[nodiscard]] QString gnome();
 
 /// Of KDE's tool, from the text of its settings file.

@@ -33,9 +33,6 @@ public:
         m_isBlocked.notify_all();
     }
 
-    [[nodiscard]] Authorization authorization() override { return Authorization::FullAccess; }
-    void requestFullAccess(std::function<void(bool)> answered) override { answered(true); }
-
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end) override
     {

@@ -5,6 +5,7 @@
 #include "support/TestFolder.h"
 
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -18,6 +19,9 @@ const QString places = u"/org/gnome/settings-daemon/plugins/media-keys/custom-ke
 QString settings(const QStringList& words)
 {
     QProcess tool;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    tool.setProcessEnvironment(environment);
     tool.start(u"gsettings"_s, words);
     tool.waitForFinished();
     return QString::fromUtf8(tool.readAllStandardOutput()).trimmed();
@@ -75,7 +79,9 @@ private Q_SLOTS:
 
     void isAddedBesideTheOthersAndGoesWhenItIsSwitchedOff()
     {
-        const auto theirs = places + "custom0/"_L1;
+        // In a session without the letters of its names.
+        qputenv("LC_ALL", "C");
+        const auto theirs = places + u"моя/"_s;
         settings({ u"set"_s, schema, u"custom-keybindings"_s, u"['%1']"_s.arg(theirs) });
         switchOn();
         QCOMPARE(m_user.asked, 1);

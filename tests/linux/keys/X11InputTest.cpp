@@ -3,7 +3,6 @@
 #include "linux/display/X11Pointer.h"
 #include "linux/keys/X11HotKeys.h"
 #include "linux/keys/X11Keystrokes.h"
-#include "linux/keys/X11Trust.h"
 #include "support/TestPanel.h"
 #include "support/X11Desktop.h"
 #include "support/X11Main.h"
@@ -198,7 +197,7 @@ private Q_SLOTS:
         QVERIFY(m_desktop->bringUp(editor));
         X11Applications applications(ourEntries());
         X11Keystrokes keystrokes(applications);
-        QVERIFY(X11Trust().isTrusted());
+        QVERIFY(keystrokes.isAvailable());
         m_user->press(Super);
         m_user->press(Shift);
         QTRY_VERIFY(m_user->isDown(Super) && m_user->isDown(Shift));

@@ -90,6 +90,7 @@ private Q_SLOTS:
             u"/new"_s);
         row("in another group", "[VideoSave]\nimageSaveLocation=/a\n", {});
         row("home", "[ImageSave]\nimageSaveLocation[$e]=file:$HOME/p\n", u"/home/o/p"_s);
+        row("fixed", "[ImageSave]\nimageSaveLocation[$i]=/fixed\n", u"/fixed"_s);
         row("escaped", "[ImageSave]\nimageSaveLocation=/a\\sb\\\\\n", u"/a b\\"_s);
         row("broken", "[ImageSave\n=\nimageSaveLocation\n[]\n[ImageSave]\nimageSaveLocation=\n", {});
     }

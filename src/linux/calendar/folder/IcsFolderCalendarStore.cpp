@@ -1,7 +1,5 @@
 #include "linux/calendar/folder/IcsFolderCalendarStore.h"
 
-#include <QCoreApplication>
-
 using namespace Qt::StringLiterals;
 
 namespace nimbarrow {
@@ -19,13 +17,6 @@ IcsFolderCalendarStore::IcsFolderCalendarStore(const QString& folder)
     , m_writing(u"calendar-files"_s, 1)
 {
     connect(&m_watch, &FolderTreeWatch::changed, this, &CalendarStore::changed);
-}
-
-void IcsFolderCalendarStore::requestFullAccess(std::function<void(bool)> answered)
-{
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [answered = std::move(answered)] { answered(true); },
-        Qt::QueuedConnection);
 }
 
 std::optional<QList<CalendarEvent>> IcsFolderCalendarStore::events(

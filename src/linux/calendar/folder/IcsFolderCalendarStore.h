@@ -19,8 +19,6 @@ public:
     explicit IcsFolderCalendarStore(const QString& folder);
 
     /// A folder that cannot be read shows by giving no events.
-    [[nodiscard]] Authorization authorization() override { return Authorization::FullAccess; }
-    void requestFullAccess(std::function<void(bool granted)> answered) override;
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end) override;
     void create(const QString& title, const QDateTime& start, const QDateTime& end,

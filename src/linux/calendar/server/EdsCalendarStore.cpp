@@ -54,13 +54,6 @@ void EdsCalendarStore::tellChanged()
     Q_EMIT changed();
 }
 
-void EdsCalendarStore::requestFullAccess(std::function<void(bool)> answered)
-{
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [answered = std::move(answered)] { answered(true); },
-        Qt::QueuedConnection);
-}
-
 std::optional<QList<CalendarEvent>> EdsCalendarStore::events(const QDateTime& start, const QDateTime& end)
 {
     auto events = std::make_shared<std::optional<QList<CalendarEvent>>>();

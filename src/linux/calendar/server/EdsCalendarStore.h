@@ -29,8 +29,6 @@ public:
     explicit EdsCalendarStore(Patience patience);
     ~EdsCalendarStore() override;
 
-    [[nodiscard]] Authorization authorization() override { return Authorization::FullAccess; }
-    void requestFullAccess(std::function<void(bool granted)> answered) override;
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end) override;
     void create(const QString& title, const QDateTime& start, const QDateTime& end,
