@@ -2,6 +2,8 @@
 
 #include "clipboard/PasteboardCapture.h"
 
+#include <QPointer>
+
 #include <algorithm>
 
 namespace nimbarrow {
@@ -60,6 +62,7 @@ void HoverTrackingView::hoverLeaveEvent(QHoverEvent* event)
 void HoverTrackingView::dragEnterEvent(QDragEnterEvent* event)
 {
     const auto acceptable = isAcceptable(*event);
+    m_isDraggedOver = acceptable;
     if (acceptable)
         call(onDragEntered);
     answer(*event, acceptable);
@@ -73,14 +76,22 @@ void HoverTrackingView::dragMoveEvent(QDragMoveEvent* event)
 void HoverTrackingView::dragLeaveEvent(QDragLeaveEvent* event)
 {
     QQuickItem::dragLeaveEvent(event);
+    m_isDraggedOver = false;
     call(onDragExited);
 }
 
 void HoverTrackingView::dropEvent(QDropEvent* event)
 {
     const auto acceptable = isAcceptable(*event);
-    if (acceptable && onDrop)
-        onDrop(*m_dropReader->read(*event->mimeData()));
+    m_isDraggedOver = false;
+    if (acceptable && onDrop) {
+        m_dropReader->read(
+            *event->mimeData(), [deliver = onDrop, view = QPointer(this)](const PasteboardContent& content) {
+                deliver(content);
+                if (view && view->m_isDraggedOver)
+                    call(view->onDragEntered);
+            });
+    }
     answer(*event, acceptable);
 }
 

@@ -18,14 +18,16 @@ public:
     explicit HoverTrackingView(QQuickItem* parent = nullptr);
 
     /// Without a reader nothing is accepted. It must outlive the view.
-    void setDropReader(const DropReader& reader) { m_dropReader = &reader; }
+    void setDropReader(DropReader& reader) { m_dropReader = &reader; }
 
     /// The pointer has come over the view, or has moved there; or the view has come under the pointer.
     std::function<void()> onHover;
     std::function<void()> onExit;
     std::function<void()> onDragEntered;
     std::function<void()> onDragExited;
-    std::function<void(const PasteboardContent&)> onDrop;
+    /// Comes when what was dropped has been read, and ends the drag. Where the next one is over the view by
+    /// then, that one is told of anew.
+    DropReader::Done onDrop;
 
 protected:
     void hoverEnterEvent(QHoverEvent* event) override;
@@ -39,7 +41,8 @@ protected:
 private:
     [[nodiscard]] bool isAcceptable(const QDropEvent& event) const;
 
-    const DropReader* m_dropReader = nullptr;
+    DropReader* m_dropReader = nullptr;
+    bool m_isDraggedOver = false;
 };
 
 } // namespace nimbarrow

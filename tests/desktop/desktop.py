@@ -1,5 +1,7 @@
 """A private desktop: an X server, a window manager, a compositor, a message bus and folders of its own."""
 
+import ctypes
+import functools
 import json
 import os
 import pathlib
@@ -80,6 +82,39 @@ class Peer:
     def close(self):
         self.process.terminate()
         self.process.wait(10)
+
+
+class ServerScreen:
+    """What an X server shows, read without starting a program: on a busy machine a notice is gone before one runs."""
+
+    class Cookie(ctypes.Structure):
+        _fields_ = [("sequence", ctypes.c_uint)]
+
+    class Screens(ctypes.Structure):
+        _fields_ = [("first", ctypes.POINTER(ctypes.c_uint32)), ("left", ctypes.c_int), ("index", ctypes.c_int)]
+
+    def __init__(self, display):
+        self.xcb = ctypes.CDLL("libxcb.so.1")
+        for name, result in (("connect", ctypes.c_void_p), ("get_setup", ctypes.c_void_p), ("get_image", self.Cookie),
+                             ("setup_roots_iterator", self.Screens), ("get_image_reply", ctypes.c_void_p),
+                             ("get_image_data", ctypes.c_void_p)):
+            getattr(self.xcb, "xcb_" + name).restype = result
+        self.connection = ctypes.c_void_p(self.xcb.xcb_connect(display.encode(), None))
+        if self.xcb.xcb_connection_has_error(self.connection):
+            raise StageMissed("an X server to look at")
+        setup = ctypes.c_void_p(self.xcb.xcb_get_setup(self.connection))
+        self.root = self.xcb.xcb_setup_roots_iterator(setup).first[0]
+
+    def pixels(self, x, y, width, height):
+        """Three bytes each: red, green, blue."""
+        pixmap_format, all_planes = 2, 0xffffffff
+        cookie = self.xcb.xcb_get_image(self.connection, pixmap_format, self.root, x, y, width, height, all_planes)
+        reply = ctypes.c_void_p(self.xcb.xcb_get_image_reply(self.connection, cookie, None))
+        if not reply:
+            raise StageMissed("a picture of what the X server shows")
+        data = ctypes.string_at(self.xcb.xcb_get_image_data(reply), width * height * 4)
+        ctypes.CDLL(None).free(reply)
+        return bytes(data[at + part] for at in range(0, len(data), 4) for part in (2, 1, 0))
 
 
 class Desktop:
@@ -347,18 +382,28 @@ class Desktop:
                              capture_output=True, timeout=10)
         return run.stdout
 
+    @functools.cached_property
+    def _server_screen(self):
+        return ServerScreen(self.environment["DISPLAY"])
+
+    def _pixels(self, x, y, width, height):
+        """Of a part of the screen, three bytes each."""
+        return self._server_screen.pixels(*(value * self.scale for value in (x, y, width, height)))
+
     def pixel(self, x, y):
-        data = self.call(["import", "-window", "root", "-crop", f"1x1+{x * self.scale}+{y * self.scale}",
-                          "-depth", "8", "rgb:-"])
-        return tuple(data[:3])
+        return tuple(self._pixels(x, y, 1, 1)[:3])
 
     def brightest(self, x, top, bottom):
         """The brightest part of any colour in a column of pixels."""
-        return max(self.call(["import", "-window", "root", "-crop", f"1x{(bottom - top) * self.scale}+"
-                              f"{x * self.scale}+{top * self.scale}", "-depth", "8", "rgb:-"]))
+        return max(self._pixels(x, top, 1, bottom - top))
 
     def is_black(self, x, y):
         return max(self.pixel(x, y)) <= 8
+
+    def are_ends_black(self, left, right, y):
+        """In one look: of what is there for a moment, two looks may see half."""
+        line = self._pixels(left, y, right - left, 1)
+        return max(line[:3] + line[-3:]) <= 8
 
     def picture(self, path):
         self.call(["import", "-window", "root", str(path)])

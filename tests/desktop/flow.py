@@ -93,8 +93,7 @@ class Flow:
         self.wait_closed()
 
     def wait_for_notice(self, what, pause=0.35):
-        wait_until(f"a notice for {what}", lambda: self.desktop.is_black(NOTCH_LEFT - 40, 4)
-                   and self.desktop.is_black(NOTCH_RIGHT + 140, 4), 8)
+        wait_until(f"a notice for {what}", lambda: self.desktop.are_ends_black(NOTCH_LEFT - 40, NOTCH_RIGHT + 140, 4), 8)
         time.sleep(pause)
 
     def wait_notice_gone(self):

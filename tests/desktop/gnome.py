@@ -199,9 +199,3 @@ class GnomeDesktop(Desktop):
             GLib.Variant("(iiiibs)", (int(x), int(y), width, height, False, str(path))), None, Gio.DBusCallFlags.NONE,
             20000, None)
         return self.call(["convert", str(path), "-alpha", "off", "-depth", "8", "rgb:-"])
-
-    def pixel(self, x, y):
-        return tuple(self._pixels(x, y, 1, 1))
-
-    def brightest(self, x, top, bottom):
-        return max(self._pixels(x, top, 1, bottom - top))

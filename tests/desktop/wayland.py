@@ -1,5 +1,6 @@
 """A private Wayland desktop: a compositor without a screen of its own, a message bus and folders of its own."""
 
+import functools
 import os
 import pathlib
 import pwd
@@ -8,7 +9,7 @@ import subprocess
 import sys
 import time
 
-from desktop import Desktop, HEIGHT, NOTCH_MIDDLE, StageMissed, wait_until, WIDTH
+from desktop import Desktop, HEIGHT, NOTCH_MIDDLE, ServerScreen, StageMissed, wait_until, WIDTH
 
 # sway refuses to run as root.
 OTHER_USER = "nobody"
@@ -244,23 +245,17 @@ class WaylandDesktop(Desktop):
         """Of a part of the screen, in points, three bytes each."""
         if self.compositor_name == "kwin":
             x, y, width, height = (round(value * self.output_scale) for value in (x, y, width, height))
-            return self._import("-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-")
+            return self._server_screen.pixels(x, y, width, height)
         picture = self.call(["grim", "-s", "1", "-t", "ppm", "-g", f"{x},{y} {width}x{height}", "-"])
         return picture[-width * height * 3:]
 
-    def _import(self, *words):
-        return subprocess.run(["import", "-display", self.server_display, "-window", "root", *words], check=True,
-                              stdout=subprocess.PIPE, timeout=60).stdout
-
-    def pixel(self, x, y):
-        return tuple(self._pixels(x, y, 1, 1)[:3])
-
-    def brightest(self, x, top, bottom):
-        return max(self._pixels(x, top, 1, bottom - top))
+    @functools.cached_property
+    def _server_screen(self):
+        return ServerScreen(self.server_display)
 
     def picture(self, path):
         if self.compositor_name == "kwin":
-            self._import(str(path))
+            self.call(["import", "-display", self.server_display, "-window", "root", str(path)])
         else:
             self.call(["grim", str(path)])
         return path

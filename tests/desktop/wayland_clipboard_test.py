@@ -95,9 +95,15 @@ def peers_window(desktop, program, title, *words):
 
 def drops(desktop, flow, peers):
     """A file, then a text whose program stands still when it is dropped and goes on later; meanwhile the surface
-    lives. KWin tells of drags one listener alone, which is Qt: there it does not stand still."""
+    lives, and another program's text is dragged over it, which stays what it is open for. KWin tells of drags one
+    listener alone, which is Qt: there it does not stand still."""
     file = desktop.home / "Agenda.pdf"
     file.write_bytes(b"%PDF-1.4\n")
+    can_move_windows = desktop.compositor_name == "sway"
+    if can_move_windows:
+        other = peers_window(desktop, f"{peers}/DragSource", "the next drag", "Dragged meanwhile", file)
+        desktop.swaymsg(f"[pid={other.pid}] move position 400 600")
+        wait_until("the window of the next drag elsewhere", lambda: min(desktop.pixel(420, 700)) == 255)
     source = peers_window(desktop, f"{peers}/DragSource", "Drag source", "Dragged from afar", file)
     drag(desktop, (160, 780), (NOTCH_MIDDLE, 20))
     wait_until("the surface open for the drop", flow.is_open)
@@ -113,11 +119,22 @@ def drops(desktop, flow, peers):
         source.send_signal(signal.SIGSTOP)
         desktop.do("release")
         # Longer than Qt would wait.
-        time.sleep(2.5)
+        if can_move_windows:
+            drag(desktop, (460, 680), (NOTCH_MIDDLE, 20))
+        else:
+            time.sleep(2.5)
         desktop.copy("copied meanwhile")
         desktop.wait_for_entry("a copy while a drop is read", lambda item: item.get("text") == "copied meanwhile")
         source.send_signal(signal.SIGCONT)
     desktop.wait_for_entry("the dropped text", lambda item: item.get("text") == "Dragged from afar")
+    if can_move_windows:
+        # Longer than it takes to fade.
+        time.sleep(1)
+        # Between the rows of entries, where the picture of the hint has its middle.
+        if desktop.brightest(NOTCH_MIDDLE, 123, 132) < 100:
+            raise StageMissed("the hint to drop here")
+        desktop.do("release")
+        desktop.wait_for_entry("the text dropped next", lambda item: item.get("text") == "Dragged meanwhile")
     desktop.move(*BELOW_THE_SURFACE)
     flow.wait_closed()
     source.terminate()

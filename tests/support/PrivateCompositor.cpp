@@ -9,6 +9,8 @@
 
 #include <csignal>
 #include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -18,6 +20,18 @@ namespace nimbarrow {
 namespace {
 
 constexpr uid_t nobody = 65'534;
+
+/// The socket is there before the compositor listens.
+bool listens(const QString& socket)
+{
+    sockaddr_un address {};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, socket.toLocal8Bit().constData(), sizeof address.sun_path);
+    const int file = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool answered = ::connect(file, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::close(file);
+    return answered;
+}
 
 } // namespace
 
@@ -34,7 +48,7 @@ PrivateCompositor::PrivateCompositor(Kind kind)
         startKWin(environment);
     QElapsedTimer waited;
     waited.start();
-    while (!QFile::exists(m_socket) && waited.elapsed() < patience)
+    while (!listens(m_socket) && waited.elapsed() < patience)
         QThread::msleep(5);
 }
 

@@ -103,9 +103,12 @@ private:
         const auto spare = std::find_if(m_entries.begin(), m_entries.end(), [&isOpen](const Entry& entry) {
             return isOpen(entry) && entry.reading->finished() && !entry.content;
         });
+        const auto least
+            = spare != m_entries.end() ? spare : std::find_if(m_entries.begin(), m_entries.end(), isOpen);
         // The oldest of them waits for nobody, so it has no content that could be lost.
-        m_entries.erase(
-            spare != m_entries.end() ? spare : std::find_if(m_entries.begin(), m_entries.end(), isOpen));
+        if (!least->reading->finished())
+            least->done({});
+        m_entries.erase(least);
         reportResults();
     }
 

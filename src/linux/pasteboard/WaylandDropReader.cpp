@@ -5,10 +5,8 @@
 #include "linux/pasteboard/DropReading.h"
 #include "linux/pasteboard/MimeTypes.h"
 
-#include <QDropEvent>
-#include <QGuiApplication>
 #include <QMimeData>
-#include <QWindow>
+#include <QPointer>
 
 #include <utility>
 #include <wayland-client-protocol.h>
@@ -77,13 +75,13 @@ WaylandDropReader::WaylandDropReader(WaylandPasteboard& pasteboard)
         return;
     m_device = wl_data_device_manager_get_data_device(m_manager, m_seat);
     wl_data_device_add_listener(m_device, &listener, this);
-    QCoreApplication::instance()->installEventFilter(this);
 }
 
 WaylandDropReader::~WaylandDropReader()
 {
     m_incoming.reset();
     m_drag.reset();
+    m_dropped.clear();
     if (m_device)
         wl_data_device_release(m_device);
     if (m_manager)
@@ -97,9 +95,26 @@ QStringList WaylandDropReader::types(const QMimeData& drag) const
     return mimetypes::pasteboardTypesOf(drag.formats());
 }
 
-std::unique_ptr<PasteboardContent> WaylandDropReader::read(const QMimeData& drop) const
+void WaylandDropReader::read(const QMimeData& drop, const Done& done)
 {
-    return std::make_unique<SnapshotContent>(m_content ? *m_content : readThroughQt(drop));
+    if (!std::exchange(m_isOver, false)) {
+        done(SnapshotContent(readThroughQt(drop)));
+        return;
+    }
+    const auto number = ++m_drops;
+    const auto& offer = *(m_dropped[number] = std::move(m_drag));
+    auto reading = std::make_unique<DropReading>(
+        offer.types, PasteboardLimits(), [&offer](const QByteArray& type, int file) {
+            wl_data_offer_receive(offer.proxy, type.constData(), file);
+        });
+    wl_display_flush(wayland::qtDisplay());
+    m_pasteboard.readDrop(
+        std::move(reading), [reader = QPointer(this), number, done](const PasteboardSnapshot& content) {
+            if (!reader)
+                return;
+            reader->m_dropped.erase(number);
+            done(SnapshotContent(content));
+        });
 }
 
 void WaylandDropReader::listenTo(wl_data_offer* proxy)
@@ -120,59 +135,8 @@ void WaylandDropReader::listenTo(wl_data_offer* proxy)
 
 void WaylandDropReader::enter(wl_data_offer* proxy)
 {
-    ++m_drags;
-    m_isHeld = false;
     m_isOver = proxy && m_incoming && m_incoming->proxy == proxy;
-    // The offer of the last drop goes only now: a compositor may take that for the end of a drop.
     m_drag = std::move(m_incoming);
-}
-
-bool WaylandDropReader::eventFilter(QObject* watched, QEvent* event)
-{
-    // A compositor may say that the drag is over while what was dropped is still being read.
-    if (event->type() == QEvent::DragLeave)
-        return m_isHeld;
-    auto* const window = qobject_cast<QWindow*>(watched);
-    if (event->type() != QEvent::Drop || !window || m_content)
-        return false;
-    auto& drop = static_cast<QDropEvent&>(*event);
-    // What is dragged out of a surface of ours is nobody's who could be waited for.
-    if (drop.source() || !std::exchange(m_isOver, false))
-        return false;
-    holdBack(drop, *window);
-    drop.setDropAction(Qt::CopyAction);
-    drop.accept();
-    return true;
-}
-
-void WaylandDropReader::holdBack(const QDropEvent& drop, QWindow& window)
-{
-    auto reading = std::make_unique<DropReading>(
-        m_drag->types, PasteboardLimits(), [this](const QByteArray& type, int file) {
-            wl_data_offer_receive(m_drag->proxy, type.constData(), file);
-        });
-    wl_display_flush(wayland::qtDisplay());
-    m_isHeld = true;
-    const auto deliver
-        = [this, drag = ++m_drags, alive = QPointer(this), window = QPointer(&window),
-              place = drop.position(), actions = drop.possibleActions(), buttons = drop.buttons(),
-              modifiers = drop.modifiers(), types = m_drag->types](const PasteboardSnapshot& content) {
-              // Another drag may have begun since.
-              if (!alive || drag != m_drags)
-                  return;
-              m_isHeld = false;
-              if (!window)
-                  return;
-              QMimeData names;
-              for (const auto& type : types)
-                  names.setData(type, {});
-              QDropEvent event(place, actions, &names, buttons, modifiers);
-              m_content = content;
-              QCoreApplication::sendEvent(window, &event);
-              // What was dropped may be large, and nobody asks for it again.
-              m_content.reset();
-          };
-    m_pasteboard.readDrop(std::move(reading), deliver);
 }
 
 } // namespace nimbarrow

@@ -1,17 +1,14 @@
 #pragma once
 
-#include "linux/pasteboard/PasteboardSnapshot.h"
 #include "linux/pasteboard/WaylandPasteboard.h"
 #include "platform/DropReader.h"
 
-#include <QPointF>
-#include <QPointer>
+#include <QObject>
 #include <QStringList>
 
+#include <map>
 #include <memory>
 
-class QDropEvent;
-class QWindow;
 struct wl_data_device;
 struct wl_data_device_manager;
 struct wl_data_offer;
@@ -19,9 +16,9 @@ struct wl_seat;
 
 namespace nimbarrow {
 
-/// Reads what is dropped on the program's surfaces before they learn of the drop: Qt would read while the
-/// main thread waits for the other program. It listens to drags on Qt's connection beside Qt. A compositor
-/// that tells only one listener leaves it to Qt, which gives up a second after the last byte. Main thread.
+/// Reads what is dropped on the program's surfaces: Qt would read while the main thread waits for the other
+/// program. It listens to drags on Qt's connection beside Qt. A compositor that tells only one listener
+/// leaves it to Qt, which gives up a second after the last byte.
 class WaylandDropReader final : public QObject, public DropReader {
 public:
     /// The pasteboard's thread does the reading; it must outlive the reader.
@@ -30,16 +27,13 @@ public:
     Q_DISABLE_COPY_MOVE(WaylandDropReader)
 
     [[nodiscard]] QStringList types(const QMimeData& drag) const override;
-    [[nodiscard]] std::unique_ptr<PasteboardContent> read(const QMimeData& drop) const override;
-
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    void read(const QMimeData& drop, const Done& done) override;
 
 private:
     struct Offer;
 
     void listenTo(wl_data_offer* proxy);
     void enter(wl_data_offer* proxy);
-    void holdBack(const QDropEvent& drop, QWindow& window);
 
     WaylandPasteboard& m_pasteboard;
     wl_seat* m_seat = nullptr;
@@ -47,14 +41,12 @@ private:
     wl_data_device* m_device = nullptr;
     /// The newest that the compositor has told of.
     std::unique_ptr<Offer> m_incoming;
-    /// Of the drag that is over a surface of ours, or was the last to be.
+    /// Of the drag that is over a surface of ours, or was the last to be there and was not dropped.
     std::unique_ptr<Offer> m_drag;
     bool m_isOver = false;
-    /// From a drop on until it has been read.
-    bool m_isHeld = false;
-    /// Counts drags and drops: another drag makes a drop that is being read one of the past.
-    int m_drags = 0;
-    std::optional<PasteboardSnapshot> m_content;
+    /// What is being read, by its number: a compositor may take the end of an offer for the end of the drop.
+    std::map<int, std::unique_ptr<Offer>> m_dropped;
+    int m_drops = 0;
 };
 
 } // namespace nimbarrow

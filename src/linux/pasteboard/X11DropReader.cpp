@@ -26,9 +26,9 @@ QStringList X11DropReader::types(const QMimeData& drag) const
     return mimetypes::pasteboardTypesOf(drag.formats());
 }
 
-std::unique_ptr<PasteboardContent> X11DropReader::read(const QMimeData& /*drop*/) const
+void X11DropReader::read(const QMimeData& /*drop*/, const Done& done)
 {
-    return std::make_unique<SnapshotContent>(m_content);
+    done(SnapshotContent(m_content));
 }
 
 bool X11DropReader::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/)

@@ -18,7 +18,7 @@ public:
     explicit X11DropReader(X11Pasteboard& pasteboard);
 
     [[nodiscard]] QStringList types(const QMimeData& drag) const override;
-    [[nodiscard]] std::unique_ptr<PasteboardContent> read(const QMimeData& drop) const override;
+    void read(const QMimeData& drop, const Done& done) override;
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 

@@ -12,10 +12,7 @@ public:
     {
         return DroppedContent::typesOf(drag);
     }
-    [[nodiscard]] std::unique_ptr<PasteboardContent> read(const QMimeData& drop) const override
-    {
-        return std::make_unique<DroppedContent>(drop);
-    }
+    void read(const QMimeData& drop, const Done& done) override { done(DroppedContent(drop)); }
 };
 
 } // namespace nimbarrow

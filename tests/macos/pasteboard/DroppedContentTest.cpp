@@ -19,10 +19,14 @@ private Q_SLOTS:
         drag.setText(u"Знімок.png"_s);
         QCOMPARE(MacDropReader().types(drag),
             (QStringList { pasteboardtype::fileUrl.toString(), pasteboardtype::string.toString() }));
-        const auto content = MacDropReader().read(drag);
-        QCOMPARE(content->urls(), urls);
-        QCOMPARE(content->fileUrls(), urls.first(1));
-        QCOMPARE(content->string(), u"Знімок.png"_s);
+        int given = 0;
+        MacDropReader().read(drag, [&](const PasteboardContent& content) {
+            ++given;
+            QCOMPARE(content.urls(), urls);
+            QCOMPARE(content.fileUrls(), urls.first(1));
+            QCOMPARE(content.string(), u"Знімок.png"_s);
+        });
+        QCOMPARE(given, 1);
     }
 
     void picturesAreReadAsPng()
