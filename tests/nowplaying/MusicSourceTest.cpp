@@ -110,20 +110,6 @@ private Q_SLOTS:
         }
     }
 
-    void refusalIsToldUntilAScriptRuns()
-    {
-        m_bench->scripting.error = ScriptResult::Error { true, {} };
-        start();
-        m_bench->app.play();
-        m_bench->queues.runAll();
-        QCOMPARE(m_bench->log, QStringList { u"denied"_s });
-        m_bench->scripting.error.reset();
-        m_bench->scripting.answers[u"get sound volume"_s] = { 20 };
-        m_bench->source.refreshVolume();
-        m_bench->queues.runAll();
-        QCOMPARE(m_bench->log, QStringList({ u"denied"_s, u"allowed"_s, u"volume 20"_s }));
-    }
-
     void stoppedSourceIsDeaf()
     {
         start();
@@ -159,7 +145,6 @@ private:
             source.onVolume = [this](std::optional<double> volume) {
                 log << (volume ? u"volume %1"_s.arg(*volume) : u"no volume"_s);
             };
-            source.onPermissionDenied = [this](bool denied) { log << (denied ? u"denied"_s : u"allowed"_s); };
         }
     };
 

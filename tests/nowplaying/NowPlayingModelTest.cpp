@@ -195,6 +195,11 @@ private Q_SLOTS:
         model().refresh();
         m_fixture->queues.runAll();
         QVERIFY(model().isPermissionDenied() && model().hasTrack());
+        // Until a script runs again.
+        m_fixture->scripting.error.reset();
+        model().refresh();
+        m_fixture->queues.runAll();
+        QVERIFY(!model().isPermissionDenied());
         QCOMPARE(m_fixture->processes.calls.size(), 1);
     }
 
