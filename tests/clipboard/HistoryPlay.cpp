@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -380,9 +381,11 @@ void HistoryPlay::restart()
 void HistoryPlay::openToEverybody()
 {
     m_ignoresCalls = true;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(native(folder())))
-        std::filesystem::permissions(entry, perms::all);
-    std::filesystem::permissions(native(folder()), perms::all);
+    // There is no folder where making it has failed.
+    std::error_code ignored;
+    std::filesystem::permissions(native(folder()), perms::all, ignored);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(native(folder()), ignored))
+        std::filesystem::permissions(entry, perms::all, ignored);
     m_ignoresCalls = false;
 }
 
