@@ -136,44 +136,36 @@ private Q_SLOTS:
         QCOMPARE(program.model->store().items().size(), 10);
     }
 
-    void leavesToTheUserWhatItMayNotPaste_data()
-    {
-        const Rows<bool> row;
-        row("click", false);
-        row("keyboard", true);
-    }
     void leavesToTheUserWhatItMayNotPaste()
     {
-        const auto [fromKeyboard] = Rows<bool>::current();
-        Program program;
-        program.trust.trusted = false;
-        program.defaults.values.insert(u"pasteOnClick"_s, true);
-        program.start();
-        program.copy(u"older"_s);
-        program.copy(u"newer"_s);
-        program.hotKeys.press();
-        QCOMPARE(program.notch->state().mode(), NotchState::Expanded);
-        program.model->paster().paste(program.model->store().items().at(1), fromKeyboard);
-        QCOMPARE(program.pasteboard.content.string, u"older"_s);
-        QCOMPARE(program.keystrokes.pastes, 0);
-        QCOMPARE(program.trust.prompts, 1);
-        QCoreApplication::processEvents();
-        QCOMPARE(program.notch->state().mode(), NotchState::Peek);
-        QVERIFY(!program.notch->state().keyboardMode());
-        QCOMPARE(program.notch->state().peek()->line, L10n::text(L10n::Key::PressPaste));
-        // The next time nobody is asked, and it is said again.
-        program.hotKeys.press();
-        program.model->paster().paste(program.model->store().items().at(1), fromKeyboard);
-        QCoreApplication::processEvents();
-        QCOMPARE(program.trust.prompts, 1);
-        QCOMPARE(program.notch->state().mode(), NotchState::Peek);
+        for (const auto fromKeyboard : { false, true }) {
+            Program program;
+            program.trust.trusted = false;
+            program.defaults.values.insert(u"pasteOnClick"_s, true);
+            program.start();
+            program.copy(u"older"_s);
+            program.copy(u"newer"_s);
+            // Nobody is asked a second time, and it is said again.
+            for (auto time = 0; time < 2; ++time) {
+                program.hotKeys.press();
+                QCOMPARE(program.notch->state().mode(), NotchState::Expanded);
+                program.model->paster().paste(program.model->store().items().at(1), fromKeyboard);
+                QCoreApplication::processEvents();
+                QCOMPARE(program.pasteboard.content.string, u"older"_s);
+                QCOMPARE(program.keystrokes.pastes, 0);
+                QCOMPARE(program.trust.prompts, 1);
+                QCOMPARE(program.notch->state().mode(), NotchState::Peek);
+                QVERIFY(!program.notch->state().keyboardMode());
+                QCOMPARE(program.notch->state().peek()->line, L10n::text(L10n::Key::PressPaste));
+            }
 
-        // What was only to be copied is nobody's business.
-        program.hotKeys.press();
-        program.model->settings().setPasteOnClick(false);
-        program.model->paster().paste(program.model->store().items().at(1), false);
-        QCoreApplication::processEvents();
-        QCOMPARE(program.notch->state().mode(), NotchState::Expanded);
+            // What was only to be copied is nobody's business.
+            program.hotKeys.press();
+            program.model->settings().setPasteOnClick(false);
+            program.model->paster().paste(program.model->store().items().at(1), false);
+            QCoreApplication::processEvents();
+            QCOMPARE(program.notch->state().mode(), NotchState::Expanded);
+        }
     }
 
     void tellsThatNothingOpensSomething()

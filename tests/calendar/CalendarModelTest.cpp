@@ -179,24 +179,19 @@ private Q_SLOTS:
         QCOMPARE(f.opener.opened.size(), 2);
     }
 
-    void makesAnEventInTheQuarterOfAnHour_data()
-    {
-        const Rows<double, QTime> row;
-        row("within a quarter", 500.0, QTime(9, 15));
-        row("at its start", 486.0, QTime(9, 0));
-        row("the end of the day", 1295.0, QTime(23, 45));
-        row("before the day", -3.0, QTime(0, 0));
-    }
     void makesAnEventInTheQuarterOfAnHour()
     {
-        const auto [x, time] = Rows<double, QTime>::current();
-        Fixture f;
-        f.timeline.createAt(x);
-        QCOMPARE(f.store.made.size(), 1);
-        QCOMPARE(f.store.made.constFirst().start.time(), time);
-        QCOMPARE(f.store.made.constFirst().start.secsTo(f.store.made.constFirst().end), 3600);
-        QCOMPARE(f.store.made.constFirst().title, u"New Event"_s);
-        QCOMPARE(f.opener.opened, QList { QUrl(u"ical://ekevent/new"_s) });
+        // Also at the end of the day, and before it.
+        for (const auto& [x, time] : { std::pair(500.0, QTime(9, 15)), { 486.0, QTime(9, 0) },
+                 { 1295.0, QTime(23, 45) }, { -3.0, QTime(0, 0) } }) {
+            Fixture f;
+            f.timeline.createAt(x);
+            QCOMPARE(f.store.made.size(), 1);
+            QCOMPARE(f.store.made.constFirst().start.time(), time);
+            QCOMPARE(f.store.made.constFirst().start.secsTo(f.store.made.constFirst().end), 3600);
+            QCOMPARE(f.store.made.constFirst().title, u"New Event"_s);
+            QCOMPARE(f.opener.opened, QList { QUrl(u"ical://ekevent/new"_s) });
+        }
     }
 
     void makesNothingWhereItCannot()

@@ -8,18 +8,12 @@ namespace {
 
 ClipboardItem hello()
 {
-    return {
-        .id = QUuid(u"6D1F0C9E-2B7A-4C55-9E0B-6A3C2F1D8E47"_s),
-        .kind = Kind::Text,
-        .createdAt = QDateTime::fromString(u"2026-03-01T09:41:07Z"_s, Qt::ISODate),
-        .text = u"hello"_s,
-        .imagePath = {},
-        .filePaths = {},
-        .isScreenshot = false,
-        .sourceApp = {},
-        .contentHash = {},
-        .pinned = false,
-    };
+    ClipboardItem item;
+    item.id = QUuid(u"6D1F0C9E-2B7A-4C55-9E0B-6A3C2F1D8E47"_s);
+    item.kind = Kind::Text;
+    item.createdAt = QDateTime::fromString(u"2026-03-01T09:41:07Z"_s, Qt::ISODate);
+    item.text = u"hello"_s;
+    return item;
 }
 
 // One good element, in which a test replaces one line.

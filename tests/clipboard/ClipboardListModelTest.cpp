@@ -25,6 +25,14 @@ QList<ClipboardItem> list(std::initializer_list<int> numbers)
     return items;
 }
 
+QStringList textsOf(const QList<ClipboardItem>& items)
+{
+    QStringList texts;
+    for (const auto& item : items)
+        texts << *item.text;
+    return texts;
+}
+
 /// A view knows the rows only by the signals: it keeps a copy by them.
 struct Seen {
     explicit Seen(ClipboardListModel& model)
@@ -124,10 +132,7 @@ private Q_SLOTS:
             }
             model.setItems(items);
             QCOMPARE(model.items(), items);
-            QStringList expected;
-            for (const auto& item : items)
-                expected << *item.text;
-            QCOMPARE(seen.texts, expected);
+            QCOMPARE(seen.texts, textsOf(items));
         }
     }
 
@@ -151,10 +156,7 @@ private Q_SLOTS:
             std::ranges::stable_sort(items, ClipboardListModel::isBefore);
             model.put(item, before ? &*before : nullptr);
             QCOMPARE(model.items(), items);
-            QStringList expected;
-            for (const auto& shown : std::as_const(items))
-                expected << *shown.text;
-            QCOMPARE(seen.texts, expected);
+            QCOMPARE(seen.texts, textsOf(items));
         }
     }
 };

@@ -1,7 +1,6 @@
 #include "clipboard/ClipboardMonitor.h"
 
 #include "clipboard/PasteboardCapture.h"
-#include "clipboard/Paster.h"
 #include "preferences/L10n.h"
 #include "support/FakeDesktop.h"
 #include "support/FakePasteboard.h"
@@ -22,10 +21,8 @@ QByteArray picture(const char* format)
 struct Fixture : HistoryFixture {
     FakePasteboard pasteboard;
     FakeApplications applications;
-    FakeKeystrokes keystrokes;
     PasteboardCapture capture { *store, queues };
     ClipboardMonitor monitor { capture, pasteboard, applications, time };
-    Paster paster { monitor, settings, trust, keystrokes };
 
     ClipboardItem captured(const Content& content)
     {
@@ -132,7 +129,7 @@ private Q_SLOTS:
         const auto link = f.captured({ {}, u"https://example.org"_s, {}, {} });
         f.captured({ {}, {}, { file, file, web }, {} });
         const auto before = f.store->items();
-        QVERIFY(!f.paster.paste(link, false));
+        f.monitor.write(link);
         QCOMPARE(f.pasteboard.written.size(), 1);
         QCOMPARE(f.pasteboard.written.first().string, u"https://example.org"_s);
         QVERIFY(!f.pasteboard.written.first().url);
@@ -165,31 +162,6 @@ private Q_SLOTS:
         QCOMPARE(write(u"a.bmp"_s, picture("bmp")), picture("png"));
         QCOMPARE(write(u"broken.jpg"_s, "?"), QByteArray());
         QCOMPARE(write(u"gone.png"_s, {}), QByteArray());
-    }
-
-    void pastesOnlyWhereTheUserAllowsIt()
-    {
-        Fixture f;
-        const auto text = [&f] {
-            f.store->addText(u"text"_s, {});
-            return f.store->items().first();
-        }();
-        QVERIFY(!f.paster.paste(text, false));
-        QVERIFY(f.paster.paste(text, true));
-        f.settings.setPasteOnClick(true);
-        QVERIFY(f.paster.paste(text, false));
-        QCOMPARE(f.keystrokes.pastes, 2);
-        f.trust.trusted = false;
-        QVERIFY(!f.paster.paste(text, true));
-        QVERIFY(!f.paster.paste(text, false));
-        QCOMPARE(f.trust.prompts, 1);
-        QCOMPARE(f.pasteboard.content.string, u"text"_s);
-        auto delivered = 0;
-        f.paster.deliverPaste = [&delivered] { ++delivered; };
-        f.trust.trusted = true;
-        QVERIFY(f.paster.paste(text, false));
-        QCOMPARE(delivered, 1);
-        QCOMPARE(f.keystrokes.pastes, 2);
     }
 };
 

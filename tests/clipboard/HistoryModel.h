@@ -7,6 +7,10 @@
 #include <QList>
 #include <QStringList>
 
+#include <algorithm>
+#include <functional>
+#include <utility>
+
 namespace nimbarrow {
 
 /// What the history has to be, in its simplest form: one list that is looked through from its start. Knows
@@ -85,15 +89,11 @@ public:
     {
         QList<ClipboardItem> rows;
         for (const auto& item : items) {
-            if ((item.kind == Kind::Image) != images)
-                continue;
-            qsizetype place = 0;
-            while (place < rows.size()
-                && (rows.at(place).pinned == item.pinned ? rows.at(place).createdAt >= item.createdAt
-                                                         : rows.at(place).pinned))
-                ++place;
-            rows.insert(place, item);
+            if ((item.kind == Kind::Image) == images)
+                rows << item;
         }
+        std::ranges::stable_sort(
+            rows, std::greater(), [](const auto& item) { return std::pair(item.pinned, item.createdAt); });
         return rows;
     }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -146,6 +147,7 @@ const QList<HistoryPlay::Operation>& HistoryPlay::operations()
         { "work", 20, [](auto& play, int) { play.runWork(); } },
         { "answer", 16, [](auto& play, int) { play.takeAnswer(); } },
         { "settle", 2, [](auto& play, int) { play.settle(); } },
+        { "flush", 2, [](auto& play, int) { play.flush(); } },
         { "restart", 2, [](auto& play, int) { play.restart(); } },
     };
     return operations;
@@ -214,13 +216,14 @@ int HistoryPlay::onCall(const char* name)
 {
     if (m_ignoresCalls)
         return 0;
-    ++m_calls;
+    m_calls << QString::fromLatin1(name);
+    const auto number = static_cast<int>(m_calls.size());
     if (m_disk.kills && QFileInfo::exists(folder())) {
-        const auto copy = u"%1/crash-%2"_s.arg(m_fixture.locations.folder).arg(m_calls);
+        const auto copy = u"%1/crash-%2"_s.arg(m_fixture.locations.folder).arg(number);
         std::filesystem::copy(native(folder()), native(copy), std::filesystem::copy_options::recursive);
-        m_crashes << Crash { copy, QString::fromLatin1(name) };
+        m_crashes << Crash { copy, m_calls.last() };
     }
-    if (m_calls < m_disk.firstFailure || m_calls >= m_disk.firstFailure + m_disk.failures)
+    if (number < m_disk.firstFailure || number >= m_disk.firstFailure + m_disk.failures)
         return 0;
     m_failedSinceSave = true;
     m_failedSinceStart = true;
@@ -282,9 +285,12 @@ void HistoryPlay::runWork()
 
 void HistoryPlay::takeAnswer()
 {
-    if (!m_fixture.queues.answer())
-        return;
-    auto pending = m_pending.takeFirst();
+    if (m_fixture.queues.answer())
+        answered(m_pending.takeFirst());
+}
+
+void HistoryPlay::answered(Pending pending)
+{
     if (pending.next == Pending::Next::Saved) {
         m_isSaving = false;
         if (m_savesAgain)
@@ -315,6 +321,35 @@ void HistoryPlay::settle()
     compareSettled();
 }
 
+void HistoryPlay::flush()
+{
+    // Where calls fail nobody knows what comes of each piece of work.
+    if (m_disk.failures > 0) {
+        settle();
+        return;
+    }
+    while (m_isSaving) {
+        runWork();
+        takeAnswer();
+        check();
+    }
+    if (m_due)
+        expectSave();
+    store().flush();
+    // What was under way has brought its entries, and they are saved as well.
+    while (!m_pending.isEmpty()) {
+        m_pending.first().isWritten = true;
+        answered(m_pending.takeFirst());
+        noteChange();
+        if (m_pending.isEmpty() && m_due) {
+            nameNewEntries();
+            expectSave();
+        }
+    }
+    check();
+    compareSettled();
+}
+
 void HistoryPlay::restart()
 {
     // What still waits is saved at the end.
@@ -328,6 +363,7 @@ void HistoryPlay::restart()
     while (m_fixture.queues.answer()) { }
     m_pending.clear();
     m_failedSinceStart = false;
+    openToEverybody();
     start();
     require(m_failedSinceSave || store().items() == HistoryModel::loaded(m_saves.last()),
         u"the last save did not come back"_s);
@@ -339,6 +375,18 @@ void HistoryPlay::restart()
     if (m_saves.isEmpty())
         m_saves << index;
     m_model.items = store().items();
+}
+
+// As a backup or another program may have left it.
+void HistoryPlay::openToEverybody()
+{
+    m_ignoresCalls = true;
+    // There is no folder where making it has failed.
+    std::error_code ignored;
+    std::filesystem::permissions(native(folder()), perms::all, ignored);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(native(folder()), ignored))
+        std::filesystem::permissions(entry, perms::all, ignored);
+    m_ignoresCalls = false;
 }
 
 void HistoryPlay::expectSave()
@@ -365,18 +413,22 @@ void HistoryPlay::require(bool condition, const QString& complaint)
         m_complaint = complaint;
 }
 
-void HistoryPlay::check()
+void HistoryPlay::noteChange()
 {
     if (std::exchange(m_model.isChanged, false))
         m_due = m_fixture.time.now() + saveDelay;
+}
+
+void HistoryPlay::check()
+{
+    noteChange();
     compare();
     startAfterCrashes();
 }
 
-void HistoryPlay::compare()
+void HistoryPlay::nameNewEntries()
 {
     const auto& items = store().items();
-    // Nobody knows beforehand how the history names what is new.
     for (qsizetype row = 0; row < std::min(items.size(), m_model.items.size()); ++row) {
         auto& item = m_model.items[row];
         if (!item.id.isNull())
@@ -385,6 +437,12 @@ void HistoryPlay::compare()
         if (item.kind == ClipboardItem::Kind::Image && !item.imagePath)
             item.imagePath = items.at(row).imagePath;
     }
+}
+
+void HistoryPlay::compare()
+{
+    nameNewEntries();
+    const auto& items = store().items();
     require(items == m_model.items, u"other entries"_s);
     require(store().textualItems() == m_model.displayed(false), u"other texts, or another order"_s);
     require(store().imageItems() == m_model.displayed(true), u"other images, or another order"_s);

@@ -34,8 +34,8 @@ public:
 
     /// What was wrong first; empty when nothing was. To be called once.
     [[nodiscard]] QString play(const QList<Step>& steps);
-    /// How many calls changed files.
-    [[nodiscard]] int calls() const { return m_calls; }
+    /// The names of the calls that changed files, in their order.
+    [[nodiscard]] const QStringList& calls() const { return m_calls; }
 
 private:
     struct Operation;
@@ -62,15 +62,22 @@ private:
     void wait(std::chrono::milliseconds time);
     void runWork();
     void takeAnswer();
+    /// Does in the model what the answer to a piece of work does.
+    void answered(Pending pending);
     void settle();
+    void flush();
     void restart();
+    void openToEverybody();
     /// What is to be on the disk next: at once, or when the save that runs is over.
     void expectSave();
     void removed();
+    void noteChange();
 
     void require(bool condition, const QString& complaint);
     /// After everything that is done.
     void check();
+    /// Nobody knows beforehand how the history names what is new.
+    void nameNewEntries();
     void compare();
     void compareSettled();
     void lookIntoFolder(const QList<ClipboardItem>& items);
@@ -101,7 +108,7 @@ private:
     QList<Crash> m_crashes;
     QString m_complaint;
     int m_inserted = 0;
-    int m_calls = 0;
+    QStringList m_calls;
     bool m_ignoresCalls = false;
     bool m_failedSinceSave = false;
     bool m_failedSinceStart = false;

@@ -4,6 +4,7 @@
 #include "images/ImageCodec.h"
 #include "style/Picture.h"
 #include "support/ManualQueues.h"
+#include "support/Pictures.h"
 #include "support/Test.h"
 #include "support/TestFolder.h"
 
@@ -29,16 +30,9 @@ QByteArray encoded(
     return data;
 }
 
-QByteArray encoded(QSize size, const QByteArray& format, QImageIOHandler::Transformations turned = {})
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    return encoded(image, format, turned);
-}
-
 QByteArray pngClaiming(quint32 width, quint32 height)
 {
-    auto png = encoded({ 1, 1 }, "png");
+    auto png = encodedPicture({ 1, 1 });
     qToBigEndian(width, png.data() + 16);
     qToBigEndian(height, png.data() + 20);
     return png;
@@ -46,7 +40,7 @@ QByteArray pngClaiming(quint32 width, quint32 height)
 
 QByteArray bmpClaiming(qint32 width, qint32 height)
 {
-    auto bmp = encoded({ 1, 1 }, "bmp");
+    auto bmp = encodedPicture({ 1, 1 }, "bmp");
     qToLittleEndian(width, bmp.data() + 18);
     qToLittleEndian(height, bmp.data() + 22);
     return bmp;
@@ -64,14 +58,15 @@ private Q_SLOTS:
     void thumbnailFitsAndIsNeverEnlarged_data()
     {
         const Rows<QByteArray, int, QSize> row;
-        const auto large = encoded({ 4000, 3000 }, "png");
+        const auto large = encodedPicture({ 4000, 3000 });
         const auto turned = QImageIOHandler::TransformationRotate90;
         row("small", large, 200, QSize(200, 150));
         row("preview", large, 1600, QSize(1600, 1200));
-        row("smaller already", encoded({ 30, 20 }, "bmp"), 200, QSize(30, 20));
-        row("sideways", encoded({ 400, 300 }, "jpeg", turned), 200, QSize(150, 200));
-        row("a thread", encoded({ 4000, 2 }, "png"), 200, QSize(200, 1));
-        row("webp", encoded({ 100, 300 }, "webp"), 200, QSize(67, 200));
+        row("smaller already", encodedPicture({ 30, 20 }, "bmp"), 200, QSize(30, 20));
+        row("sideways", encoded(QImage::fromData(encodedPicture({ 400, 300 })), "jpeg", turned), 200,
+            QSize(150, 200));
+        row("a thread", encodedPicture({ 4000, 2 }), 200, QSize(200, 1));
+        row("webp", encodedPicture({ 100, 300 }, "webp"), 200, QSize(67, 200));
         row("no pixels asked for", large, 0, QSize(0, 0));
         // With the checksum of such a header, or the reader would not even believe it.
         auto huge = pngClaiming(30'000, 30'000);
@@ -148,7 +143,7 @@ private Q_SLOTS:
 
     void noMemoryIsTakenForWhatAPictureOnlySaysItHas()
     {
-        auto png = encoded({ 7, 5 }, "png");
+        auto png = encodedPicture({ 7, 5 });
         png.insert(png.size() - 12, "\x38\x58\0\x25tEXt\0"_ba);
         QByteArray scans;
         QBuffer buffer(&scans);
@@ -173,14 +168,14 @@ private Q_SLOTS:
     {
         const QByteArray stub = "\x89PNG and what not";
         QCOMPARE(imagecodec::pngData(stub), stub);
-        const auto png = imagecodec::pngData(encoded({ 40, 30 }, "tiff"));
+        const auto png = imagecodec::pngData(encodedPicture({ 40, 30 }, "tiff"));
         QCOMPARE(QImage::fromData(png.value(), "png").size(), QSize(40, 30));
         QCOMPARE(imagecodec::pngData(pngClaiming(10'000, 10'000)), pngClaiming(10'000, 10'000));
         QCOMPARE(imagecodec::pngData(pngClaiming(10'000, 10'001)), std::nullopt);
         QCOMPARE(imagecodec::pngData(pngClaiming(0xffffffff, 0xffffffff)), std::nullopt);
         QCOMPARE(imagecodec::pngData(bmpClaiming(30'000, 30'000)), std::nullopt);
         QCOMPARE(imagecodec::pngData(QByteArray(5000, '\0')), std::nullopt);
-        QCOMPARE(imagecodec::pngData(encoded({ 40, 30 }, "jpeg").first(100)), std::nullopt);
+        QCOMPARE(imagecodec::pngData(encodedPicture({ 40, 30 }, "jpeg").first(100)), std::nullopt);
     }
 
     void oneLoadServesEverybodyWhoAsks()
@@ -265,7 +260,7 @@ private Q_SLOTS:
 private:
     QUrl put(const QString& name, QSize size = { 400, 200 })
     {
-        writeFile(m_disk.filePath(name), encoded(size, "png"));
+        writeFile(m_disk.filePath(name), encodedPicture(size));
         return QUrl::fromLocalFile(m_disk.filePath(name));
     }
 

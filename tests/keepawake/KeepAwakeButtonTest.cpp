@@ -25,7 +25,7 @@ private Q_SLOTS:
     {
         QTest::failOnWarning(QRegularExpression(u"."_s));
         L10n::setCurrent(L10n::English);
-        Motion::instance().setReduced(false);
+        Motion::instance().setReduced(true);
         m = std::make_unique<SurfaceFixture>();
         // The day has timers of its own.
         m->history.settings.setShowCalendar(false);
@@ -33,6 +33,7 @@ private Q_SLOTS:
         m->history.time.advance(1s);
         m->history.queues.runAll();
         m->show(NotchState::Expanded);
+        Motion::instance().setReduced(false);
     }
     void cleanup() { m.reset(); }
 

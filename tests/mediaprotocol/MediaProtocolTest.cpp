@@ -162,24 +162,20 @@ private Q_SLOTS:
 
     void aTrackStaysItselfHoweverLongItBecomes()
     {
-        const auto state = fullState();
-        auto longer = state;
-        longer.duration = 500;
-        longer.elapsed = 300;
-        QVERIFY(state.isSameTrack(longer));
-        auto other = state;
-        other.trackID = u"/track/2"_s;
-        QVERIFY(!state.isSameTrack(other));
-        other = state;
-        other.title = u"T"_s;
-        QVERIFY(!state.isSameTrack(other));
+        auto state = fullState();
+        const auto isSameWith = [&state](auto member, const auto& value) {
+            auto other = state;
+            other.elapsed = 300;
+            other.*member = value;
+            return state.isSameTrack(other);
+        };
+        QVERIFY(isSameWith(&MediaState::duration, 500));
+        QVERIFY(!isSameWith(&MediaState::trackID, u"/track/2"_s));
+        QVERIFY(!isSameWith(&MediaState::title, u"T"_s));
         // Without a name of its own only the length tells two of one title apart.
-        auto nameless = state;
-        nameless.trackID.clear();
-        auto longNameless = longer;
-        longNameless.trackID.clear();
-        QVERIFY(!nameless.isSameTrack(longNameless));
-        QVERIFY(nameless.isSameTrack(nameless));
+        state.trackID.clear();
+        QVERIFY(!isSameWith(&MediaState::duration, 500));
+        QVERIFY(isSameWith(&MediaState::duration, state.duration));
     }
 
     void numbersBecomeTheirShortestText()

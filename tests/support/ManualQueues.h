@@ -21,11 +21,13 @@ public:
         return std::make_unique<Queue>(*this);
     }
 
-    /// Runs one piece of work and hands its answer back. False when there was none.
+    /// Runs one piece of work and hands back its answer and those that waited. False when there was nothing
+    /// of it.
     bool runNext()
     {
-        const auto hasRun = work();
-        while (answer()) { }
+        auto hasRun = work();
+        while (answer())
+            hasRun = true;
         return hasRun;
     }
 

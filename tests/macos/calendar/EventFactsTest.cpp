@@ -28,24 +28,22 @@ private Q_SLOTS:
     // Where the clocks go forward on the 29th of March.
     void initTestCase() { qputenv("TZ", "Europe/Kyiv"); }
 
-    void allDayEventsEndAtMidnight_data()
-    {
-        QTest::addColumn<QString>("end");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("the last second of the day") << u"2026-03-01T23:59:59"_s << u"2026-03-02T00:00:00"_s;
-        QTest::newRow("midnight itself") << u"2026-03-02T00:00:00"_s << u"2026-03-02T00:00:00"_s;
-        QTest::newRow("the second after it") << u"2026-03-02T00:00:01"_s << u"2026-03-03T00:00:00"_s;
-        QTest::newRow("a day of 23 hours") << u"2026-03-29T23:59:59"_s << u"2026-03-30T00:00:00"_s;
-    }
     void allDayEventsEndAtMidnight()
     {
-        QFETCH(QString, end);
-        QFETCH(QString, expected);
-        auto facts = between(u"2026-03-01T00:00:00"_s, end);
-        QCOMPARE(facts.event()->end, local(end));
-        facts.isAllDay = true;
-        QCOMPARE(facts.event()->end, local(expected));
-        QCOMPARE(facts.event()->start, local(u"2026-03-01T00:00:00"_s));
+        const QList<std::pair<QString, QString>> rows {
+            { u"2026-03-01T23:59:59"_s, u"2026-03-02T00:00:00"_s },
+            { u"2026-03-02T00:00:00"_s, u"2026-03-02T00:00:00"_s },
+            { u"2026-03-02T00:00:01"_s, u"2026-03-03T00:00:00"_s },
+            // A day of 23 hours.
+            { u"2026-03-29T23:59:59"_s, u"2026-03-30T00:00:00"_s },
+        };
+        for (const auto& [end, midnight] : rows) {
+            auto facts = between(u"2026-03-01T00:00:00"_s, end);
+            QCOMPARE(facts.event()->end, local(end));
+            facts.isAllDay = true;
+            QCOMPARE(facts.event()->end, local(midnight));
+            QCOMPARE(facts.event()->start, local(u"2026-03-01T00:00:00"_s));
+        }
     }
 
     void anEventHasABeginningAndAnEnd()
