@@ -164,9 +164,8 @@ class Desktop:
         shutil.rmtree(self.home, ignore_errors=True)
 
     def spawn(self, command, **more):
-        process = subprocess.Popen(command, env=self.environment, cwd=self.home, stdin=subprocess.DEVNULL,
-                                   stdout=more.pop("stdout", subprocess.DEVNULL),
-                                   stderr=more.pop("stderr", subprocess.DEVNULL), **more)
+        streams = dict.fromkeys(("stdin", "stdout", "stderr"), subprocess.DEVNULL)
+        process = subprocess.Popen(command, env=self.environment, cwd=self.home, **{**streams, **more})
         self.processes.append(process)
         return process
 
