@@ -2,6 +2,9 @@
 
 #include <QProcess>
 
+#include <csignal>
+#include <sys/prctl.h>
+
 namespace nimbarrow {
 
 /// A message bus of the test's own, which ends with this object.
@@ -12,6 +15,8 @@ public:
     {
         const auto kind = configuration.isEmpty() ? QStringLiteral("--session")
                                                   : QStringLiteral("--config-file=") + configuration;
+        // A test that crashes must not leave it behind.
+        m_daemon.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
         m_daemon.start(QStringLiteral("dbus-daemon"),
             { kind, QStringLiteral("--nofork"), QStringLiteral("--print-address=1") });
         m_daemon.waitForReadyRead();
