@@ -160,6 +160,7 @@ def body_stays_whole(desktop):
         desktop.copy(f"row {number}")
         time.sleep(0.1)
     flow = Flow(desktop)
+    flow.wait_for_notice("the last row")
     flow.wait_notice_gone()
     flow.open_by_pointer()
     for y in (130, 160, 100, 130):

@@ -85,7 +85,7 @@ class CalendarStoreTest : public QObject {
     {
         const auto text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" + components + "END:VCALENDAR\r\n";
         if (isServer())
-            return m_server->ask({ u"put"_s, second ? u"second"_s : firstCalendar }, text).has_value();
+            return DataServer::ask({ u"put"_s, second ? u"second"_s : firstCalendar }, text).has_value();
         const auto path = calendars() + (second ? u"/2"_s : u"/1"_s);
         writeFile(path + "/color"_L1, second ? "#ff0000\n" : "#00ff00\n");
         writeFile(path + "/displayname"_L1, second ? "Second\n" : "First\n");
@@ -112,7 +112,7 @@ private Q_SLOTS:
     void init()
     {
         if (isServer()) {
-            QVERIFY(m_server->ask({ u"clear"_s, firstCalendar, u"second"_s }));
+            QVERIFY(DataServer::ask({ u"clear"_s, firstCalendar, u"second"_s }));
             m_store = std::make_unique<EdsCalendarStore>();
         } else {
             QDir(calendars()).removeRecursively();
@@ -123,7 +123,7 @@ private Q_SLOTS:
 
     void cleanup() { m_store.reset(); }
 
-    /// Each row is a calendar of its own, told from the others by its number before the title.
+    /// All rows lie in one calendar, told apart by the numbers before their titles.
     void aDayHasWhatOverlapsIt()
     {
         struct Row {
@@ -326,7 +326,7 @@ private Q_SLOTS:
         QCOMPARE(described(events), QStringList { u"Нова, подія 21T14:30-21T15:30"_s });
         QCOMPARE(events->first().identifier, created.identifier);
         if (isServer()) {
-            QCOMPARE(m_server->ask({ u"list"_s, firstCalendar }),
+            QCOMPARE(DataServer::ask({ u"list"_s, firstCalendar }),
                 std::optional(u"20261121T143000 20261121T153000 Нова, подія\n"_s));
         } else {
             const auto folder = calendars() + "/Personal"_L1;
