@@ -219,9 +219,7 @@ def play(desktop):
 
 
 def play_by_command(desktop):
-    flow = CommandsFlow(desktop)
-    flow.menu(["gtk-launch", NAME], over_the_bus=False)
-    flow.menu(["gio", "launch", str(desktop.entry)], over_the_bus=False)
+    CommandsFlow(desktop).menu(["gtk-launch", NAME], over_the_bus=False)
 
 
 if __name__ == "__main__":

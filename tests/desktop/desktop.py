@@ -199,9 +199,8 @@ class Desktop:
         shutil.rmtree(self.home, ignore_errors=True)
 
     def spawn(self, command, **more):
-        process = subprocess.Popen(command, env=self.environment, cwd=self.home, stdin=subprocess.DEVNULL,
-                                   stdout=more.pop("stdout", subprocess.DEVNULL),
-                                   stderr=more.pop("stderr", subprocess.DEVNULL), **more)
+        streams = dict.fromkeys(("stdin", "stdout", "stderr"), subprocess.DEVNULL)
+        process = subprocess.Popen(command, env=self.environment, cwd=self.home, **{**streams, **more})
         self.processes.append(process)
         return process
 
@@ -291,11 +290,11 @@ class Desktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
 
     def restart_bus(self):
+        ready = self.log().count("adapter ready")
         self.bus_daemon.kill()
         self.bus_daemon.wait()
         (self.home / "bus").unlink()
-        # Longer than three tries in vain take.
-        time.sleep(13)
+        wait_until("an adapter that waits for a bus", lambda: self.log().count("adapter ready") > ready)
         self.usual_log += ["adapter exited (ready: 1)"]
         self._start_bus()
 
@@ -317,10 +316,6 @@ class Desktop:
         return self.call(["xprop", "-root", name]).decode(errors="replace")
 
     def _is_composited(self):
-        return subprocess.run(["xprop", "-root", "_NET_SUPPORTED"], env=self.environment,
-                              capture_output=True).returncode == 0 and self._compositor_owns_selection()
-
-    def _compositor_owns_selection(self):
         # A composited screen redirects its windows; picom says so through a property on its own window.
         return b"picom" in self.call(["xwininfo", "-root", "-tree"])
 

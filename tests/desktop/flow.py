@@ -231,6 +231,23 @@ class DragSource(Peer):
         self.file_place = (160, 780)
 
 
+def play_main_flow(desktop, peers, show):
+    flow = Flow(desktop, show)
+    editor = Editor(desktop)
+    desktop.start()
+    show("at-rest")
+    flow.copies()
+    flow.hovers()
+    flow.click_pastes(editor)
+    flow.leaves()
+    flow.keyboard(editor)
+    flow.stays_closed()
+    source = DragSource(desktop, peers)
+    flow.drops(source)
+    source.close()
+    flow.restarts()
+
+
 def _same_bytes(path, picture):
     digest = lambda file: hashlib.sha256(pathlib.Path(file).read_bytes()).digest()
     return pathlib.Path(path).exists() and digest(path) == digest(picture)

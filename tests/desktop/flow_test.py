@@ -3,25 +3,8 @@
 import sys
 
 from desktop import reached, run_test
-from flow import DragSource, Editor, Flow
-
-
-def play(desktop, peers):
-    flow = Flow(desktop, reached)
-    editor = Editor(desktop)
-    desktop.start()
-    flow.copies()
-    flow.hovers()
-    flow.click_pastes(editor)
-    flow.leaves()
-    flow.keyboard(editor)
-    flow.stays_closed()
-    source = DragSource(desktop, peers)
-    flow.drops(source)
-    source.close()
-    flow.restarts()
-
+from flow import play_main_flow
 
 if __name__ == "__main__":
-    sys.exit(run_test(sys.argv[1], lambda desktop: play(desktop, sys.argv[2]),
+    sys.exit(run_test(sys.argv[1], lambda desktop: play_main_flow(desktop, sys.argv[2], reached),
                       settings={"pasteOnClick": True, "language": "en"}))

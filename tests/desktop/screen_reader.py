@@ -1,6 +1,7 @@
 """What a screen reader is told: the tree of the program on the accessibility bus, read in a process of its own."""
 
 import json
+import os
 import subprocess
 import sys
 import time
@@ -11,19 +12,24 @@ ACTIONABLE = ("push button", "check box", "radio button", "toggle button", "list
 
 
 class ScreenReader:
-    """Asks from outside: the library keeps the bus that it has seen first."""
+    """Asks a process of its own."""
 
     def __init__(self, desktop):
         self.desktop = desktop
+        self.process = None
 
     def _ask(self, *words):
-        command = [PYTHON, __file__, str(self.desktop.nimbarrow.pid), *words]
-        try:
-            return json.loads(self.desktop.call(command))
-        except subprocess.CalledProcessError:
+        if not self.process:
+            self.process = self.desktop.spawn([PYTHON, __file__], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        for _ in range(2):
+            self.process.stdin.write(json.dumps([self.desktop.nimbarrow.pid, *words]).encode() + b"\n")
+            self.process.stdin.flush()
+            answer = json.loads(self.process.stdout.readline())
+            if answer is not None:
+                return answer
             # Something went while it was being read, such as what fades out; now it is gone.
             time.sleep(0.5)
-            return json.loads(self.desktop.call(command))
+        raise RuntimeError(f"The program's tree cannot be read: {words}")
 
     def nodes(self):
         """All that is to be seen now, as a list of role, name, states and actions, in reading order."""
@@ -41,15 +47,22 @@ class ScreenReader:
         return self._ask("press", role, name)
 
 
-def _nodes(pid):
+def _library():
     import gi
     gi.require_version("Atspi", "2.0")
     from gi.repository import Atspi
+    return Atspi
+
+
+def _nodes(pid):
+    Atspi = _library()
 
     def walk(node, depth=0):
         if node is None or depth > 40:
             return
-        yield node
+        # The program itself shows nothing, its windows do.
+        if depth == 0 or node.get_state_set().contains(Atspi.StateType.SHOWING):
+            yield node
         for index in range(node.get_child_count()):
             yield from walk(node.get_child_at_index(index), depth + 1)
 
@@ -57,10 +70,7 @@ def _nodes(pid):
     for index in range(desktop.get_child_count()):
         program = desktop.get_child_at_index(index)
         if program and program.get_process_id() == pid:
-            for node in walk(program):
-                states = node.get_state_set()
-                if states.contains(Atspi.StateType.SHOWING) or node.get_role_name() == "application":
-                    yield node
+            yield from walk(program)
 
 
 def _role(node):
@@ -70,10 +80,7 @@ def _role(node):
 
 
 def _described(node):
-    import gi
-    gi.require_version("Atspi", "2.0")
-    from gi.repository import Atspi
-
+    Atspi = _library()
     states = node.get_state_set()
     action = node.get_action_iface()
     place = node.get_component_iface().get_extents(Atspi.CoordType.SCREEN) if node.get_component_iface() else None
@@ -95,14 +102,23 @@ def _press(node):
     return False
 
 
-def main(pid, what, role=None, name=None):
-    nodes = _nodes(int(pid))
+def _answer(pid, what, role=None, name=None):
     if what == "tree":
-        answer = [_described(node) for node in nodes]
-    else:
-        answer = any(_press(node) for node in nodes if (_role(node), node.get_name()) == (role, name))
-    print(json.dumps(answer))
+        return [_described(node) for node in _nodes(pid)]
+    return any(_press(node) for node in _nodes(pid) if (_role(node), node.get_name()) == (role, name))
+
+
+def main():
+    """Each question in a process of its own, as the library keeps the bus and the tree that it has seen first."""
+    _library()
+    for line in sys.stdin:
+        process = os.fork()
+        if process == 0:
+            print(json.dumps(_answer(*json.loads(line))), flush=True)
+            os._exit(0)
+        if os.waitpid(process, 0)[1] != 0:
+            print("null", flush=True)
 
 
 if __name__ == "__main__":
-    main(*sys.argv[1:])
+    main()

@@ -5,6 +5,9 @@
 #include <QProcess>
 #include <QTimer>
 
+#include <csignal>
+#include <sys/prctl.h>
+
 namespace nimbarrow {
 
 /// Ends a service whose object is being destroyed. Qt tells the connection of what goes with it, on its own
@@ -24,6 +27,8 @@ public:
     {
         const auto kind = configuration.isEmpty() ? QStringLiteral("--session")
                                                   : QStringLiteral("--config-file=") + configuration;
+        // A test that crashes must not leave it behind.
+        m_daemon.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
         m_daemon.start(QStringLiteral("dbus-daemon"),
             { kind, QStringLiteral("--nofork"), QStringLiteral("--print-address=1") });
         m_daemon.waitForReadyRead();

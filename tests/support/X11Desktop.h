@@ -3,11 +3,10 @@
 #include "linux/applications/DesktopEntries.h"
 #include "linux/applications/X11Applications.h"
 #include "support/PrivateBus.h"
+#include "support/TestFolder.h"
 #include "support/XClient.h"
 
-#include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 namespace nimbarrow {
@@ -20,9 +19,7 @@ public:
     X11Desktop()
     {
         qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.address().toUtf8());
-        QFile config(m_folder.filePath(u"i3"_s));
-        if (config.open(QIODevice::WriteOnly))
-            config.write("# i3 config file (v4)\nfont pango:monospace 8\nfocus_follows_mouse no\n");
+        m_folder.write(u"i3"_s, "# i3 config file (v4)\nfont pango:monospace 8\nfocus_follows_mouse no\n");
     }
 
     ~X11Desktop()
@@ -89,7 +86,7 @@ private:
         process.waitForFinished();
     }
 
-    QTemporaryDir m_folder;
+    TestFolder m_folder;
     PrivateBus m_bus;
     QProcess m_windowManager;
     QProcess m_compositor;

@@ -2,16 +2,13 @@
 
 #include "linux/applications/DesktopEntries.h"
 #include "support/PrivateBus.h"
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
 #include <QCoreApplication>
 #include <QDBusContext>
 #include <QDBusMessage>
-#include <QFile>
 #include <QRegularExpression>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 /// KWin as who gives it a script knows it. What the script would tell is told by the test.
 class FakeKWin final : public QObject, protected QDBusContext {
@@ -35,9 +32,7 @@ public Q_SLOTS:
     int loadScript(const QString& path, const QString& /*name*/)
     {
         static const QRegularExpression call(uR"re(callDBus\("(.+)", "(.+)", "(.+)", method)re"_s);
-        QFile script(path);
-        if (script.open(QIODevice::ReadOnly))
-            called = call.match(QString::fromUtf8(script.readAll())).capturedTexts().mid(1);
+        called = call.match(QString::fromUtf8(readFile(path))).capturedTexts().mid(1);
         if (loading == "hangs"_L1)
             setDelayedReply(true);
         else if (loading == "is forbidden"_L1)
@@ -72,19 +67,16 @@ class KWinWindowsTest : public QObject {
 private Q_SLOTS:
     void nothingIsKnownUntilTheScriptHasSpoken_data()
     {
-        QTest::addColumn<QString>("loading");
-        QTest::addColumn<bool>("mayStillCome");
-        QTest::newRow("loaded, and silent") << u"works"_s << true;
-        QTest::newRow("no answer") << u"hangs"_s << true;
-        QTest::newRow("refused") << u"is refused"_s << false;
-        QTest::newRow("forbidden") << u"is forbidden"_s << false;
-        QTest::newRow("no KWin") << QString() << false;
+        const Rows<QString, bool> row;
+        row("loaded, and silent", u"works"_s, true);
+        row("no answer", u"hangs"_s, true);
+        row("refused", u"is refused"_s, false);
+        row("forbidden", u"is forbidden"_s, false);
+        row("no KWin", {}, false);
     }
-
     void nothingIsKnownUntilTheScriptHasSpoken()
     {
-        QFETCH(const QString, loading);
-        QFETCH(const bool, mayStillCome);
+        const auto [loading, mayStillCome] = Rows<QString, bool>::current();
         std::unique_ptr<FakeKWin> kwin;
         if (!loading.isEmpty()) {
             kwin = std::make_unique<FakeKWin>(m_kwinsBus);

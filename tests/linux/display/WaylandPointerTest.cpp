@@ -1,12 +1,7 @@
 #include "linux/display/WaylandPointer.h"
 
 #include "qt/FlippedAxis.h"
-
-#include <QTest>
-
-#include <functional>
-
-using namespace nimbarrow;
+#include "support/Test.h"
 
 namespace {
 
@@ -25,11 +20,7 @@ class WaylandPointerTest : public QObject {
 private Q_SLOTS:
     void onlyMotionCounts_data()
     {
-        QTest::addColumn<Steps>("steps");
-        QTest::addColumn<std::optional<QPointF>>("place");
-        const auto row = [](const char* name, std::optional<QPointF> place, const Steps& steps) {
-            QTest::newRow(name) << steps << place;
-        };
+        const Rows<std::optional<QPointF>, Steps> row;
         row("into the notch", inNotch, [](auto& pointer) { pointer.enter(inNotch); });
         row("out of it", std::nullopt, [](auto& pointer) {
             pointer.enter(inNotch);
@@ -75,11 +66,9 @@ private Q_SLOTS:
             pointer.enter(besideNotch);
         });
     }
-
     void onlyMotionCounts()
     {
-        QFETCH(Steps, steps);
-        QFETCH(std::optional<QPointF>, place);
+        const auto [place, steps] = Rows<std::optional<QPointF>, Steps>::current();
         WaylandPointer pointer;
         pointer.setOutline(notch);
         steps(pointer);

@@ -2,14 +2,11 @@
 
 #include "support/FakeDesktop.h"
 #include "support/ManualQueues.h"
+#include "support/Test.h"
 #include "support/TestFolder.h"
 
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -111,18 +108,15 @@ private Q_SLOTS:
 
     void isAskedForOnce_data()
     {
-        QTest::addColumn<Questions::Answer>("answer");
-        QTest::addColumn<int>("questions");
-
+        const Rows<Questions::Answer, int> row;
         using enum Questions::Answer;
-        QTest::newRow("no") << No << 1;
-        QTest::newRow("sent away") << Dismissed << 1;
-        QTest::newRow("nobody there") << None << 2;
+        row("no", No, 1);
+        row("sent away", Dismissed, 1);
+        row("nobody there", None, 2);
     }
     void isAskedForOnce()
     {
-        QFETCH(const Questions::Answer, answer);
-        QFETCH(const int, questions);
+        const auto [answer, questions] = Rows<Questions::Answer, int>::current();
         m_user.answer = answer;
         switchOn();
         endProgram();

@@ -8,21 +8,16 @@
 #include "support/EditorWindow.h"
 #include "support/PrivateBus.h"
 #include "support/PrivateCompositor.h"
+#include "support/Test.h"
+#include "support/TestFolder.h"
 
 #include <QClipboard>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDir>
-#include <QFile>
 #include <QGuiApplication>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <fake-input-client.h>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -113,8 +108,8 @@ private Q_SLOTS:
         QTest::qWait(50);
         QCOMPARE(fired, 3);
         // What is in use, what it was at first, and the name.
-        QTRY_VERIFY(
-            KeyFile(read(folder + u"/kglobalshortcutsrc"_s)).value("ua.tessak.Nimbarrow", "toggle-history")
+        QTRY_VERIFY(KeyFile(readFile(folder + u"/kglobalshortcutsrc"_s))
+                        .value("ua.tessak.Nimbarrow", "toggle-history")
             == "Ctrl+Alt+V,Meta+Shift+V,Відкрити історію");
     }
 
@@ -137,12 +132,6 @@ private:
     static QStringList id()
     {
         return { u"ua.tessak.Nimbarrow"_s, u"toggle-history"_s, u"Nimbarrow"_s, u"Відкрити історію"_s };
-    }
-
-    static QByteArray read(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
     QDBusMessage ask(const QString& method, const QVariantList& arguments)
@@ -177,21 +166,17 @@ private:
 
 int main(int argc, char** argv)
 {
-    const QTemporaryDir home;
+    const TestFolder home;
     folder = home.path();
     qputenv("HOME", home.path().toLocal8Bit());
     qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
     qputenv("XDG_CACHE_HOME", home.path().toLocal8Bit());
     qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
     // Without a menu KDE finds no programs.
-    QDir().mkpath(home.filePath(u"menus"_s));
-    if (QFile menu(home.filePath(u"menus/applications.menu"_s)); menu.open(QIODevice::WriteOnly))
-        menu.write("<Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>");
+    home.write(u"menus/applications.menu"_s,
+        "<Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>");
     const auto write = [&home](const QString& id, const QByteArray& more) {
-        QDir().mkpath(home.filePath(u"applications"_s));
-        QFile file(home.filePath(u"applications/"_s + id + u".desktop"_s));
-        if (file.open(QIODevice::WriteOnly))
-            file.write("[Desktop Entry]\nType=Application\n" + more);
+        home.write("applications/"_L1 + id + ".desktop"_L1, "[Desktop Entry]\nType=Application\n" + more);
     };
     write(u"org.example.editor"_s,
         "Name=Editor\nName[uk]=Редактор\nCategories=Utility;\nExec=" + QByteArray(argv[0])

@@ -7,14 +7,9 @@
 #include "support/ManualQueues.h"
 #include "support/Portals.h"
 #include "support/PrivateBus.h"
+#include "support/Test.h"
 #include "support/TestFolder.h"
 
-#include <QFileInfo>
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 using State = RemoteDesktop::State;
 
 namespace {
@@ -93,62 +88,50 @@ private Q_SLOTS:
 
     void eachSessionHasItsWays_data()
     {
-        QTest::addColumn<InputFacts>("facts");
-        QTest::addColumn<FrontWay>("front");
-        QTest::addColumn<PasteWay>("paste");
-
+        const Rows<InputFacts, FrontWay, PasteWay> row;
         using enum DisplaySystem;
-        QTest::newRow("X11") << InputFacts { X11 } << FrontWay::X11 << PasteWay::TestExtension;
-        QTest::newRow("sway") << InputFacts { Wayland, true, false, true } << FrontWay::ForeignToplevels
-                              << PasteWay::VirtualKeyboard;
-        QTest::newRow("sway that lends nothing")
-            << InputFacts { Wayland } << FrontWay::Nothing << PasteWay::Portal;
-        QTest::newRow("KDE, installed")
-            << InputFacts { Wayland, false, true, false, true } << FrontWay::KWin << PasteWay::FakeInput;
-        QTest::newRow("KDE, not installed")
-            << InputFacts { Wayland, false, true } << FrontWay::KWin << PasteWay::Portal;
-        QTest::newRow("GNOME") << InputFacts { XWayland } << FrontWay::Nothing << PasteWay::Portal;
+        row("X11", { X11 }, FrontWay::X11, PasteWay::TestExtension);
+        row("sway", { Wayland, true, false, true }, FrontWay::ForeignToplevels, PasteWay::VirtualKeyboard);
+        row("sway that lends nothing", { Wayland }, FrontWay::Nothing, PasteWay::Portal);
+        row("KDE, installed", { Wayland, false, true, false, true }, FrontWay::KWin, PasteWay::FakeInput);
+        row("KDE, not installed", { Wayland, false, true }, FrontWay::KWin, PasteWay::Portal);
+        row("GNOME", { XWayland }, FrontWay::Nothing, PasteWay::Portal);
     }
     void eachSessionHasItsWays()
     {
-        QFETCH(const InputFacts, facts);
-        QTEST(frontWay(facts), "front");
-        QTEST(pasteWay(facts), "paste");
+        const auto [facts, front, paste] = Rows<InputFacts, FrontWay, PasteWay>::current();
+        QCOMPARE(frontWay(facts), front);
+        QCOMPARE(pasteWay(facts), paste);
     }
 
     void hotKeyGoesTheBestWay_data()
     {
-        QTest::addColumn<BusKeyFacts>("facts");
-        QTest::addColumn<HotKeyWay>("way");
-
-        QTest::newRow("KDE") << BusKeyFacts { true, true, 1 } << HotKeyWay::GlobalAccel;
-        QTest::newRow("KDE without its service") << BusKeyFacts { true, false, 1 } << HotKeyWay::Portal;
-        QTest::newRow("GNOME with a program of KDE") << BusKeyFacts { false, true, 1 } << HotKeyWay::Portal;
-        QTest::newRow("GNOME before 48") << BusKeyFacts { false, false, 0, true } << HotKeyWay::Custom;
-        QTest::newRow("sway with a program of KDE") << BusKeyFacts { false, true, 0 } << HotKeyWay::Nothing;
+        const Rows<BusKeyFacts, HotKeyWay> row;
+        row("KDE", { true, true, 1 }, HotKeyWay::GlobalAccel);
+        row("KDE without its service", { true, false, 1 }, HotKeyWay::Portal);
+        row("GNOME with a program of KDE", { false, true, 1 }, HotKeyWay::Portal);
+        row("GNOME before 48", { false, false, 0, true }, HotKeyWay::Custom);
+        row("sway with a program of KDE", { false, true, 0 }, HotKeyWay::Nothing);
     }
     void hotKeyGoesTheBestWay()
     {
-        QFETCH(const BusKeyFacts, facts);
-        QTEST(hotKeyWay(facts), "way");
+        const auto [facts, way] = Rows<BusKeyFacts, HotKeyWay>::current();
+        QCOMPARE(hotKeyWay(facts), way);
     }
 
     void compositorIsToldByALine_data()
     {
-        QTest::addColumn<QString>("desktops");
-        QTest::addColumn<QString>("line");
-
-        QTest::newRow("sway") << u"sway"_s << u"bindsym Mod4+Shift+v exec nimbarrow --toggle"_s;
-        QTest::newRow("labwc")
-            << u"labwc:wlroots"_s
-            << u"<keybind key=\"W-S-v\"><action name=\"Execute\" command=\"nimbarrow --toggle\"/></keybind>"_s;
-        QTest::newRow("another") << u"COSMIC"_s << QString();
-        QTest::newRow("unnamed") << QString() << QString();
+        const Rows<QString, QString> row;
+        row("sway", u"sway"_s, u"bindsym Mod4+Shift+v exec nimbarrow --toggle"_s);
+        row("labwc", u"labwc:wlroots"_s,
+            u"<keybind key=\"W-S-v\"><action name=\"Execute\" command=\"nimbarrow --toggle\"/></keybind>"_s);
+        row("another", u"COSMIC"_s, {});
+        row("unnamed", {}, {});
     }
     void compositorIsToldByALine()
     {
-        QFETCH(const QString, desktops);
-        QTEST(hotKeyLine(desktops), "line");
+        const auto [desktops, line] = Rows<QString, QString>::current();
+        QCOMPARE(hotKeyLine(desktops), line);
     }
 
     void theUserIsAskedOnceAndATokenRemembersIt()
@@ -181,27 +164,19 @@ private Q_SLOTS:
 
     void whatTheUserAnswersCounts_data()
     {
-        QTest::addColumn<uint>("version");
-        QTest::addColumn<uint>("response");
-        QTest::addColumn<QString>("newToken");
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<State>("state");
-
-        QTest::newRow("no") << 2U << 1U << QString() << QByteArray() << State::NotTrusted;
-        QTest::newRow("no more") << 2U << 1U << QString() << QByteArray("old") << State::NotTrusted;
-        QTest::newRow("closed") << 2U << 2U << QString() << QByteArray() << State::NotDetermined;
-        QTest::newRow("failed") << 2U << 2U << QString() << QByteArray("old") << State::Trusted;
-        QTest::newRow("this once") << 2U << 0U << QString() << QByteArray("old") << State::NotDetermined;
-        QTest::newRow("no portal") << 0U << 0U << u"t"_s << QByteArray("old") << State::Unavailable;
-        QTest::newRow("forgetful portal") << 1U << 0U << u"t"_s << QByteArray() << State::Unavailable;
+        const Rows<uint, uint, QString, QByteArray, State> row;
+        row("no", 2, 1, {}, {}, State::NotTrusted);
+        row("no more", 2, 1, {}, "old", State::NotTrusted);
+        row("closed", 2, 2, {}, {}, State::NotDetermined);
+        row("failed", 2, 2, {}, "old", State::Trusted);
+        row("this once", 2, 0, {}, "old", State::NotDetermined);
+        row("no portal", 0, 0, u"t"_s, "old", State::Unavailable);
+        row("forgetful portal", 1, 0, u"t"_s, {}, State::Unavailable);
     }
     void whatTheUserAnswersCounts()
     {
-        QFETCH(const State, state);
-        QFETCH(const QByteArray, before);
-        QFETCH(const uint, version);
-        QFETCH(const uint, response);
-        QFETCH(const QString, newToken);
+        const auto [version, response, newToken, before, state]
+            = Rows<uint, uint, QString, QByteArray, State>::current();
         m_portals->versions[u"RemoteDesktop"_s] = version;
         m_portals->response = response;
         m_portals->token = newToken;
@@ -282,21 +257,16 @@ private Q_SLOTS:
 
     void thereIsAHotKeyWhereOneIsBound_data()
     {
-        QTest::addColumn<uint>("response");
-        QTest::addColumn<bool>("lists");
-        QTest::addColumn<HotKeyWay>("way");
-
-        QTest::newRow("yes") << 0U << true << HotKeyWay::Portal;
-        QTest::newRow("no") << 1U << false << HotKeyWay::Nothing;
-        QTest::newRow("failed") << 2U << false << HotKeyWay::Nothing;
+        const Rows<uint, bool, HotKeyWay> row;
+        row("yes", 0, true, HotKeyWay::Portal);
+        row("no", 1, false, HotKeyWay::Nothing);
+        row("failed", 2, false, HotKeyWay::Nothing);
         // GNOME 48 may say so.
-        QTest::newRow("bound all the same") << 2U << true << HotKeyWay::Portal;
+        row("bound all the same", 2, true, HotKeyWay::Portal);
     }
     void thereIsAHotKeyWhereOneIsBound()
     {
-        QFETCH(const HotKeyWay, way);
-        QFETCH(const bool, lists);
-        QFETCH(const uint, response);
+        const auto [response, lists, way] = Rows<uint, bool, HotKeyWay>::current();
         m_portals->response = response;
         m_portals->listsShortcuts = lists;
         if (response == 2 && !lists)
@@ -338,11 +308,7 @@ private Q_SLOTS:
 private:
     [[nodiscard]] QString tokenPath() const { return m_disk->filePath(u"trust/token"_s); }
 
-    [[nodiscard]] QByteArray token() const
-    {
-        QFile file(tokenPath());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    [[nodiscard]] QByteArray token() const { return readFile(tokenPath()); }
 
     /// What is known once the portal has been asked.
     State start()

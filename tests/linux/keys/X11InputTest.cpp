@@ -3,17 +3,12 @@
 #include "linux/display/X11Pointer.h"
 #include "linux/keys/X11HotKeys.h"
 #include "linux/keys/X11Keystrokes.h"
+#include "support/Test.h"
+#include "support/TestFolder.h"
 #include "support/TestPanel.h"
 #include "support/X11Desktop.h"
 #include "support/X11Main.h"
 #include "support/XClient.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace nimbarrow;
 
 namespace {
 
@@ -29,16 +24,15 @@ class X11InputTest : public QObject {
 private Q_SLOTS:
     void keysGoByTheirPlace_data()
     {
-        QTest::addColumn<QString>("layouts");
-        QTest::addColumn<int>("group");
-
-        QTest::newRow("us") << u"us"_s << 0;
-        QTest::newRow("ua") << u"us,ua"_s << 1;
-        QTest::newRow("fr") << u"fr"_s << 0;
+        const Rows<QString, int> row;
+        row("us", u"us"_s, 0);
+        row("ua", u"us,ua"_s, 1);
+        row("fr", u"fr"_s, 0);
     }
     void keysGoByTheirPlace()
     {
-        setLayouts();
+        const auto [layouts, group] = Rows<QString, int>::current();
+        setLayouts(layouts, group);
         TestPanel panel;
         panel->orderFront();
         QList<KeyEvent> keys;
@@ -62,29 +56,20 @@ private Q_SLOTS:
 
     void otherKeysGoByWhatTheyDo_data()
     {
-        QTest::addColumn<QString>("option");
-        QTest::addColumn<QList<int>>("codes");
-        QTest::addColumn<QList<Key>>("keys");
-
+        const Rows<QString, QList<int>, QList<Key>> row;
         using enum Key;
-        QTest::newRow("usual") << QString() << QList<int> { 9, 22, 36, 65, 104, 111, 113, 114, 116, 119 }
-                               << QList { Escape, Backspace, Return, Space, KeypadEnter, Up, Left, Right,
-                                      Down, ForwardDelete };
+        row("usual", {}, { 9, 22, 36, 65, 104, 111, 113, 114, 116, 119 },
+            { Escape, Backspace, Return, Space, KeypadEnter, Up, Left, Right, Down, ForwardDelete });
         // Num Lock is off.
-        QTest::newRow("keypad") << QString() << QList<int> { 80, 83, 85, 88, 91, 84 }
-                                << QList { Up, Left, Right, Down, ForwardDelete, Other };
-        QTest::newRow("digits") << u"numpad:mac"_s << QList<int> { 80, 83, 91 }
-                                << QList { Other, Other, Other };
-        QTest::newRow("caps lock as escape") << u"caps:escape"_s << QList<int> { 66 } << QList { Escape };
-        QTest::newRow("swapped") << u"caps:swapescape"_s << QList<int> { 66, 9, 9 }
-                                 << QList { Escape, Other, Other };
-        QTest::newRow("caps lock as backspace")
-            << u"caps:backspace"_s << QList<int> { 66 } << QList { Backspace };
+        row("keypad", {}, { 80, 83, 85, 88, 91, 84 }, { Up, Left, Right, Down, ForwardDelete, Other });
+        row("digits", u"numpad:mac"_s, { 80, 83, 91 }, { Other, Other, Other });
+        row("caps lock as escape", u"caps:escape"_s, { 66 }, { Escape });
+        row("swapped", u"caps:swapescape"_s, { 66, 9, 9 }, { Escape, Other, Other });
+        row("caps lock as backspace", u"caps:backspace"_s, { 66 }, { Backspace });
     }
     void otherKeysGoByWhatTheyDo()
     {
-        QFETCH(const QString, option);
-        QFETCH(const QList<int>, codes);
+        const auto [option, codes, expected] = Rows<QString, QList<int>, QList<Key>>::current();
         QCOMPARE(QProcess::execute(
                      u"setxkbmap"_s, { u"-layout"_s, u"us"_s, u"-option"_s, {}, u"-option"_s, option }),
             0);
@@ -97,7 +82,7 @@ private Q_SLOTS:
         for (const auto code : codes)
             m_user->type({ code });
         QTRY_COMPARE(keys.size(), codes.size());
-        QTEST(keys, "keys");
+        QCOMPARE(keys, expected);
     }
 
     void keyThatIsHeldIsReleasedOnce()
@@ -135,7 +120,8 @@ private Q_SLOTS:
         };
         auto registered = registerKey();
         // The layout changes after the grab.
-        setLayouts();
+        const auto [layouts, group] = Rows<QString, int>::current();
+        setLayouts(layouts, group);
         QTest::qWait(100);
 
         m_user->type({ Super, Shift, V });
@@ -171,28 +157,21 @@ private Q_SLOTS:
 
     void pasteReachesTheProgramInFront_data()
     {
-        QTest::addColumn<QString>("layouts");
-        QTest::addColumn<int>("group");
-        QTest::addColumn<QByteArray>("program");
-        QTest::addColumn<int>("code");
-        QTest::addColumn<int>("mask");
-
-        QTest::newRow("editor") << u"us"_s << 0 << QByteArray("Editor") << int(V) << int(ControlMask);
-        QTest::newRow("terminal") << u"us"_s << 0 << QByteArray("Term") << int(V)
-                                  << (ControlMask | ShiftMask);
-        QTest::newRow("unknown") << u"us"_s << 0 << QByteArray("Other") << int(V) << int(ControlMask);
-        QTest::newRow("ua") << u"us,ua"_s << 1 << QByteArray("Editor") << int(V) << int(ControlMask);
-        QTest::newRow("no v anywhere") << u"ua"_s << 0 << QByteArray("Editor") << int(V) << int(ControlMask);
+        const Rows<QString, int, QByteArray, int, int> row;
+        row("editor", u"us"_s, 0, "Editor", V, ControlMask);
+        row("terminal", u"us"_s, 0, "Term", V, ControlMask | ShiftMask);
+        row("unknown", u"us"_s, 0, "Other", V, ControlMask);
+        row("ua", u"us,ua"_s, 1, "Editor", V, ControlMask);
+        row("no v anywhere", u"ua"_s, 0, "Editor", V, ControlMask);
         // Dvorak's v is where a US layout has the full stop.
-        QTest::newRow("dvorak") << u"us(dvorak)"_s << 0 << QByteArray("Editor") << 60 << int(ControlMask);
+        row("dvorak", u"us(dvorak)"_s, 0, "Editor", 60, ControlMask);
     }
     void pasteReachesTheProgramInFront()
     {
         QVERIFY(m_desktop->start(u"openbox --sm-disable"_s));
-        setLayouts();
-        QFETCH(const QByteArray, program);
-        QFETCH(const int, code);
-        QFETCH(const int, mask);
+        const auto [layouts, group, program, code, mask]
+            = Rows<QString, int, QByteArray, int, int>::current();
+        setLayouts(layouts, group);
         XClient editor(program);
         QVERIFY(m_desktop->bringUp(editor));
         X11Applications applications(ourEntries());
@@ -205,8 +184,10 @@ private Q_SLOTS:
         editor.forgetKeys();
 
         keystrokes.postPaste();
-        QTRY_VERIFY(editor.keys().contains(std::pair(-code, mask)));
-        QVERIFY(editor.keys().contains(std::pair(code, mask)));
+        const std::pair pressed(code, mask);
+        const std::pair released(-code, mask);
+        QTRY_VERIFY(editor.keys().contains(released));
+        QVERIFY(editor.keys().contains(pressed));
         QTRY_VERIFY(m_user->isDown(Super) && m_user->isDown(Shift) && !m_user->isDown(Control));
         m_user->release(Shift);
         m_user->release(Super);
@@ -252,10 +233,8 @@ private Q_SLOTS:
     void cleanup() { m_desktop.reset(); }
 
 private:
-    void setLayouts()
+    void setLayouts(const QString& layouts, int group)
     {
-        QFETCH(const QString, layouts);
-        QFETCH(const int, group);
         const auto variant = layouts.section(u'(', 1).chopped(layouts.contains(u'(') ? 1 : 0);
         QCOMPARE(QProcess::execute(
                      u"setxkbmap"_s, { u"-layout"_s, layouts.section(u'(', 0, 0), u"-variant"_s, variant }),
@@ -266,10 +245,8 @@ private:
     std::unique_ptr<DesktopEntries> ourEntries()
     {
         const auto write = [this](const QString& id, const QByteArray& more) {
-            QDir().mkpath(m_desktop->folder() + u"/applications"_s);
-            QFile file(m_desktop->folder() + u"/applications/"_s + id + u".desktop"_s);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write("[Desktop Entry]\nType=Application\n" + more);
+            writeFile(m_desktop->folder() + u"/applications/"_s + id + u".desktop"_s,
+                "[Desktop Entry]\nType=Application\n" + more);
         };
         write(u"org.example.editor"_s, "Name=Editor\nName[uk]=Редактор\nCategories=Utility;\n");
         write(u"term"_s, "Name=Terminal\nCategories=System;TerminalEmulator;\n");

@@ -27,10 +27,33 @@ class X11DesktopTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void panelStaysAboveFullScreenAndTakesNoFocus_data() { windowManagers(); }
+    void worksUnderEveryWindowManager_data()
+    {
+        const Rows<QString> row;
+        for (const auto& command : { u"openbox --sm-disable"_s, u"openbox --sm-disable + picom"_s,
+                 u"xfwm4 --compositor=off"_s, u"xfwm4 --compositor=on"_s, u"i3 -c %1/i3"_s,
+                 u"metacity --compositor=none"_s, u"metacity --compositor=xrender"_s, u"kwin_x11"_s })
+            row(qPrintable(command), command);
+    }
+    void worksUnderEveryWindowManager()
+    {
+        const auto [command] = Rows<QString>::current();
+        QVERIFY(m_desktop->start(command.section(u" + "_s, 0, 0)));
+        if (command.contains(u'+'))
+            QVERIFY(m_desktop->startCompositor());
+        for (const auto check : { &X11DesktopTest::panelStaysAboveFullScreenAndTakesNoFocus,
+                 &X11DesktopTest::keyboardComesAndGoesBack,
+                 &X11DesktopTest::clickOnTheBareDesktopTakesTheKeyboard,
+                 &X11DesktopTest::stackStaysWhenTheKeyboardGoesBack }) {
+            (this->*check)();
+            if (QTest::currentTestFailed())
+                return;
+        }
+    }
+
+private:
     void panelStaysAboveFullScreenAndTakesNoFocus()
     {
-        startDesktop();
         XClient editor("Editor");
         QVERIFY(m_desktop->bringUp(editor));
         TestPanel panel;
@@ -50,10 +73,8 @@ private Q_SLOTS:
         QCOMPARE(film.clicks(), 0);
     }
 
-    void keyboardComesAndGoesBack_data() { windowManagers(); }
     void keyboardComesAndGoesBack()
     {
-        startDesktop();
         XClient editor("Editor");
         QVERIFY(m_desktop->bringUp(editor));
         TestPanel panel;
@@ -94,10 +115,8 @@ private Q_SLOTS:
         QTRY_VERIFY(m_user->focus() != panel.id() && m_user->focus() != XCB_NONE);
     }
 
-    void clickOnTheBareDesktopTakesTheKeyboard_data() { windowManagers(); }
     void clickOnTheBareDesktopTakesTheKeyboard()
     {
-        startDesktop();
         XClient editor("Editor");
         // A tiling window manager leaves no bare desktop beside a window.
         QVERIFY(isTiling() || m_desktop->bringUp(editor));
@@ -120,10 +139,8 @@ private Q_SLOTS:
         QVERIFY(panel->isKey());
     }
 
-    void stackStaysWhenTheKeyboardGoesBack_data() { windowManagers(); }
     void stackStaysWhenTheKeyboardGoesBack()
     {
-        startDesktop();
         XClient editor("Editor");
         QVERIFY(m_desktop->bringUp(editor));
         XClient film("Film", QRect(300, 400, 400, 300));
@@ -144,6 +161,7 @@ private Q_SLOTS:
         QCOMPARE(m_user->topAt({ 350, 450 }), top);
     }
 
+private Q_SLOTS:
     void clicksOutsideTheOutlineReachWhatIsBelow()
     {
         QVERIFY(m_desktop->start(u"openbox --sm-disable"_s));
@@ -258,25 +276,7 @@ private Q_SLOTS:
     void cleanup() { m_desktop.reset(); }
 
 private:
-    static void windowManagers()
-    {
-        QTest::addColumn<QString>("command");
-
-        for (const auto& command : { u"openbox --sm-disable"_s, u"openbox --sm-disable + picom"_s,
-                 u"xfwm4 --compositor=off"_s, u"xfwm4 --compositor=on"_s, u"i3 -c %1/i3"_s,
-                 u"metacity --compositor=none"_s, u"metacity --compositor=xrender"_s, u"kwin_x11"_s })
-            QTest::newRow(qPrintable(command)) << command;
-    }
-
     static bool isTiling() { return QByteArrayView(QTest::currentDataTag()).startsWith("i3"); }
-
-    void startDesktop()
-    {
-        QFETCH(const QString, command);
-        QVERIFY(m_desktop->start(command.section(u" + "_s, 0, 0)));
-        if (command.contains(u'+'))
-            QVERIFY(m_desktop->startCompositor());
-    }
 
     std::unique_ptr<X11Desktop> m_desktop;
     std::unique_ptr<XClient> m_user;

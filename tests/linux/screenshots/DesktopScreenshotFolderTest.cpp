@@ -103,11 +103,9 @@ private Q_SLOTS:
 
     void knowsAScreenCapture_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("known");
-        const auto row = [](const char* what, const QByteArray& content, bool known) {
-            QTest::newRow(what) << u"picture.png"_s << content << known;
+        const Rows<QString, QByteArray, bool> file;
+        const auto row = [&file](const char* what, const QByteArray& content, bool known) {
+            file(what, u"picture.png"_s, content, known);
         };
         row("a tool's text", start + chunk("tEXt", software) + picture, true);
         row("international text", start + chunk("iTXt", international) + picture, true);
@@ -124,20 +122,18 @@ private Q_SLOTS:
             many += chunk("tEXt", {});
         row("hidden behind a hundred", many + chunk("tEXt", software), false);
         row("no PNG", "GIF89a" + chunk("tEXt", software), false);
-        QTest::newRow("grim") << u"20261121_03h10m42s_grim.png"_s << ""_ba << true;
-        QTest::newRow("scrot") << u"2026-11-21-030956_1000x700_scrot.png"_s << ""_ba << true;
-        QTest::newRow("Flameshot") << u"2026-11-21_03-09.png"_s << ""_ba << true;
-        QTest::newRow("Flameshot again") << u"2026-11-21_03-09_1.png"_s << ""_ba << true;
-        QTest::newRow("a day") << u"2026-11-21.png"_s << start + picture << false;
-        QTest::newRow("pilgrim") << u"pilgrim.png"_s << start + picture << false;
+        file("grim", u"20261121_03h10m42s_grim.png"_s, "", true);
+        file("scrot", u"2026-11-21-030956_1000x700_scrot.png"_s, "", true);
+        file("Flameshot", u"2026-11-21_03-09.png"_s, "", true);
+        file("Flameshot again", u"2026-11-21_03-09_1.png"_s, "", true);
+        file("a day", u"2026-11-21.png"_s, start + picture, false);
+        file("pilgrim", u"pilgrim.png"_s, start + picture, false);
     }
-
     void knowsAScreenCapture()
     {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, content);
+        const auto [name, content, known] = Rows<QString, QByteArray, bool>::current();
         writeFile(m_home->filePath(name), content);
-        QTEST(m_folder.isScreenCapture(m_home->filePath(name)), "known");
+        QCOMPARE(m_folder.isScreenCapture(m_home->filePath(name)), known);
     }
 
     void waitsForNoPipe()
