@@ -139,7 +139,6 @@ class GnomeDesktop(Desktop):
             "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "UpdateActivationEnvironment",
             GLib.Variant("(a{ss})", (self.environment,)), None, Gio.DBusCallFlags.NONE, -1, None)
         wait_until("a desktop without the overview", lambda: not self.ask("Main.overview.visible"))
-
         if self.screens:
             self.switch_output(on=True)
             # It tells X11 programs of the scale.
@@ -161,7 +160,7 @@ class GnomeDesktop(Desktop):
         places = {OUTPUT: 0, OTHER_OUTPUT: int(WIDTH / self.output_scale)} if on else {OTHER_OUTPUT: 0}
         wanted = [(left, 0, self.output_scale, 0, left == 0, [(output, modes[output], {})])
                   for output, left in places.items()]
-        # For now, as nobody is there to keep it.
+        # Until the session ends, so that nobody is asked whether to keep it.
         if not answered(*display, "ApplyMonitorsConfig",
                         GLib.Variant("(uua(iiduba(ssa{sv}))a{sv})", (serial, 1, wanted, {}))):
             raise StageMissed(f"the outputs {places}")

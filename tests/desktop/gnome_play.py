@@ -145,6 +145,8 @@ def agrees_to_hot_key(flow):
 def answers(desktop, title, x, y):
     """With a button there; a dialog hears no clicks for a while after it is to be seen."""
     def is_gone():
+        # One that has come below a pointer at rest may not know of it.
+        desktop.move(x, y + 100)
         desktop.click(x, y)
         time.sleep(2)
         return not desktop.window(title)

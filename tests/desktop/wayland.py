@@ -36,8 +36,7 @@ class WaylandDesktop(Desktop):
     """`with WaylandDesktop(program, peers) as desktop:` as on an X server. Points are those of the output, whose upper
     left corner they count from."""
 
-    def __init__(self, program, peers, compositor="sway", scale=1, xwayland=False, outputs=1, locker=False,
-                 **more):
+    def __init__(self, program, peers, compositor="sway", scale=1, xwayland=False, outputs=1, locker=False, **more):
         self.compositor_name = compositor
         self.peers = pathlib.Path(peers).resolve()
         self.output_scale = scale
@@ -156,8 +155,8 @@ class WaylandDesktop(Desktop):
             [str(binary), "--x11-display", self.server_display, *([] if self.locker else ["--no-lockscreen"]), "--width",
              str(self.points[0]), "--height", str(self.points[1]), "--scale", str(self.output_scale), "--output-count",
              str(self.outputs), "--socket", "wayland-kwin"], env={**self.environment, **variables}, cwd=self.home)
-        if has_output_settings():
-            # KWin 6 decides for itself on the scale of an output that is a window.
+        # KWin 6 decides for itself on the scale of an output that is a window.
+        if has_output_settings() and (self.output_scale != 1 or self.outputs > 1):
             wait_until("an output", lambda: self._still_composes() and self._arrange_outputs())
 
     def _arrange_outputs(self):
@@ -187,7 +186,8 @@ class WaylandDesktop(Desktop):
         if self.compositor_name == "labwc":
             self._set_output("--on" if on else "--off")
         elif self.compositor_name == "kwin":
-            self._arrange_outputs() if on else self._kscreen(f"X11-{self.outputs - 1}.disable")
+            if not (self._arrange_outputs() if on else self._kscreen(f"X11-{self.outputs - 1}.disable")):
+                raise StageMissed("outputs that can be switched")
         else:
             self.swaymsg("output", "HEADLESS-1", "enable" if on else "disable")
 
