@@ -14,7 +14,9 @@ except ImportError:  # As missing() says.
 from desktop import Desktop, HEIGHT, StageMissed, wait_until, WIDTH
 
 PYTHON = "/usr/bin/python3"
-OUTPUT = "Meta-0"
+OUTPUT, OTHER_OUTPUT = "Meta-0", "Meta-1"
+# The shell offers scales alone that make whole points of all pixels.
+MONITOR_HEIGHT = HEIGHT + 2
 # The kernel's codes of keys.
 KEYS = {"Escape": 1, "Return": 28, "Tab": 15, "Control": 29, "Shift": 42, "Super": 125, "Down": 108, "Up": 103,
         "F2": 60, "F3": 61, "F4": 62, " ": 57}
@@ -48,12 +50,23 @@ def missing():
                           stderr=subprocess.DEVNULL).returncode]
 
 
-class GnomeDesktop(Desktop):
-    """`with GnomeDesktop(program) as desktop:` as on an X server."""
+def answered(bus, name, path, interface, method, parameters=None):
+    """What a service answers, an empty answer as true; None where it does not."""
+    try:
+        return bus.call_sync(name, path, interface, method, parameters, None, Gio.DBusCallFlags.NONE, 20000,
+                             None).unpack() or True
+    except GLib.Error:
+        return None
 
-    def __init__(self, program, **more):
+
+class GnomeDesktop(Desktop):
+    """`with GnomeDesktop(program) as desktop:` as on an X server. A place is one in the shell's points. With `screens` it
+    stands on two outputs of that scale, and its session can be locked."""
+
+    def __init__(self, program, screens=None, **more):
         super().__init__(program, **more)
-        self.output_scale = 1
+        self.screens = screens
+        self.output_scale = screens or 1
         resources = pathlib.Path(__file__).resolve().parents[2]
         # As installed: the portals know a program by its desktop file, if that names one that can be found.
         applications, programs = self.home / "data" / "applications", self.home / "bin"
@@ -78,7 +91,9 @@ class GnomeDesktop(Desktop):
     def declare_notch(self):
         super().declare_notch()
         panels = self.home / "data" / "Nimbarrow" / "display-panels"
-        (panels / "screen.json").rename(panels / f"{OUTPUT}.json")
+        description = (panels / "screen.json").read_text().replace(f'"y-res": {HEIGHT}', f'"y-res": {MONITOR_HEIGHT}')
+        (panels / f"{OUTPUT}.json").write_text(description)
+        (panels / "screen.json").unlink()
 
     def __enter__(self):
         try:
@@ -97,16 +112,22 @@ class GnomeDesktop(Desktop):
         daemon.stdout.readline()
         self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address
         self.spawn([PYTHON, "-m", "dbusmock", "--system", "--template", "logind"])
+        if self.screens:
+            # Without a display manager the shell locks nothing.
+            manager = "org.gnome.DisplayManager", "/org/gnome/DisplayManager/Manager", "org.gnome.DisplayManager.Manager"
+            self.spawn([PYTHON, "-m", "dbusmock", "--system", *manager])
+            bus = self._connected(address)
+            wait_until("a display manager", lambda: answered(bus, manager[0], manager[1], "org.freedesktop.DBus.Mock",
+                       "AddProperty", GLib.Variant("(ssv)", (manager[2], "Version", GLib.Variant("s", "48.0")))))
         time.sleep(1)
 
     def _start_shell(self):
         with open(self.home / "shell.log", "ab") as log:
             self.server = self.spawn(
-                ["gnome-shell", "--headless", "--virtual-monitor", f"{WIDTH}x{HEIGHT}", "--wayland-display=wayland-gnome"],
+                ["gnome-shell", "--headless", "--wayland-display=wayland-gnome",
+                 *["--virtual-monitor", f"{WIDTH}x{MONITOR_HEIGHT}"] * (2 if self.screens else 1)],
                 stdout=log, stderr=log)
-        self.connection = Gio.DBusConnection.new_for_address_sync(
-            self.environment["DBUS_SESSION_BUS_ADDRESS"],
-            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        self.connection = self._connected(self.environment["DBUS_SESSION_BUS_ADDRESS"])
         wait_until("a shell that lets itself be asked", self._is_up, 60)
         self.ask("Main.overview.hide(); Main.messageTray.getSources().forEach(source => source.destroy()); " + HANDS + "1")
         self.environment["WAYLAND_DISPLAY"] = "wayland-gnome"
@@ -118,6 +139,36 @@ class GnomeDesktop(Desktop):
             "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "UpdateActivationEnvironment",
             GLib.Variant("(a{ss})", (self.environment,)), None, Gio.DBusCallFlags.NONE, -1, None)
         wait_until("a desktop without the overview", lambda: not self.ask("Main.overview.visible"))
+        if self.screens:
+            self.switch_output(on=True)
+            # It tells X11 programs of the scale.
+            self.spawn(["/usr/libexec/gsd-xsettings"])
+            wait_until("a scale for X11 programs", lambda: b"Xft.dpi" in self.call(["xprop", "-root", "RESOURCE_MANAGER"]))
+
+    @staticmethod
+    def _connected(address):
+        return Gio.DBusConnection.new_for_address_sync(
+            address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None,
+            None)
+
+    def switch_output(self, on):
+        """The output with the notch, on the left of the other one."""
+        name = "org.gnome.Mutter.DisplayConfig"
+        display = self.connection, name, "/" + name.replace(".", "/"), name
+        serial, monitors, *_ = answered(*display, "GetCurrentState")
+        modes = {monitor[0]: modes[0][0] for monitor, modes, _ in monitors}
+        places = {OUTPUT: 0, OTHER_OUTPUT: int(WIDTH / self.output_scale)} if on else {OTHER_OUTPUT: 0}
+        wanted = [(left, 0, self.output_scale, 0, left == 0, [(output, modes[output], {})])
+                  for output, left in places.items()]
+        # Until the session ends, so that nobody is asked whether to keep it.
+        if not answered(*display, "ApplyMonitorsConfig",
+                        GLib.Variant("(uua(iiduba(ssa{sv}))a{sv})", (serial, 1, wanted, {}))):
+            raise StageMissed(f"the outputs {places}")
+
+    def lock(self):
+        """What is to be seen then, as soon as somebody moves the pointer."""
+        answered(self.connection, "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver", "Lock")
+        wait_until("a locked session", lambda: self.ask("Main.screenShield.locked"))
 
     def _is_up(self):
         if self.server.poll() is not None:

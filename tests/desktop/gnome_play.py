@@ -69,7 +69,7 @@ class GnomeFlow(PanelFlow):
             self.desktop.picture(self.pictures / (stage.replace(" ", "-") + ".png"))
 
     def has_notice(self):
-        return self.desktop.is_black(NOTCH_LEFT - 40, 4)
+        return self.desktop.is_black(NOTCH_LEFT / self.desktop.output_scale - 40, 4)
 
     def waits_for_rest(self):
         wait_until("the end of the notice", lambda: not self.has_notice(), 12)
@@ -145,6 +145,8 @@ def agrees_to_hot_key(flow):
 def answers(desktop, title, x, y):
     """With a button there; a dialog hears no clicks for a while after it is to be seen."""
     def is_gone():
+        # One that has come below a pointer at rest may not know of it.
+        desktop.move(x, y + 100)
         desktop.click(x, y)
         time.sleep(2)
         return not desktop.window(title)
@@ -184,6 +186,39 @@ def play_without_portals(desktop, pictures=None):
     if "works" not in next(line for line in report(desktop).splitlines() if "hot key" in line):
         raise StageMissed("a hot key that is told")
     reached("the custom key")
+
+
+def play_screens(desktop, pictures=None):
+    """A scale between two whole ones, an output that goes and comes back, and a locked session."""
+    flow = GnomeFlow(desktop, pictures)
+    desktop.ask("Main.panel.style = 'background-color: rgb(49, 84, 122)'; 1")
+    flow.starts()
+    flow.show(f"a panel at scale {desktop.output_scale}")
+    desktop.copy("Not for other eyes")
+    wait_until("a notice", flow.has_notice, 8)
+    time.sleep(0.4)
+    flow.show("a notice at that scale")
+    flow.waits_for_rest()
+    flow.hovers()
+    desktop.switch_output(on=False)
+    wait_until("no panel on the other output", lambda: desktop.pixel(int(flow.middle), 4) == BAR)
+    desktop.switch_output(on=True)
+    wait_until("the panel on the output that is back", flow.is_at_rest)
+    flow.hovers()
+    flow.show("an output gone and back")
+    desktop.copy("nor this")
+    desktop.lock()
+    places = [(int(flow.middle), 4), (int(flow.middle) + 130, 4), (int(flow.middle) - 210, 10)]
+    for stage in ("a locked session", "a locked session asked to open"):
+        # It is dark until somebody comes.
+        for x in (flow.middle + 5, flow.middle, 100):
+            desktop.move(x, flow.notch_height / 2)
+        wait_until("a lock screen", lambda: desktop.pixel(100, 4) == BAR)
+        time.sleep(1)
+        if any(desktop.pixel(*place) != BAR for place in places):
+            raise StageMissed("a lock screen above the panel")
+        flow.show(stage)
+        flow.toggles()
 
 
 def picks(flow, window):
@@ -272,7 +307,8 @@ def main(program, pictures=None):
         print("missed: a GNOME desktop; install", *lacking, file=sys.stderr)
         return 1
     pictures = pictures and pathlib.Path(pictures).resolve()
-    for part, options in ((play_without_portals, {"services": ["org.gnome.Shell.Notifications"]}), (play, {})):
+    for part, options in ((play_without_portals, {"services": ["org.gnome.Shell.Notifications"]}), (play, {}),
+                          (play_screens, {"services": ["org.gnome.ScreenSaver"], "screens": 1.5})):
         with GnomeDesktop(program, settings={"language": "en"}, **options) as desktop:
             try:
                 part(desktop, pictures)

@@ -37,11 +37,14 @@ class WaylandDesktop(Desktop):
     """`with WaylandDesktop(program, peers) as desktop:` as on an X server. Points are those of the output, whose upper
     left corner they count from."""
 
-    def __init__(self, program, peers, compositor="sway", scale=1, xwayland=False, **more):
+    def __init__(self, program, peers, compositor="sway", scale=1, xwayland=False, outputs=1, locker=False, **more):
         self.compositor_name = compositor
         self.peers = pathlib.Path(peers).resolve()
         self.output_scale = scale
         self.xwayland = xwayland
+        # On KWin: outputs side by side, with the notch on the left one, and whether it can lock its session.
+        self.outputs = outputs
+        self.locker = locker
         self.hand = None
         super().__init__(program, **more)
         # Only the compositor's user has to get there.
@@ -55,7 +58,7 @@ class WaylandDesktop(Desktop):
         super().declare_notch()
         panels = self.home / "data" / "Nimbarrow" / "display-panels"
         description = (panels / "screen.json").read_text()
-        for name in ("HEADLESS-1", "X11-0"):
+        for name in ("HEADLESS-1", f"X11-{self.outputs - 1}"):
             (panels / f"{name}.json").write_text(description)
         (panels / "screen.json").unlink()
 
@@ -150,9 +153,21 @@ class WaylandDesktop(Desktop):
         variables = {"KWIN_COMPOSE": "Q", "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1"}
         self.environment["WAYLAND_DISPLAY"] = self.environment["XDG_RUNTIME_DIR"] + "/wayland-kwin"
         self._run_compositor(
-            [str(binary), "--x11-display", self.server_display, "--no-lockscreen", "--width", str(self.points[0]),
-             "--height", str(self.points[1]), "--scale", str(self.output_scale), "--socket", "wayland-kwin"],
-            env={**self.environment, **variables}, cwd=self.home)
+            [str(binary), "--x11-display", self.server_display, *([] if self.locker else ["--no-lockscreen"]), "--width",
+             str(self.points[0]), "--height", str(self.points[1]), "--scale", str(self.output_scale), "--output-count",
+             str(self.outputs), "--socket", "wayland-kwin"], env={**self.environment, **variables}, cwd=self.home)
+        # KWin 6 decides for itself on the scale of an output that is a window.
+        if has_output_settings() and (self.output_scale != 1 or self.outputs > 1):
+            wait_until("an output", lambda: self._still_composes() and self._arrange_outputs())
+
+    def _arrange_outputs(self):
+        """Side by side, with the one whose window is above the others' on the left."""
+        return self._kscreen(*(f"X11-{index}.{setting}" for index in range(self.outputs) for setting in (
+            "enable", f"scale.{self.output_scale}", f"position.{(self.outputs - 1 - index) * self.points[0]},0")))
+
+    def _kscreen(self, *settings):
+        return subprocess.run(["kscreen-doctor", *(f"output.{setting}" for setting in settings)], capture_output=True,
+                              env={**self.environment, "QT_QPA_PLATFORM": "wayland"}, timeout=20).returncode == 0
 
     def _start_hands(self):
         """A seat without devices has no pointer and no keyboard, and programs learn late that it has got them."""
@@ -171,6 +186,9 @@ class WaylandDesktop(Desktop):
         """The output with the notch."""
         if self.compositor_name == "labwc":
             self._set_output("--on" if on else "--off")
+        elif self.compositor_name == "kwin":
+            if not (self._arrange_outputs() if on else self._kscreen(f"X11-{self.outputs - 1}.disable")):
+                raise StageMissed("outputs that can be switched")
         else:
             self.swaymsg("output", "HEADLESS-1", "enable" if on else "disable")
 
@@ -183,6 +201,15 @@ class WaylandDesktop(Desktop):
             return False
         version = self.call(["sway", "--version"]).decode().split()[2]
         return tuple(int(part) for part in version.split("-")[0].split(".")[:2]) < (1, 8)
+
+    def lock(self):
+        """The colour of what is to be seen then where it says nothing."""
+        if self.compositor_name != "kwin":
+            self.spawn(["swaylock", "--color", "204020", "--no-unlock-indicator"])
+            return 0x20, 0x40, 0x20
+        self.call(["dbus-send", "--print-reply", "--dest=org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver",
+                   "org.freedesktop.ScreenSaver.Lock"])
+        return 0, 0, 0
 
     def kill_server(self):
         self.compositor_process.kill()
@@ -253,6 +280,9 @@ class WaylandDesktop(Desktop):
     def _server_screen(self):
         return ServerScreen(self.server_display)
 
+    def is_filled(self, colour, x, y, width, height):
+        return self._pixels(x, y, width, height) == bytes(colour) * (width * height)
+
     def picture(self, path):
         if self.compositor_name == "kwin":
             self.call(["import", "-display", self.server_display, "-window", "root", str(path)])
@@ -261,10 +291,14 @@ class WaylandDesktop(Desktop):
         return path
 
 
+def has_output_settings():
+    """Whether KWin's outputs can be changed here."""
+    return shutil.which("kscreen-doctor") is not None
+
+
 def scales(compositor):
-    """KWin 6 decides for itself on the scale of an output that is a window."""
     version = subprocess.run(["dpkg-query", "-W", "-f=${Version}", "kwin-wayland"], capture_output=True, text=True).stdout
-    return (1, 1.5) if compositor != "kwin" or ":5." in version else (1,)
+    return (1, 1.5) if compositor != "kwin" or ":5." in version or has_output_settings() else (1,)
 
 
 def wanted(words, usual):

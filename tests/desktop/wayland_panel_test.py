@@ -5,7 +5,7 @@ import sys
 import time
 
 from desktop import NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_RIGHT, reached, StageMissed, wait_until
-from wayland import run_wayland_test, scales, wanted
+from wayland import has_output_settings, run_wayland_test, scales, wanted
 
 
 class PanelFlow:
@@ -248,17 +248,23 @@ def play_in_x_server(desktop):
     reached("a start in the compositor's X server")
 
 
+def play_outputs(desktop):
+    flow = PanelFlow(desktop)
+    flow.starts()
+    flow.hovers()
+    flow.keeps_to_its_output()
+
+
 def play_locked(desktop):
     """Nothing of the panel is to be seen above a locker, not even when it is asked to open."""
     flow = PanelFlow(desktop)
     flow.starts()
     desktop.copy("not for other eyes")
-    desktop.spawn(["swaylock", "--color", "204020", "--no-unlock-indicator"])
-    wait_until("a locker", lambda: desktop.pixel(100, 600) == (0x20, 0x40, 0x20), 20)
-    places = [(int(flow.middle), 4), (int(flow.middle) - 210, 200), (int(flow.middle) + 150, 4)]
+    colour = desktop.lock()
+    wait_until("a locker", lambda: desktop.pixel(100, 600) == colour, 20)
     for _ in range(2):
         time.sleep(0.8)
-        if any(desktop.pixel(*place) != (0x20, 0x40, 0x20) for place in places):
+        if not desktop.is_filled(colour, int(flow.middle) - 220, 0, 440, 330):
             raise StageMissed("a locker above the panel")
         flow.toggles()
     reached("a locked session")
@@ -267,8 +273,9 @@ def play_locked(desktop):
 def main(program, peers, *compositors):
     for compositor in wanted(compositors, ("sway", "kwin")):
         plays = [(play, {"scale": scale}) for scale in scales(compositor)]
-        if compositor != "kwin":
-            plays.append((play_locked, {}))
+        if compositor == "kwin" and has_output_settings():
+            plays.append((play_outputs, {"outputs": 2}))
+        plays.append((play_locked, {"locker": True}))
         if compositor == "sway":
             plays.append((play_in_x_server, {"xwayland": True}))
         for part, options in plays:
