@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QLoggingCategory>
 
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -24,7 +25,6 @@ namespace {
 constexpr auto saveDelay = 500ms;
 constexpr auto retryDelay = 10s;
 constexpr auto patienceAtTheEnd = 2s;
-const auto keptIndexes = u"index.unreadable*.json"_s;
 
 QString imageName(const QUuid& id)
 {
@@ -68,6 +68,15 @@ void removeImagesWithoutEntry(const QString& folder, const QSet<QString>& named)
         if (isImageName(file.fileName()) && !named.contains(file.fileName()))
             std::ignore = privatefiles::remove(file.filePath());
     }
+}
+
+bool hasKeptIndex(const QString& folder)
+{
+    // A filter of names would be a regular expression, whose library takes half a megabyte.
+    const auto names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
+    return std::ranges::any_of(names, [](const QString& name) {
+        return name.startsWith("index.unreadable"_L1) && name.endsWith(".json"_L1);
+    });
 }
 
 /// False when there is no way to.
@@ -151,10 +160,7 @@ void HistoryFiles::tidy(const QList<ClipboardItem>& entries)
                      isUnreadable = m_isUnreadable] {
         privatefiles::tidyFolder(folder);
         // An index that cannot be read may still name what no entry names.
-        const auto isKnown = !*isUnreadable
-            && QDir(folder)
-                   .entryList({ keptIndexes }, QDir::AllEntries | QDir::Hidden | QDir::System)
-                   .isEmpty();
+        const auto isKnown = !*isUnreadable && !hasKeptIndex(folder);
         if (privatefiles::tidyFolder(imagesFolder) && isKnown)
             removeImagesWithoutEntry(imagesFolder, named);
     });

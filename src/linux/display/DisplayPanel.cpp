@@ -3,11 +3,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QRegularExpression>
 #include <QSvgRenderer>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <string_view>
 
 using namespace Qt::StringLiterals;
 
@@ -25,29 +26,79 @@ bool isSame(double a, double b)
 // No panel has so many pixels; larger numbers would only lose their precision.
 constexpr double farthest = 1e6;
 
-/// Whether it is a whole path by the grammar of SVG: the renderer draws what it understands of any text.
-/// Nothing is read twice, so the longest text is read in one go.
-bool isPath(const QString& text)
+/// Skips the first character if it is one of these.
+bool skipOne(QByteArrayView& text, QByteArrayView characters)
 {
-    // The flags of an arc may stand together without a separator: "a5 5 0 01 10 10".
-    static const auto number = uR"([\s,]*+[-+]?+(?:\d++\.?+\d*+|\.\d++)(?:E[-+]?+\d++)?+[\s,]*+)"_s;
-    static const auto flag = uR"([\s,]*+[01][\s,]*+)"_s;
-    static const QRegularExpression grammar(
-        uR"(^[\s,]*+M(?:(?:%1){2})++(?:[MLT](?:(?:%1){2})++|[HV](?:%1)++|C(?:(?:%1){6})++)"
-        R"(|[SQ](?:(?:%1){4})++|A(?:(?:%1){3}%2%2(?:%1){2})++|Z[\s,]*+)*+$)"_s.arg(number, flag),
-        QRegularExpression::CaseInsensitiveOption);
-    return grammar.match(text).hasMatch();
+    const auto isThere = !text.isEmpty() && characters.contains(text.front());
+    if (isThere)
+        text = text.sliced(1);
+    return isThere;
+}
+
+bool skipAll(QByteArrayView& text, QByteArrayView characters)
+{
+    const auto before = text.size();
+    while (skipOne(text, characters)) { }
+    return text.size() < before;
+}
+
+bool skipNumber(QByteArrayView& text)
+{
+    constexpr QByteArrayView digits = "0123456789";
+    skipOne(text, "+-");
+    const auto hasWhole = skipAll(text, digits);
+    const auto hasFraction = skipOne(text, ".") && skipAll(text, digits);
+    if (!hasWhole && !hasFraction)
+        return false;
+    if (!skipOne(text, "Ee"))
+        return true;
+    skipOne(text, "+-");
+    return skipAll(text, digits);
+}
+
+/// Whether it is a whole path by the grammar of SVG: the renderer draws what it understands of any text.
+/// Without a regular expression: this runs at every start, and their library takes half a megabyte.
+bool isPath(QByteArrayView text)
+{
+    struct Command {
+        QByteArrayView letters;
+        /// Numbers, and flags, which may stand together without a separator: "a5 5 0 01 10 10".
+        std::string_view arguments;
+    };
+    constexpr std::array commands { Command { "MmLlTt", "nn" }, Command { "HhVv", "n" },
+        Command { "Cc", "nnnnnn" }, Command { "SsQq", "nnnn" }, Command { "Aa", "nnnffnn" },
+        Command { "Zz", "" } };
+    constexpr QByteArrayView separators = " \t\n\v\f\r,";
+    skipAll(text, separators);
+    if (!text.startsWith('M') && !text.startsWith('m'))
+        return false;
+    while (!text.isEmpty()) {
+        const auto* const command = std::ranges::find_if(
+            commands, [letter = text.front()](const Command& each) { return each.letters.contains(letter); });
+        if (command == commands.end())
+            return false;
+        text = text.sliced(1);
+        skipAll(text, separators);
+        do {
+            for (const auto argument : command->arguments) {
+                if (!(argument == 'f' ? skipOne(text, "01") : skipNumber(text)))
+                    return false;
+                skipAll(text, separators);
+            }
+        } while (!command->arguments.empty() && !text.isEmpty() && text.front() < 'A');
+    }
+    return true;
 }
 
 /// The smallest box around a path: the curves' true extent, not that of their control points. None for text
 /// that is no path, for coordinates that are no sane lengths, and for a path that encloses nothing.
-std::optional<QRectF> svgPathBounds(const QString& path)
+std::optional<QRectF> svgPathBounds(const QByteArray& path)
 {
     if (!isPath(path))
         return {};
     QSvgRenderer renderer;
-    if (!renderer.load(R"(<svg xmlns="http://www.w3.org/2000/svg"><path id="path" d=")" + path.toLatin1()
-            + R"("/></svg>)"))
+    if (!renderer.load(
+            R"(<svg xmlns="http://www.w3.org/2000/svg"><path id="path" d=")" + path + R"("/></svg>)"))
         return {};
     const auto box = renderer.boundsOnElement(u"path"_s);
     constexpr QRectF possible(-farthest, -farthest, 2 * farthest, 2 * farthest);
@@ -67,7 +118,7 @@ std::optional<DisplayPanel> DisplayPanel::fromJson(const QByteArray& json)
         return {};
     DisplayPanel panel { object["name"_L1].toString(), resolution, {} };
     for (const auto cutouts = object["cutouts"_L1].toArray(); const auto& cutout : cutouts) {
-        const auto box = svgPathBounds(cutout.toObject()["path"_L1].toString());
+        const auto box = svgPathBounds(cutout.toObject()["path"_L1].toString().toUtf8());
         if (!box)
             continue;
         const auto inside = *box & QRectF(QPointF(), QSizeF(resolution));

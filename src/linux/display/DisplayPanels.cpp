@@ -3,7 +3,6 @@
 #include "files/PrivateFiles.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -45,8 +44,10 @@ QString deviceTreeRoot()
 int notchHeight(const QString& deviceTree)
 {
     for (const auto& parent : { deviceTree + "/soc"_L1, deviceTree }) {
-        for (const auto nodes = QDir(parent).entryList({ u"dcp@*"_s, u"dcp"_s }, QDir::Dirs);
-             const auto& node : nodes) {
+        // A filter of names would be a regular expression, whose library takes half a megabyte.
+        for (const auto nodes = QDir(parent).entryList(QDir::Dirs); const auto& node : nodes) {
+            if (node != "dcp"_L1 && !node.startsWith("dcp@"_L1))
+                continue;
             const auto bytes = contents(parent + u'/' + node + "/apple,notch-height"_L1, largestProperty);
             if (bytes.size() != sizeof(quint32))
                 continue;
@@ -156,9 +157,10 @@ void DisplayPanels::watch()
         if (existing != folder)
             continue;
         // Writing into a file that is there changes nothing in its folder.
-        for (const auto files = QDir(folder).entryList({ u"*.json"_s }, QDir::Files);
-             const auto& file : files)
-            wanted << folder + u'/' + file;
+        for (const auto files = QDir(folder).entryList(QDir::Files); const auto& file : files) {
+            if (file.endsWith(".json"_L1))
+                wanted << folder + u'/' + file;
+        }
     }
     wanted.removeDuplicates();
     const auto watched = m_watcher.directories() + m_watcher.files();
