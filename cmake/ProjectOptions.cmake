@@ -25,6 +25,13 @@ target_compile_definitions(project_build INTERFACE
     QT_NO_KEYWORDS QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060800
 )
 
+# Where a program stands in memory changes thousands of its addresses; their list is read at every start.
+include(CheckLinkerFlag)
+check_linker_flag(CXX LINKER:-z,pack-relative-relocs NIMBARROW_PACKS_RELOCATIONS)
+if(NIMBARROW_PACKS_RELOCATIONS)
+    target_link_options(project_build INTERFACE $<$<CONFIG:Release>:LINKER:-z,pack-relative-relocs>)
+endif()
+
 if(NIMBARROW_SANITIZE)
     list(JOIN NIMBARROW_SANITIZE "," joined)
     target_compile_options(project_build INTERFACE
