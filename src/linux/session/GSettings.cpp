@@ -10,7 +10,7 @@ namespace nimbarrow {
 namespace {
 
 // Milliseconds. Its first question may start the desktop's own settings service.
-constexpr int patience = 5000;
+constexpr int toolPatience = 5000;
 
 } // namespace
 
@@ -22,7 +22,8 @@ std::optional<QString> gsettings(const QStringList& words)
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     tool.setProcessEnvironment(environment);
     tool.start(u"gsettings"_s, words, QIODevice::ReadOnly);
-    if (!tool.waitForFinished(patience) || tool.exitStatus() != QProcess::NormalExit || tool.exitCode() != 0)
+    if (!tool.waitForFinished(toolPatience) || tool.exitStatus() != QProcess::NormalExit
+        || tool.exitCode() != 0)
         return {};
     return QString::fromUtf8(tool.readAllStandardOutput());
 }
