@@ -67,7 +67,9 @@ void WaylandOwner::copy(Offer offer, Manner manner, int pieces)
     m_manner = manner;
     m_pieces = pieces;
     claim();
-    wl_display_roundtrip(m_display);
+    // A busy one might be asked in the midst of it, and would wait here for ever.
+    if (manner != Manner::Busy)
+        wl_display_roundtrip(m_display);
     m_thread = std::thread([this] { serve(); });
 }
 
