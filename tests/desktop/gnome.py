@@ -61,7 +61,7 @@ def answered(bus, name, path, interface, method, parameters=None):
 
 class GnomeDesktop(Desktop):
     """`with GnomeDesktop(program) as desktop:` as on an X server. A place is one in the shell's points. With `screens` it
-    stands on two outputs of that scale, and its session can be locked."""
+    stands on two outputs of that scale."""
 
     def __init__(self, program, screens=None, **more):
         super().__init__(program, **more)
@@ -112,13 +112,12 @@ class GnomeDesktop(Desktop):
         daemon.stdout.readline()
         self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address
         self.spawn([PYTHON, "-m", "dbusmock", "--system", "--template", "logind"])
-        if self.screens:
-            # Without a display manager the shell locks nothing.
-            manager = "org.gnome.DisplayManager", "/org/gnome/DisplayManager/Manager", "org.gnome.DisplayManager.Manager"
-            self.spawn([PYTHON, "-m", "dbusmock", "--system", *manager])
-            bus = self._connected(address)
-            wait_until("a display manager", lambda: answered(bus, manager[0], manager[1], "org.freedesktop.DBus.Mock",
-                       "AddProperty", GLib.Variant("(ssv)", (manager[2], "Version", GLib.Variant("s", "48.0")))))
+        # Without a display manager the shell locks nothing, and says so in a notification of its own.
+        manager = "org.gnome.DisplayManager", "/org/gnome/DisplayManager/Manager", "org.gnome.DisplayManager.Manager"
+        self.spawn([PYTHON, "-m", "dbusmock", "--system", *manager])
+        bus = self._connected(address)
+        wait_until("a display manager", lambda: answered(bus, manager[0], manager[1], "org.freedesktop.DBus.Mock",
+                   "AddProperty", GLib.Variant("(ssv)", (manager[2], "Version", GLib.Variant("s", "48.0")))))
         time.sleep(1)
 
     def _start_shell(self):
@@ -212,10 +211,19 @@ class GnomeDesktop(Desktop):
         """As a mouse does, by so much each time: of a hand that has places alone the shell tells its X server too little to
         know that the pointer has left a window."""
         for steps in range(5, 0, -1):
-            from_x, from_y = self.ask("global.get_pointer()")[:2]
-            self.ask("global.hand.notify_relative_motion(imports.gi.GLib.get_monotonic_time(), "
-                     f"{(x - from_x) / steps}, {(y - from_y) / steps})")
+            self._move_on(x, y, steps)
             time.sleep(0.03)
+        # A busy shell tells where the pointer was some time ago.
+        wait_until(f"the pointer at {x}, {y}", lambda: time.sleep(0.1) or not self._move_on(x, y))
+
+    def _move_on(self, x, y, steps=1):
+        """The first of so many steps; whether there was one to go."""
+        from_x, from_y = self.ask("global.get_pointer()")[:2]
+        if max(abs(x - from_x), abs(y - from_y)) < 1.5:
+            return False
+        self.ask("global.hand.notify_relative_motion(imports.gi.GLib.get_monotonic_time(), "
+                 f"{(x - from_x) / steps}, {(y - from_y) / steps})")
+        return True
 
     def click(self, x, y):
         self.move(x, y)
