@@ -49,16 +49,22 @@ struct Collected {
     const std::optional<QColor> color;
     const QString name;
     QList<CalendarEvent> events;
-    /// The identifiers of the series that occurrences of the rule come from, by the place in `events`.
-    QHash<qsizetype, QByteArray> series;
-    bool any = false;
+    /// The server's identifier of each.
+    QList<QByteArray> uids;
 };
+
+/// Of one occurrence of a series.
+bool isChange(ICalComponent* component)
+{
+    const Reference<ICalProperty> recurrenceId(
+        i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY));
+    return recurrenceId != nullptr;
+}
 
 gboolean collect(
     ICalComponent* component, ICalTime* start, ICalTime* end, gpointer data, GCancellable*, GError**)
 {
     auto& collected = *static_cast<Collected*>(data);
-    collected.any = true;
     CalendarEvent event;
     event.start = momentOf(start);
     event.end = momentOf(end);
@@ -73,9 +79,7 @@ gboolean collect(
     readDetails(static_cast<icalcomponent*>(i_cal_object_get_native(I_CAL_OBJECT(component))),
         collected.ownAddresses, event);
     // The server gives every occurrence an identifier; only one that was changed stands without the rule.
-    const Reference<ICalProperty> recurrenceId(
-        i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY));
-    event.isDetached = recurrenceId && !event.hasRecurrenceRules;
+    event.isDetached = isChange(component) && !event.hasRecurrenceRules;
     event.color = collected.color;
     event.calendar = collected.name;
     const bool isOneOfMany = event.hasRecurrenceRules || event.isDetached;
@@ -83,15 +87,9 @@ gboolean collect(
         QString::fromUtf8(i_cal_component_get_uid(component)),
         isOneOfMany ? recurrenceOf(component, start) : QString() }
                            .text();
-    if (event.hasRecurrenceRules)
-        collected.series.insert(collected.events.size(), i_cal_component_get_uid(component));
     collected.events += event;
+    collected.uids += i_cal_component_get_uid(component);
     return TRUE;
-}
-
-QByteArray timeInQuery(const QDateTime& moment)
-{
-    return "(make-time \"" + moment.toUTC().toString(u"yyyyMMdd'T'HHmmss'Z'"_s).toLatin1() + "\")";
 }
 
 } // namespace
@@ -172,68 +170,70 @@ bool EdsCalendar::addEvents(const QDateTime& start, const QDateTime& end, QSet<Q
     const auto to = end.addDays(1);
     e_cal_client_generate_instances_sync(m_client.get(), from.toSecsSinceEpoch(), to.toSecsSinceEpoch(),
         patience.nextCall(), collect, &collected);
-    if (collected.any)
-        return addUnchanged(collected.events, collected.series, patience, events);
-    // Nothing and no answer look alike until the server is asked for what it does tell errors of.
+    // That tells of no error. And the server's index of days learns of an occurrence that was moved to
+    // another one only when it reads the calendar anew, so each series with changes is asked for by itself.
     Failure failure;
-    GSList* found = nullptr;
-    const auto query = "(occur-in-time-range? " + timeInQuery(from) + ' ' + timeInQuery(to) + ')';
-    const bool answers = e_cal_client_get_object_list_sync(
-        m_client.get(), query.constData(), &found, patience.nextCall(), failure.out());
-    e_util_free_nullable_object_slist(found);
-    if (!answers)
+    GSList* list = nullptr;
+    if (!e_cal_client_get_object_list_sync(
+            m_client.get(), "(has-recurrences?)", &list, patience.nextCall(), failure.out())) {
         qCWarning(eds, "A calendar does not answer: %ls", qUtf16Printable(failure.text()));
-    return answers;
-}
-
-/// The server applies a changed occurrence only where it finds it in the same time; one that was moved to
-/// another day still stands on its old one.
-bool EdsCalendar::addUnchanged(const QList<CalendarEvent>& found, const QHash<qsizetype, QByteArray>& series,
-    EdsPatience& patience, QList<CalendarEvent>& events)
-{
-    QHash<QByteArray, QSet<qint64>> changed;
-    for (qsizetype i = 0; i < found.size(); ++i) {
-        const auto uid = series.value(i);
-        if (!uid.isEmpty() && !changed.contains(uid)) {
-            auto moments = changedOccurrences(uid, patience);
-            if (!moments)
-                return false;
-            changed.insert(uid, *moments);
+        return false;
+    }
+    const auto changes = changesOfSeries(list, patience);
+    for (qsizetype i = 0; i < collected.events.size(); ++i) {
+        if (!changes.contains(collected.uids[i]))
+            events += collected.events[i];
+    }
+    collected.events.clear();
+    collected.uids.clear();
+    for (auto* item = list; item; item = item->next) {
+        auto* const component = static_cast<ICalComponent*>(item->data);
+        if (changes.contains(i_cal_component_get_uid(component)) && !isChange(component)) {
+            e_cal_client_generate_instances_for_object_sync(m_client.get(), component,
+                from.toSecsSinceEpoch(), to.toSecsSinceEpoch(), patience.nextCall(), collect, &collected);
         }
-        if (uid.isEmpty() || !changed[uid].contains(found[i].start.toSecsSinceEpoch()))
-            events += found[i];
+    }
+    e_util_free_nullable_object_slist(list);
+    // A changed occurrence is applied only where it is found in the same time; one that was moved to another
+    // day still stands on its old one.
+    for (qsizetype i = 0; i < collected.events.size(); ++i) {
+        const auto& event = collected.events[i];
+        if (!event.hasRecurrenceRules || !changes[collected.uids[i]].contains(event.start.toSecsSinceEpoch()))
+            events += event;
     }
     return true;
 }
 
-std::optional<QSet<qint64>> EdsCalendar::changedOccurrences(const QByteArray& uid, EdsPatience& patience)
+QHash<QByteArray, QSet<qint64>> EdsCalendar::changesOfSeries(GSList* components, EdsPatience& patience)
 {
-    Failure failure;
-    GSList* list = nullptr;
-    if (!e_cal_client_get_objects_for_uid_sync(
-            m_client.get(), uid.constData(), &list, patience.nextCall(), failure.out()))
-        return {};
-    QSet<qint64> moments;
-    for (auto* item = list; item; item = item->next) {
-        auto* const component = e_cal_component_get_icalcomponent(static_cast<ECalComponent*>(item->data));
+    QSet<QByteArray> series;
+    for (auto* item = components; item; item = item->next) {
+        if (auto* const component = static_cast<ICalComponent*>(item->data); !isChange(component))
+            series += i_cal_component_get_uid(component);
+    }
+    QHash<QByteArray, QSet<qint64>> changes;
+    for (auto* item = components; item; item = item->next) {
+        auto* const component = static_cast<ICalComponent*>(item->data);
+        const QByteArray uid(i_cal_component_get_uid(component));
         const Reference<ICalProperty> property(
             i_cal_component_get_first_property(component, I_CAL_RECURRENCEID_PROPERTY));
-        if (!property)
+        // One that stands alone is nobody's change, as an invitation to it.
+        if (!property || !series.contains(uid))
             continue;
         const Reference<ICalTime> time(i_cal_property_get_recurrenceid(property.get()));
         const Reference<ICalParameter> zoneName(
             i_cal_property_get_first_parameter(property.get(), I_CAL_TZID_PARAMETER));
         ICalTimezone* zone = nullptr;
+        Failure failure;
         // The zone stays the client's.
         if (zoneName
             && e_cal_client_get_timezone_sync(m_client.get(), i_cal_parameter_get_tzid(zoneName.get()), &zone,
                 patience.nextCall(), failure.out())
             && zone)
             i_cal_time_set_timezone(time.get(), zone);
-        moments += momentOf(time.get()).toSecsSinceEpoch();
+        changes[uid] += momentOf(time.get()).toSecsSinceEpoch();
     }
-    e_util_free_nullable_object_slist(list);
-    return moments;
+    return changes;
 }
 
 QString EdsCalendar::create(const QString& title, const QDateTime& start, const QDateTime& end,

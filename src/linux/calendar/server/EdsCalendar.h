@@ -39,11 +39,8 @@ public:
 private:
     EdsCalendar(ESource* source, ECalClient* client, std::function<void()> changed);
     void watch(EdsPatience& patience);
-    [[nodiscard]] bool addUnchanged(const QList<CalendarEvent>& found,
-        const QHash<qsizetype, QByteArray>& series, EdsPatience& patience, QList<CalendarEvent>& events);
-    /// When the occurrences of a series that were changed would have begun, in seconds since 1970.
-    [[nodiscard]] std::optional<QSet<qint64>> changedOccurrences(
-        const QByteArray& uid, EdsPatience& patience);
+    /// Of each series with changes, when those occurrences would have begun, in seconds since 1970.
+    [[nodiscard]] QHash<QByteArray, QSet<qint64>> changesOfSeries(GSList* components, EdsPatience& patience);
     void tellChanged() const { m_changed(); }
 
     Reference<ESource> m_source;
