@@ -15,10 +15,8 @@ SelectionPasteboard::~SelectionPasteboard() = default;
 
 Selection::Report SelectionPasteboard::report()
 {
-    return [this](Selection::Change change) {
-        QMetaObject::invokeMethod(
-            this, [this, change = std::move(change)] { take(change); }, Qt::QueuedConnection);
-    };
+    return
+        [this](Selection::Change change) { runOnMain([this, change = std::move(change)] { take(change); }); };
 }
 
 void SelectionPasteboard::start(std::unique_ptr<Selection> selection)
@@ -38,11 +36,28 @@ void SelectionPasteboard::write(const QList<PasteboardObject>& objects)
 void SelectionPasteboard::readOnThread(const std::function<void(ReadDone)>& read, ReadDone done)
 {
     const ReadDone report = [this, done = std::move(done)](const PasteboardSnapshot& content) {
-        QMetaObject::invokeMethod(
-            this, [done, content] { done(content); }, Qt::QueuedConnection);
+        runOnMain([done, content] { done(content); });
     };
     if (!m_thread->post([read, report] { read(report); }))
         report({});
+}
+
+void SelectionPasteboard::runOnMain(std::function<void()> work)
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_posted.push_back(std::move(work));
+    }
+    const auto run = [this] {
+        std::deque<std::function<void()>> posted;
+        {
+            const std::scoped_lock lock(m_mutex);
+            posted.swap(m_posted);
+        }
+        for (const auto& each : posted)
+            each();
+    };
+    QMetaObject::invokeMethod(this, run, Qt::QueuedConnection);
 }
 
 void SelectionPasteboard::take(const Selection::Change& change)

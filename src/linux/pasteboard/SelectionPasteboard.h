@@ -2,6 +2,9 @@
 
 #include "linux/pasteboard/PasteboardThread.h"
 
+#include <deque>
+#include <functional>
+#include <mutex>
 #include <utility>
 
 namespace nimbarrow {
@@ -46,11 +49,17 @@ private:
     using Age = std::pair<int, quint64>;
 
     void take(const Selection::Change& change);
+    /// Any thread. Runs `work` on the main loop, in the order of the calls, unless the pasteboard is gone by
+    /// then.
+    void runOnMain(std::function<void()> work);
 
     int m_changeCount = 0;
     int m_writes = 0;
     Age m_newest { 0, 0 };
     Content m_content;
+    /// Handed over under a lock of our own: in Qt's the thread sanitizer sees no order.
+    std::mutex m_mutex;
+    std::deque<std::function<void()>> m_posted;
     std::unique_ptr<PasteboardThread> m_thread;
 };
 
