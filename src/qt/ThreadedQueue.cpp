@@ -81,7 +81,8 @@ public:
     void close()
     {
         m_queue = nullptr;
-        deleteLater();
+        // Asked for at once, its end could overtake the answers that wait in the event queue.
+        QMetaObject::invokeMethod(this, &QObject::deleteLater, Qt::QueuedConnection);
     }
 
 protected:
@@ -120,7 +121,6 @@ ThreadedQueue::~ThreadedQueue()
     m_wake.notify_all();
     for (auto& thread : threads)
         thread.join();
-    // Behind the answers that wait in the event queue.
     if (m_mailbox)
         m_mailbox->close();
 }

@@ -169,10 +169,18 @@ private Q_SLOTS:
     {
         auto queue = QtWorkQueues().serial(u"store"_s);
         bool after = false;
-        queue->run([] {}, this, [&] { queue.reset(); });
-        queue->run([] {}, this, [&] { after = true; });
+        std::latch held(1);
+        queue->run([] {}, this,
+            [&] {
+                held.count_down();
+                queue.reset();
+            });
+        queue->run([&] { held.wait(); }, this, [&] { after = true; });
+        while (queue)
+            QCoreApplication::sendPostedEvents();
+        // As a wait of Qt Test may do in between.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QTRY_VERIFY(after);
-        QVERIFY(!queue);
     }
 
     void theThreadIsNamedAndEndsWhenIdle()
