@@ -15,8 +15,6 @@ import Nimbarrow.Style
 Item {
     id: root
 
-    required property real notchWidth
-    required property real notchHeight
     required property NotchState notch
     required property NotchActions actions
     required property ClipboardStore store
@@ -28,19 +26,21 @@ Item {
     required property NowPlayingModel player
     required property DayTimeline timeline
 
+    anchors.fill: parent
+
     Component.onDestruction: handoff.sharing?.cancel()
 
     // The surface's height without the day; the day hangs below what that leaves.
     readonly property real _withoutDay: 240 + notch.notchSurplus.height
     readonly property real _aboveDay: 10
-    readonly property real _mainHeight: _withoutDay - notchHeight - 2 * Theme.insetY
+    readonly property real _mainHeight: _withoutDay - notch.notchSize.height - 2 * Theme.insetY
 
     // What the header may use on either side of the notch.
-    readonly property real _headerSide: Math.max(0, (width - notchWidth) / 2 - Theme.insetX - Theme.gap)
+    readonly property real _headerSide: Math.max(0, (width - notch.notchSize.width) / 2 - Theme.insetX - Theme.gap)
 
     Line {
         font.weight: Font.DemiBold
-        height: root.notchHeight
+        height: root.notch.notchSize.height
         text: Application.name
         // Beside a very wide notch not even an ellipsis has room.
         visible: width > Theme.insetX
@@ -51,7 +51,7 @@ Item {
     Row {
         anchors.right: parent.right
         anchors.rightMargin: Theme.insetX
-        height: root.notchHeight
+        height: root.notch.notchSize.height
         spacing: Theme.gap
 
         IconButton {
@@ -82,7 +82,7 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: Theme.insetX
         anchors.top: parent.top
-        anchors.topMargin: root.notchHeight + Theme.insetY
+        anchors.topMargin: root.notch.notchSize.height + Theme.insetY
         enabled: !root.handoff.sharing
         // What shines through the hint must not be taken for a part of it.
         opacity: 1 - 0.9 * Math.max(dropHint.opacity, chooser.opacity)

@@ -74,29 +74,33 @@ HoverTrackingView {
             shown: root.notch.mode === NotchState.Expanded
             x: body.leftReach - root.notch.expandedSize.width / 2
 
-            content: ExpandedView {
-                about: root.about
-                actions: root.actions
-                handoff: root.handoff
+            content: Item {
+                id: surface
+
                 height: root.notch.expandedSize.height
-                keepAwake: root.keepAwake
-                notch: root.notch
-                notchHeight: root.notch.notchSize.height
-                notchWidth: root.notch.notchSize.width
-                owl: root.owl
-                player: root.player
-                settings: root.settings
-                store: root.store
-                timeline: root.timeline
-                width: root.notch.expandedSize.width
                 // Still there under the preview: the button that opened it is held down on one of its views.
                 opacity: root.notch.hasPreview ? 0 : 1
+                width: root.notch.expandedSize.width
 
                 Behavior on opacity {
                     NumberAnimation {
                         duration: Theme.fadeDuration
                     }
                 }
+
+                // From its file: a surface that nobody has opened takes no memory.
+                Component.onCompleted: Qt.createComponent("ExpandedView.qml").createObject(surface, {
+                    about: root.about,
+                    actions: root.actions,
+                    handoff: root.handoff,
+                    keepAwake: root.keepAwake,
+                    notch: root.notch,
+                    owl: root.owl,
+                    player: root.player,
+                    settings: root.settings,
+                    store: root.store,
+                    timeline: root.timeline
+                })
             }
         }
 
