@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Nimbarrow.Style
 
 /// One line of text that, where it does not fit, moves to its end and back again for ever. While that is not

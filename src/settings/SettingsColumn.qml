@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Nimbarrow.Clipboard
 import Nimbarrow.Preferences
 import Nimbarrow.Settings

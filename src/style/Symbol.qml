@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Nimbarrow.Style
 
 /// One of the program's own drawings, by name and by the size of the text that it stands beside.
