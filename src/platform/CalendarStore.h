@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QList>
 #include <QObject>
@@ -10,7 +9,6 @@
 
 #include <functional>
 #include <optional>
-#include <utility>
 
 namespace nimbarrow {
 
@@ -51,13 +49,11 @@ struct CalendarEvent {
     friend bool operator==(const CalendarEvent&, const CalendarEvent&) = default;
 };
 
-/// Port: the user's calendars. By itself it needs nobody's leave for them.
-class CalendarStore : public QObject {
+/// What is in some calendars, and new events for them.
+class Calendars : public QObject {
     Q_OBJECT
 
 public:
-    enum class Authorization { NotDetermined, Restricted, Denied, FullAccess, WriteOnly };
-
     /// Why a new event was not made.
     enum class CreateError { NoDefaultCalendar, Failed };
 
@@ -71,19 +67,6 @@ public:
     };
 
     using QObject::QObject;
-
-    /// Answers at once, with what is known. What was refused is found out anew in the background then, and
-    /// `changed` is told when it no longer is.
-    [[nodiscard]] virtual Authorization authorization() { return Authorization::FullAccess; }
-
-    /// Asks the user, where the system does. `answered` runs on the main thread, later, also after the store
-    /// is gone.
-    virtual void requestFullAccess(std::function<void(bool granted)> answered)
-    {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [answered = std::move(answered)] { answered(true); },
-            Qt::QueuedConnection);
-    }
 
     /// Every occurrence that overlaps the time from `start` to `end`, over all calendars; none when the store
     /// does not answer, which is not the same as no events. May take long: call it on any thread but the
@@ -101,7 +84,26 @@ public:
 Q_SIGNALS:
     /// Something in the calendars is another than before.
     void changed();
+};
 
+/// Port: the user's calendars, behind the user's leave.
+class CalendarStore : public Calendars {
+    Q_OBJECT
+
+public:
+    enum class Authorization { NotDetermined, Restricted, Denied, FullAccess, WriteOnly };
+
+    using Calendars::Calendars;
+
+    /// Answers at once, with what is known. What was refused is found out anew in the background then, and
+    /// `changed` is told when it no longer is.
+    [[nodiscard]] virtual Authorization authorization() = 0;
+
+    /// Asks the user, where the system does. `answered` runs on the main thread, later, also after the store
+    /// is gone.
+    virtual void requestFullAccess(std::function<void(bool granted)> answered) = 0;
+
+Q_SIGNALS:
     /// Another day has begun: at local midnight, after a change of the time zone or of the clock, or after a
     /// sleep over midnight.
     void dayChanged();

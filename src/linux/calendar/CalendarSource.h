@@ -44,7 +44,7 @@ public:
     quint64 asked = 0;
     bool isWaiting = false;
     /// Of the main thread; null until it is present.
-    std::unique_ptr<CalendarStore> store;
+    std::unique_ptr<Calendars> store;
 
 private:
     quint64 m_answered = 0;

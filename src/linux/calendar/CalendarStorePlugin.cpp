@@ -15,7 +15,7 @@ Q_LOGGING_CATEGORY(logPlugin, "ua.tessak.Nimbarrow.calendar.plugin")
 
 } // namespace
 
-std::unique_ptr<CalendarStore> CalendarStorePlugin::load(const QString& library, const QString& folder)
+std::unique_ptr<Calendars> CalendarStorePlugin::load(const QString& library, const QString& folder)
 {
     QPluginLoader loader(installedFile(library + ".so"_L1));
     // The types that GLib's libraries register stay known to it for ever.

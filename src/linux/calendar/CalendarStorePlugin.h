@@ -17,11 +17,11 @@ public:
     Q_DISABLE_COPY_MOVE(CalendarStorePlugin)
 
     /// `folder` is where a store that keeps files finds them.
-    [[nodiscard]] virtual std::unique_ptr<CalendarStore> makeStore(const QString& folder) = 0;
+    [[nodiscard]] virtual std::unique_ptr<Calendars> makeStore(const QString& folder) = 0;
 
     /// From the library of this name, wherever the program is installed; null with a logged reason when it
     /// cannot be loaded.
-    [[nodiscard]] static std::unique_ptr<CalendarStore> load(const QString& library, const QString& folder);
+    [[nodiscard]] static std::unique_ptr<Calendars> load(const QString& library, const QString& folder);
 };
 
 } // namespace nimbarrow

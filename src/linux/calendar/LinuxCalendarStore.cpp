@@ -264,8 +264,8 @@ void LinuxCalendarStore::useServer()
     }
     m_serverWatch = std::make_unique<QDBusServiceWatcher>(
         sourcesService, *m_session, QDBusServiceWatcher::WatchForRegistration);
-    connect(m_serverWatch.get(), &QDBusServiceWatcher::serviceRegistered, this, &CalendarStore::changed);
-    connect(m_server.store.get(), &CalendarStore::changed, this, &CalendarStore::changed);
+    connect(m_serverWatch.get(), &QDBusServiceWatcher::serviceRegistered, this, &Calendars::changed);
+    connect(m_server.store.get(), &Calendars::changed, this, &Calendars::changed);
     setState(m_server, State::Present);
 }
 
@@ -305,7 +305,7 @@ bool LinuxCalendarStore::useFolder()
             setState(m_folder, State::Refused);
             return false;
         }
-        connect(m_folder.store.get(), &CalendarStore::changed, this, &CalendarStore::changed);
+        connect(m_folder.store.get(), &Calendars::changed, this, &Calendars::changed);
         m_folderWatch.reset();
     }
     setState(m_folder, State::Present);
@@ -323,7 +323,7 @@ void LinuxCalendarStore::setState(CalendarSource& source, State state)
     if (&source == &m_server)
         m_isFindingServer = false;
     if (before != State::Unknown && before != state)
-        QMetaObject::invokeMethod(this, &CalendarStore::changed, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &Calendars::changed, Qt::QueuedConnection);
     ask(source);
     answerRequests();
     createWaiting();

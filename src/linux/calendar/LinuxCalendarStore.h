@@ -28,8 +28,8 @@ class LinuxCalendarStore final : public CalendarStore {
 public:
     /// How to make the two stores; called on the main thread, at most once unless it gives null.
     struct Stores {
-        std::function<std::unique_ptr<CalendarStore>()> server;
-        std::function<std::unique_ptr<CalendarStore>()> folder;
+        std::function<std::unique_ptr<Calendars>()> server;
+        std::function<std::unique_ptr<Calendars>()> folder;
         /// Where the files are, if there are any.
         QString folderPath;
     };

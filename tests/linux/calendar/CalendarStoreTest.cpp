@@ -18,7 +18,7 @@ const QString firstCalendar = u"system-calendar"_s;
 using Events = std::optional<QList<CalendarEvent>>;
 
 /// Asks on another thread while the main loop runs, as the program does.
-Events read(CalendarStore& store, QDate day)
+Events read(Calendars& store, QDate day)
 {
     auto answer = std::async(std::launch::async,
         [&store, day] { return store.events(day.startOfDay(), day.addDays(1).startOfDay()); });
@@ -70,7 +70,7 @@ class CalendarStoreTest : public QObject {
 
     QTemporaryDir m_folder;
     std::unique_ptr<DataServer> m_server;
-    std::unique_ptr<CalendarStore> m_store;
+    std::unique_ptr<Calendars> m_store;
 
     [[nodiscard]] static bool isServer()
     {

@@ -16,7 +16,7 @@
 namespace {
 
 /// Tells by the title of its one event which store it is.
-class NamedStore final : public CalendarStore {
+class NamedStore final : public Calendars {
 public:
     explicit NamedStore(QString name)
         : m_name(std::move(name))

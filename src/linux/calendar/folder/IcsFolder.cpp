@@ -153,10 +153,9 @@ QString IcsFolder::folderForNewEvents() const
     return makeFolder(own) && QFileInfo(own).isWritable() ? own : QString();
 }
 
-CalendarStore::Created IcsFolder::create(
-    const QString& title, const QDateTime& start, const QDateTime& end) const
+Calendars::Created IcsFolder::create(const QString& title, const QDateTime& start, const QDateTime& end) const
 {
-    using Error = CalendarStore::CreateError;
+    using Error = Calendars::CreateError;
     const auto folder = makeFolder(m_path) ? folderForNewEvents() : QString();
     if (folder.isEmpty())
         return { Error::NoDefaultCalendar, {}, {} };

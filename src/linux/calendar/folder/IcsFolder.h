@@ -22,7 +22,7 @@ public:
 
     /// Writes the event into a file of its own in the first folder that can be written to; makes what is
     /// missing. Any thread.
-    [[nodiscard]] CalendarStore::Created create(
+    [[nodiscard]] Calendars::Created create(
         const QString& title, const QDateTime& start, const QDateTime& end) const;
 
 private:

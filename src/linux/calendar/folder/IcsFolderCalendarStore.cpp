@@ -16,7 +16,7 @@ IcsFolderCalendarStore::IcsFolderCalendarStore(const QString& folder)
     , m_watch(folder, rest)
     , m_writing(u"calendar-files"_s, 1)
 {
-    connect(&m_watch, &FolderTreeWatch::changed, this, &CalendarStore::changed);
+    connect(&m_watch, &FolderTreeWatch::changed, this, &Calendars::changed);
 }
 
 std::optional<QList<CalendarEvent>> IcsFolderCalendarStore::events(

@@ -11,7 +11,7 @@ namespace nimbarrow {
 
 /// The calendars in a folder of iCalendar files. What writes there is another program that synchronises it,
 /// or the user.
-class IcsFolderCalendarStore final : public CalendarStore {
+class IcsFolderCalendarStore final : public Calendars {
     Q_OBJECT
 
 public:

@@ -14,7 +14,7 @@ class EdsThread;
 
 /// The calendars of Evolution Data Server, which most desktops keep theirs in. The server is started by the
 /// first question and not before; from then on changes are told.
-class EdsCalendarStore final : public CalendarStore {
+class EdsCalendarStore final : public Calendars {
     Q_OBJECT
 
 public:

@@ -199,10 +199,10 @@ EdsCalendar* EdsDatabase::calendarForNewEvents(EdsPatience& patience)
     return nullptr;
 }
 
-CalendarStore::Created EdsDatabase::create(
+Calendars::Created EdsDatabase::create(
     const QString& title, const QDateTime& start, const QDateTime& end, EdsPatience& patience)
 {
-    using Error = CalendarStore::CreateError;
+    using Error = Calendars::CreateError;
     // Nothing has been asked for yet, so the event may be made elsewhere.
     if (!connect(patience))
         return { Error::NoDefaultCalendar, m_failure, {} };

@@ -30,7 +30,7 @@ public:
     [[nodiscard]] std::optional<QList<CalendarEvent>> events(
         const QDateTime& start, const QDateTime& end, EdsPatience& patience);
 
-    [[nodiscard]] CalendarStore::Created create(
+    [[nodiscard]] Calendars::Created create(
         const QString& title, const QDateTime& start, const QDateTime& end, EdsPatience& patience);
 
 private:

@@ -12,7 +12,7 @@ class EdsPlugin final : public QObject, public CalendarStorePlugin {
     Q_INTERFACES(nimbarrow::CalendarStorePlugin)
 
 public:
-    [[nodiscard]] std::unique_ptr<CalendarStore> makeStore(const QString& /*folder*/) override
+    [[nodiscard]] std::unique_ptr<Calendars> makeStore(const QString& /*folder*/) override
     {
         return std::make_unique<EdsCalendarStore>();
     }
