@@ -49,13 +49,13 @@ void SelectionPasteboard::runOnMain(std::function<void()> work)
         m_posted.push_back(std::move(work));
     }
     const auto run = [this] {
-        std::deque<std::function<void()>> posted;
+        std::function<void()> first;
         {
             const std::scoped_lock lock(m_mutex);
-            posted.swap(m_posted);
+            first = std::move(m_posted.front());
+            m_posted.pop_front();
         }
-        for (const auto& each : posted)
-            each();
+        first();
     };
     QMetaObject::invokeMethod(this, run, Qt::QueuedConnection);
 }
