@@ -8,6 +8,16 @@
 
 namespace nimbarrow {
 
+namespace {
+
+/// KWin tells of motion in whole points, and of where a pointer comes to a surface precisely.
+bool isSame(QPointF place, std::optional<QPointF> other)
+{
+    return other && std::abs(place.x() - other->x()) < 1 && std::abs(place.y() - other->y()) < 1;
+}
+
+} // namespace
+
 void WaylandPointer::setOutline(const QRegion& outline)
 {
     m_watched = m_outline.isEmpty() ? outline : m_watched & outline;
@@ -20,7 +30,7 @@ void WaylandPointer::setOutline(const QRegion& outline)
 void WaylandPointer::enter(QPointF place)
 {
     const QPoint pixel(static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y())));
-    if (m_isOver || (m_watched.contains(pixel) && place != m_placeBefore))
+    if (m_isOver || (m_watched.contains(pixel) && !isSame(place, m_placeBefore)))
         move(place);
     m_isOver = true;
     m_place = place;

@@ -54,6 +54,16 @@ private Q_SLOTS:
             pointer.leave();
             pointer.enter(inNotch);
         });
+        row("at rest there, by less precise motion", std::nullopt, [](auto& pointer) {
+            pointer.move(inNotch.toPoint());
+            pointer.loseSurface();
+            pointer.enter(inNotch);
+        });
+        row("elsewhere when the surface comes again", inNotch, [](auto& pointer) {
+            pointer.move(inNotch + QPointF(1, 0));
+            pointer.loseSurface();
+            pointer.enter(inNotch);
+        });
         row("out and back to the very place", inNotch, [](auto& pointer) {
             pointer.enter(inNotch);
             pointer.leave();
