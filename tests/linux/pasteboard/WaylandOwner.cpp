@@ -46,9 +46,7 @@ WaylandOwner::WaylandOwner(const QByteArray& display)
 
 WaylandOwner::~WaylandOwner()
 {
-    m_stop = true;
-    if (m_thread.joinable())
-        m_thread.join();
+    stop();
     for (const int file : std::as_const(m_open))
         ::close(file);
     // Offers that nobody has looked at yet.
@@ -59,26 +57,6 @@ WaylandOwner::~WaylandOwner()
     m_control.reset();
     wl_seat_destroy(m_seat);
     wl_display_disconnect(m_display);
-}
-
-void WaylandOwner::copy(Offer offer, Manner manner, int pieces)
-{
-    m_offer = std::move(offer);
-    m_manner = manner;
-    m_pieces = pieces;
-    claim();
-    // A busy one might be asked in the midst of it, and would wait here for ever.
-    if (manner != Manner::Busy)
-        wl_display_roundtrip(m_display);
-    m_thread = std::thread([this] { serve(); });
-}
-
-void WaylandOwner::copyEach(const QList<QByteArray>& texts)
-{
-    m_texts = texts;
-    m_offer = { { "UTF8_STRING", m_texts.takeFirst() } };
-    claim();
-    m_thread = std::thread([this] { serve(); });
 }
 
 void WaylandOwner::claim()
@@ -102,6 +80,11 @@ void WaylandOwner::claim()
     zwlr_data_control_device_v1_set_selection(m_device, source);
 }
 
+void WaylandOwner::sync()
+{
+    wl_display_roundtrip(m_display);
+}
+
 void WaylandOwner::serve()
 {
     // Who reads may leave.
@@ -123,8 +106,6 @@ void WaylandOwner::serve()
 
 void WaylandOwner::send(const QByteArray& type, int file)
 {
-    // A euro sign has three bytes, so a bound of whole megabytes falls inside one.
-    static const QByteArray piece = QByteArray("\xE2\x82\xAC").repeated(1 << 18);
     ++m_dataRequests;
     if (m_manner == Manner::SilentOnData
         || (m_manner == Manner::SilentAfterIncr && writeAll(file, "begun"))) {
@@ -132,20 +113,17 @@ void WaylandOwner::send(const QByteArray& type, int file)
         return;
     }
     if (m_manner == Manner::Busy)
-        waitToGoOn();
+        m_goOn.acquire();
     for (const auto& [name, bytes] : std::as_const(m_offer)) {
         if (name != type)
             continue;
         if (!bytes.isEmpty())
             writeAll(file, bytes);
-        while (bytes.isEmpty() && m_piecesSent < m_pieces && writeAll(file, piece))
+        while (bytes.isEmpty() && m_piecesSent < m_pieces && writeAll(file, m_piece))
             ++m_piecesSent;
     }
     ::close(file);
-    if (!m_texts.isEmpty()) {
-        m_offer = { { "UTF8_STRING", m_texts.takeFirst() } };
-        claim();
-    }
+    claimNext();
 }
 
 } // namespace nimbarrow

@@ -300,8 +300,8 @@ private Q_SLOTS:
     {
         const PrivateXServer server;
         const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> watcher(
-            xcb_connect(server.displayName().constData(), nullptr), &xcb_disconnect);
-        auto held = x11::suspendScreenSaver(server.displayName());
+            xcb_connect(server.name().constData(), nullptr), &xcb_disconnect);
+        auto held = x11::suspendScreenSaver(server.name());
         QVERIFY(held);
         constexpr qint16 seconds = 1;
         xcb_set_screen_saver(watcher.get(), seconds, seconds, 1, 1);
