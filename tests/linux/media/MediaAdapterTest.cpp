@@ -1,13 +1,11 @@
 #include "mediaprotocol/MediaMessage.h"
+#include "support/BusService.h"
 #include "support/PrivateBus.h"
 #include "support/Test.h"
 #include "support/TestFolder.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QDBusVirtualObject>
 #include <QTcpServer>
 #include <QTimer>
 
@@ -67,18 +65,13 @@ private:
     }
 };
 
-/// A player on the bus that says whatever a test wants it to say, and keeps what it was asked to do. It ends
-/// without a word, as in a crash.
-class FakePlayer final : public QDBusVirtualObject {
+/// A player on the bus that says whatever a test wants it to say, and keeps what it was asked to do.
+class FakePlayer final : public BusService {
 public:
     FakePlayer(const QString& busAddress, const QString& name)
-        : m_bus(QDBusConnection::connectToBus(busAddress, name))
+        : BusService(busAddress, u"org.mpris.MediaPlayer2."_s + name, u"/org/mpris/MediaPlayer2"_s)
     {
-        m_bus.registerVirtualObject(u"/org/mpris/MediaPlayer2"_s, this);
-        m_bus.registerService(u"org.mpris.MediaPlayer2."_s + name);
     }
-    ~FakePlayer() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
-    Q_DISABLE_COPY_MOVE(FakePlayer)
 
     QVariantMap properties { { u"PlaybackStatus"_s, u"Stopped"_s }, { u"Position"_s, qint64(0) } };
     bool refusesVolume = false;
@@ -98,8 +91,6 @@ public:
                << (names ? changed.keys() : QStringList());
         m_bus.send(signal);
     }
-
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) override
     {
@@ -134,7 +125,6 @@ public:
 
 private:
     const QString interface = u"org.freedesktop.DBus.Properties"_s;
-    QDBusConnection m_bus;
 };
 
 QVariantMap track(const QString& title, const QString& artwork = {}, const QString& id = u"/track/1"_s)

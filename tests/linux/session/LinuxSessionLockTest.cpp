@@ -1,11 +1,10 @@
 #include "linux/session/LinuxSessionLock.h"
 
+#include "support/BusService.h"
 #include "support/PrivateBus.h"
 #include "support/Test.h"
 
 #include <QDBusVariant>
-#include <QDBusVirtualObject>
-#include <QUuid>
 
 namespace {
 
@@ -17,21 +16,15 @@ const QString lockedHint = u"LockedHint"_s;
 } // namespace
 
 /// A service of a bus that answers whether the session is locked, as a screen saver or as the login manager.
-class FakeLocker final : public QDBusVirtualObject {
-    Q_OBJECT
-
+class FakeLocker final : public BusService {
 public:
     FakeLocker(const QString& address, const QString& name, bool locked)
-        : m_bus(QDBusConnection::connectToBus(address, QUuid::createUuid().toString()))
-        , m_name(name)
+        : BusService(address, name,
+            name == loginManager ? u"/org/freedesktop/login1/session/auto"_s
+                                 : u'/' + QString(name).replace(u'.', u'/'))
         , m_isLocked(locked)
     {
-        const auto path = isLogin() ? u"/org/freedesktop/login1/session/auto"_s
-                                    : u'/' + QString(name).replace(u'.', u'/');
-        if (!m_bus.registerVirtualObject(path, this) || !m_bus.registerService(name))
-            qFatal("The service does not start.");
     }
-    ~FakeLocker() override { endService(m_bus, m_name); }
 
     void setLocked(bool locked)
     {
@@ -52,8 +45,6 @@ public:
         m_bus.send(signal);
     }
 
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-
     bool handleMessage(const QDBusMessage& question, const QDBusConnection& bus) override
     {
         const QVariant answer(m_isLocked);
@@ -68,8 +59,6 @@ public:
 private:
     [[nodiscard]] bool isLogin() const { return m_name == loginManager; }
 
-    QDBusConnection m_bus;
-    QString m_name;
     bool m_isLocked;
 };
 
