@@ -1,7 +1,10 @@
+#include "macos/calendar/EventFacts.h"
 #include "macos/display/ScreenFacts.h"
 #include "macos/keys/KeyCodes.h"
 #include "macos/media/MacAdapterCommand.h"
 #include "macos/media/ScriptAnswer.h"
+#include "macos/pasteboard/DroppedContent.h"
+#include "macos/pasteboard/MacDropReader.h"
 #include "macos/pasteboard/PasteboardAccess.h"
 #include "macos/pasteboard/TypeNames.h"
 #include "macos/screenshots/CaptureMark.h"
@@ -11,6 +14,8 @@
 #include "support/Test.h"
 #include "support/TestFolder.h"
 
+#include <QImage>
+#include <QMimeData>
 #include <QtEndian>
 
 namespace {
@@ -22,6 +27,19 @@ QByteArray listOf(char object)
         + QByteArray::fromHex("0000000000000101000000000000000100000000000000000000000000000009");
 }
 
+QDateTime local(const QString& text)
+{
+    return QDateTime::fromString(text, Qt::ISODate);
+}
+
+EventFacts between(const QString& start, const QString& end)
+{
+    EventFacts facts;
+    facts.start = local(start);
+    facts.end = local(end);
+    return facts;
+}
+
 } // namespace
 
 /// What the adapters for macOS know of their system, as far as it needs nothing of that system.
@@ -29,6 +47,9 @@ class MacRulesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // Where the clocks go forward on the 29th of March.
+    void initTestCase() { qputenv("TZ", "Europe/Kyiv"); }
+
     void theHousingIsWhereTheAreasEnd()
     {
         // A second screen lies to the left and has no housing.
@@ -201,6 +222,117 @@ private Q_SLOTS:
         QCOMPARE(LogName::of("ua.tessak.Nimbarrow."), (LogName { program, "ua.tessak.Nimbarrow." }));
         QCOMPARE(LogName::of("ua.tessak.Nimbarrower.x"), (LogName { program, "ua.tessak.Nimbarrower.x" }));
         QCOMPARE(LogName::of(nullptr), (LogName { program, "default" }));
+    }
+
+    void allDayEventsEndAtMidnight()
+    {
+        const QList<std::pair<QString, QString>> rows {
+            { u"2026-03-01T23:59:59"_s, u"2026-03-02T00:00:00"_s },
+            { u"2026-03-02T00:00:00"_s, u"2026-03-02T00:00:00"_s },
+            { u"2026-03-02T00:00:01"_s, u"2026-03-03T00:00:00"_s },
+            // A day of 23 hours.
+            { u"2026-03-29T23:59:59"_s, u"2026-03-30T00:00:00"_s },
+        };
+        for (const auto& [end, midnight] : rows) {
+            auto facts = between(u"2026-03-01T00:00:00"_s, end);
+            QCOMPARE(facts.event()->end, local(end));
+            facts.isAllDay = true;
+            QCOMPARE(facts.event()->end, local(midnight));
+            QCOMPARE(facts.event()->start, local(u"2026-03-01T00:00:00"_s));
+        }
+    }
+
+    void anEventHasABeginningAndAnEnd()
+    {
+        auto facts = between(u"2026-03-01T10:00:00"_s, u"2026-03-01T11:00:00"_s);
+        QVERIFY(facts.event());
+        facts.end = {};
+        QVERIFY(!facts.event());
+        facts.end = facts.start;
+        facts.start = {};
+        QVERIFY(!facts.event());
+    }
+
+    void eventsAndAccessHaveTheSystemsNumbers()
+    {
+        using enum CalendarEvent::Status;
+        using Participation = CalendarEvent::Participation;
+        auto facts = between(u"2026-03-01T10:00:00"_s, u"2026-03-01T11:00:00"_s);
+        const std::array states { None, Confirmed, Tentative, Cancelled, None };
+        for (facts.status = 0; facts.status < 5; ++facts.status)
+            QCOMPARE(facts.event()->status, states.at(static_cast<std::size_t>(facts.status)));
+
+        for (int status = 0; status < 9; ++status)
+            facts.participants << EventFacts::Participant { status == 3, status };
+        const auto attendees = facts.event()->attendees;
+        const std::array parts { Participation::Unknown, Participation::Pending, Participation::Accepted,
+            Participation::Declined, Participation::Tentative, Participation::Unknown,
+            Participation::Accepted, Participation::Accepted, Participation::Unknown };
+        for (std::size_t status = 0; status < parts.size(); ++status) {
+            const auto& attendee = attendees.at(static_cast<qsizetype>(status));
+            QCOMPARE(attendee.participation, parts.at(status));
+            QCOMPARE(attendee.isCurrentUser, status == 3);
+        }
+
+        using enum CalendarStore::Authorization;
+        const std::array access { NotDetermined, Restricted, Denied, FullAccess, WriteOnly, Denied };
+        for (std::size_t status = 0; status < access.size(); ++status)
+            QCOMPARE(calendarAuthorization(static_cast<int>(status)), access.at(status));
+        QCOMPARE(calendarAuthorization(-1), Denied);
+    }
+
+    void coloursOfWideScreensAreBroughtHome()
+    {
+        auto facts = between(u"2026-03-01T10:00:00"_s, u"2026-03-01T11:00:00"_s);
+        QVERIFY(!facts.event()->color);
+        facts.color = EventFacts::Color { 1.09, -0.22, 0.5 };
+        QCOMPARE(facts.event()->color->rgb(), qRgb(255, 0, 128));
+    }
+
+    void filesAndLinksAreDropped()
+    {
+        QMimeData drag;
+        const QList<QUrl> urls { QUrl::fromLocalFile(u"/Users/a/Знімок.png"_s),
+            QUrl(u"https://example.org"_s) };
+        drag.setUrls(urls);
+        drag.setText(u"Знімок.png"_s);
+        QCOMPARE(MacDropReader().types(drag),
+            (QStringList { pasteboardtype::fileUrl.toString(), pasteboardtype::string.toString() }));
+        int given = 0;
+        MacDropReader().read(drag, [&](const PasteboardContent& content) {
+            ++given;
+            QCOMPARE(content.urls(), urls);
+            QCOMPARE(content.fileUrls(), urls.first(1));
+            QCOMPARE(content.string(), u"Знімок.png"_s);
+        });
+        QCOMPARE(given, 1);
+    }
+
+    void droppedPicturesAreReadAsPng()
+    {
+        QImage picture(3, 2, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        QMimeData decoded;
+        decoded.setImageData(picture);
+        const DroppedContent content(decoded);
+        QVERIFY(content.types().contains(pasteboardtype::png));
+        QCOMPARE(QImage::fromData(content.data(pasteboardtype::png), "PNG").size(), picture.size());
+
+        // Bytes that are there are not made again.
+        QMimeData bytes;
+        bytes.setData(u"image/png"_s, "as it was");
+        QCOMPARE(DroppedContent(bytes).data(pasteboardtype::png), "as it was");
+    }
+
+    void aMarkedDropIsNotRead()
+    {
+        QMimeData drag;
+        drag.setText(u"secret"_s);
+        drag.setData(pasteboardtype::concealed.toString(), {});
+        const DroppedContent content(drag);
+        QVERIFY(content.types().contains(pasteboardtype::concealed));
+        QVERIFY(!content.string());
+        QVERIFY(content.data(pasteboardtype::string).isEmpty());
     }
 };
 
