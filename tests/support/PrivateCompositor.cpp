@@ -41,6 +41,7 @@ PrivateCompositor::PrivateCompositor(Kind kind)
         startSway();
     else
         startKWin();
+    m_process.waitForStarted(patience);
     const auto socket = m_folder.filePath(u"wayland-1"_s);
     m_name = socket.toLocal8Bit();
     m_environment.insert(u"WAYLAND_DISPLAY"_s, socket);
