@@ -35,6 +35,12 @@ public:
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
 protected:
+    /// With the types of what goes along, such as "org.example.Player.Seek x".
+    [[nodiscard]] static QString signatureOf(const QDBusMessage& question)
+    {
+        return QStringLiteral("%1.%2 %3").arg(question.interface(), question.member(), question.signature());
+    }
+
     QDBusConnection m_bus;
     const QString m_name;
 };

@@ -22,7 +22,7 @@ public:
 
     bool handleMessage(const QDBusMessage& question, const QDBusConnection& /*connection*/) override
     {
-        if (fails)
+        if (fails || signatureOf(question) != "org.freedesktop.FileManager1.ShowItems ass"_L1)
             return m_bus.send(question.createErrorReply(QDBusError::Failed, u"no window"_s));
         shown += question.arguments().at(0).toStringList();
         return m_bus.send(question.createReply());

@@ -37,12 +37,16 @@ public:
 
     bool handleMessage(const QDBusMessage& question, const QDBusConnection& /*connection*/) override
     {
+        const auto signature = signatureOf(question);
+        const bool isEnd = signature == "org.freedesktop.ScreenSaver.UnInhibit u"_L1;
+        if (!isEnd && signature != "org.freedesktop.ScreenSaver.Inhibit ss"_L1)
+            return false;
         QStringList words { question.member() };
         for (const auto& argument : question.arguments())
             words << argument.toString();
         log << words.join(u' ');
         m_unanswered = question;
-        if (question.member() == "UnInhibit"_L1)
+        if (isEnd)
             return !question.isReplyRequired() || m_bus.send(question.createReply());
         if (refuses)
             return m_bus.send(question.createErrorReply(QDBusError::AccessDenied, u"no"_s));
@@ -67,10 +71,11 @@ public:
 
     bool handleMessage(const QDBusMessage& question, const QDBusConnection& /*connection*/) override
     {
-        if (question.member() == "Close"_L1) {
-            held.removeOne(question.path());
-            return true;
-        }
+        const auto signature = signatureOf(question);
+        if (signature == "org.freedesktop.portal.Request.Close "_L1)
+            return held.removeOne(question.path());
+        if (signature != "org.freedesktop.portal.Inhibit.Inhibit sua{sv}"_L1)
+            return false;
         const auto options = qdbus_cast<QVariantMap>(question.arguments().at(2));
         log << question.arguments().at(1).toString() + u' ' + options.value(u"reason"_s).toString();
         held << u"/org/freedesktop/portal/desktop/request/t%1"_s.arg(log.size());

@@ -25,6 +25,8 @@ public:
 
     bool handleMessage(const QDBusMessage& question, const QDBusConnection& /*connection*/) override
     {
+        if (signatureOf(question) != "org.freedesktop.portal.Settings.Read ss"_L1)
+            return false;
         ++asked;
         const auto value = m_values.value(
             question.arguments().at(0).toString() + u' ' + question.arguments().at(1).toString());
