@@ -381,28 +381,6 @@ private Q_SLOTS:
         }
     }
 
-    void waitsForItsBusAndEndsWithIt()
-    {
-        const QTemporaryDir folder;
-        const auto address = u"unix:path="_s + folder.filePath(u"bus"_s);
-        const Adapter adapter(address);
-        QTRY_VERIFY(adapter.ready);
-        QCOMPARE(adapter.states, 0);
-        QProcess daemon;
-        daemon.start(u"dbus-daemon"_s,
-            { u"--session"_s, u"--nofork"_s, u"--address="_s + address, u"--print-address=1"_s });
-        QVERIFY(daemon.waitForReadyRead());
-        {
-            FakePlayer player(address, u"late"_s);
-            player.change(playing(track(u"A"_s)));
-            QTRY_COMPARE_WITH_TIMEOUT(adapter.state.title, u"A"_s, 20'000);
-        }
-        daemon.kill();
-        // Whoever started it starts another one.
-        QTRY_COMPARE(adapter.process.state(), QProcess::NotRunning);
-        daemon.waitForFinished();
-    }
-
     void endsWithItsInput()
     {
         const PrivateBus bus;
