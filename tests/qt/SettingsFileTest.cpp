@@ -7,7 +7,6 @@
 #include "support/TestFolder.h"
 
 #include <cerrno>
-#include <sys/stat.h>
 
 class SettingsFileTest : public QObject {
     Q_OBJECT
@@ -124,17 +123,6 @@ private Q_SLOTS:
         QCOMPARE(stored(), "[General]\nlanguage=en\nhistoryLimit=50\n"_ba);
         m_time.advance(10s);
         QCOMPARE(m_queues.waiting(), 0);
-    }
-
-    void nobodyIsWaitedForAtTheOtherEndOfAPipe()
-    {
-        m_path = m_folder.filePath(u"pipe.conf"_s);
-        QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
-        SettingsFile defaults(m_path, m_queues, m_time);
-        QCOMPARE(defaults.string(u"language"), QString());
-        defaults.set(u"language", u"en"_s);
-        m_queues.runAll();
-        QCOMPARE(stored(), "[General]\nlanguage=en\n"_ba);
     }
 };
 

@@ -1,22 +1,27 @@
 #pragma once
 
-#include <QCoreApplication>
+#include "support/TestFolder.h"
+
 #include <QDBusConnection>
 #include <QProcess>
-#include <QTimer>
 
 #include <csignal>
 #include <sys/prctl.h>
 
 namespace nimbarrow {
 
-/// Ends a service whose object is being destroyed. Qt tells the connection of what goes with it, on its own
-/// thread: the connection, which must have a name of its own, goes a moment later.
-inline void endService(QDBusConnection connection, const QString& service)
+/// Writes what a bus needs that starts the services of a folder, and what else it is told of its policy.
+/// Returns the path.
+inline QString busConfiguration(const TestFolder& services, const QByteArray& policy = {})
 {
-    connection.unregisterService(service);
-    QTimer::singleShot(0, QCoreApplication::instance(),
-        [connection] { QDBusConnection::disconnectFromBus(connection.name()); });
+    const auto path = services.filePath(QStringLiteral("bus.conf"));
+    writeFile(path,
+        "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><servicedir>"
+            + services.path().toUtf8()
+            + "</servicedir><policy context='default'><allow send_destination='*'/>"
+              "<allow eavesdrop='false'/><allow own='*'/>"
+            + policy + "</policy></busconfig>");
+    return path;
 }
 
 /// A message bus of the test's own, which ends with this object.

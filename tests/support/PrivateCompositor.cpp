@@ -1,14 +1,11 @@
 #include "support/PrivateCompositor.h"
 
-#include "support/RunProgram.h"
+#include "support/TestFolder.h"
 
 #include <QElapsedTimer>
-#include <QFile>
 #include <QStandardPaths>
 #include <QThread>
 
-#include <csignal>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -19,14 +16,12 @@ namespace nimbarrow {
 
 namespace {
 
-constexpr uid_t nobody = 65'534;
-
 /// The socket is there before the compositor listens.
-bool listens(const QString& socket)
+bool listens(const QByteArray& socket)
 {
     sockaddr_un address {};
     address.sun_family = AF_UNIX;
-    qstrncpy(address.sun_path, socket.toLocal8Bit().constData(), sizeof address.sun_path);
+    qstrncpy(address.sun_path, socket.constData(), sizeof address.sun_path);
     const int file = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const bool answered = ::connect(file, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     ::close(file);
@@ -36,97 +31,62 @@ bool listens(const QString& socket)
 } // namespace
 
 PrivateCompositor::PrivateCompositor(Kind kind)
-    : m_socket(m_folder.filePath(u"wayland-1"_s))
 {
-    auto environment = QProcessEnvironment::systemEnvironment();
     for (const auto& other : { u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s })
-        environment.remove(other);
-    environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
+        m_environment.remove(other);
+    m_environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
+    m_environment.insert(u"SWAYSOCK"_s, m_folder.filePath(u"sway"_s));
+    m_process.setStandardOutputFile(QProcess::nullDevice());
     if (kind == Kind::Sway)
-        startSway(environment);
+        startSway();
     else
-        startKWin(environment);
+        startKWin();
+    m_process.waitForStarted(patience);
+    const auto socket = m_folder.filePath(u"wayland-1"_s);
+    m_name = socket.toLocal8Bit();
+    m_environment.insert(u"WAYLAND_DISPLAY"_s, socket);
     QElapsedTimer waited;
     waited.start();
-    while (!listens(m_socket) && waited.elapsed() < patience)
+    while (!listens(m_name) && waited.elapsed() < patience)
         QThread::msleep(5);
 }
 
-void PrivateCompositor::startSway(QProcessEnvironment environment)
+void PrivateCompositor::startSway()
 {
     const auto configuration = m_folder.filePath(u"config"_s);
-    QFile file(configuration);
-    if (file.open(QIODevice::WriteOnly))
-        file.write("output HEADLESS-1 resolution 1512x982\nxwayland disable\nfocus_follows_mouse no\n");
-    file.close();
+    writeFile(
+        configuration, "output HEADLESS-1 resolution 1512x982\nxwayland disable\nfocus_follows_mouse no\n");
+    auto environment = m_environment;
     environment.insert(u"HOME"_s, m_folder.path());
-    environment.insert(u"SWAYSOCK"_s, m_folder.filePath(u"sway"_s));
     environment.insert(u"WLR_BACKENDS"_s, u"headless"_s);
     environment.insert(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
     environment.insert(u"WLR_RENDERER"_s, u"pixman"_s);
+    m_process.setProcessEnvironment(environment);
+    QStringList command { u"sway"_s, u"-c"_s, configuration };
     // It refuses to run as root.
-    const bool isRoot = ::getuid() == 0;
-    if (isRoot) {
-        for (const auto& path : { m_folder.path(), configuration })
-            [[maybe_unused]] const auto given = ::chown(path.toLocal8Bit().constData(), nobody, nobody);
+    if (::getuid() == 0) {
+        constexpr uid_t nobody = 65'534;
+        if (::chown(QFile::encodeName(m_folder.path()).constData(), nobody, nobody) != 0)
+            qFatal("The compositor gets no folder.");
+        const auto id = QString::number(nobody);
+        command = QStringList {
+            u"setpriv"_s, u"--pdeathsig=KILL"_s, u"--clear-groups"_s, u"--reuid"_s, id, u"--regid"_s, id
+        } + command;
     }
-    m_process.setChildProcessModifier([isRoot] {
-        if (isRoot && (::setgid(nobody) != 0 || ::setuid(nobody) != 0))
-            ::_exit(1);
-        // A test that crashes must not leave it behind.
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    });
-    start(u"sway"_s, { u"-c"_s, configuration }, environment);
+    m_process.start(command.takeFirst(), command);
 }
 
-void PrivateCompositor::startKWin(QProcessEnvironment environment)
+void PrivateCompositor::startKWin()
 {
     // The installed one has a capability of its own, and may not be run where that cannot be had.
     const auto program = m_folder.filePath(u"kwin_wayland"_s);
     QFile::copy(QStandardPaths::findExecutable(u"kwin_wayland"_s), program);
+    auto environment = m_environment;
     // Without a graphics driver.
     environment.insert(u"KWIN_COMPOSE"_s, u"Q"_s);
-    m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    start(program,
-        { u"--virtual"_s, u"--no-lockscreen"_s, u"--width"_s, u"1512"_s, u"--height"_s, u"982"_s,
-            u"--socket"_s, u"wayland-1"_s },
-        environment);
-}
-
-void PrivateCompositor::start(
-    const QString& program, const QStringList& arguments, const QProcessEnvironment& environment)
-{
     m_process.setProcessEnvironment(environment);
-    m_process.setStandardErrorFile(QProcess::nullDevice());
-    m_process.setStandardOutputFile(QProcess::nullDevice());
-    m_process.start(program, arguments);
-    m_process.waitForStarted(patience);
-}
-
-PrivateCompositor::~PrivateCompositor()
-{
-    kill();
-}
-
-void PrivateCompositor::kill()
-{
-    m_process.kill();
-    m_process.waitForFinished(patience);
-}
-
-QProcessEnvironment PrivateCompositor::environment() const
-{
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"WAYLAND_DISPLAY"_s, m_socket);
-    environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder.path());
-    environment.insert(u"SWAYSOCK"_s, m_folder.filePath(u"sway"_s));
-    return environment;
-}
-
-QByteArray PrivateCompositor::run(
-    const QString& program, const QStringList& arguments, const QByteArray& input) const
-{
-    return runProgram(environment(), program, arguments, input);
+    m_process.start(
+        program, u"--virtual --no-lockscreen --width 1512 --height 982 --socket wayland-1"_s.split(u' '));
 }
 
 } // namespace nimbarrow

@@ -19,7 +19,7 @@ int runOnPrivateXServer(int argc, char** argv)
         return 1;
     }
     const QTemporaryDir home;
-    qputenv("DISPLAY", server.displayName());
+    qputenv("DISPLAY", server.name());
     qputenv("HOME", home.path().toLocal8Bit());
     qputenv("XDG_RUNTIME_DIR", home.path().toLocal8Bit());
     qputenv("GSETTINGS_BACKEND", "memory");

@@ -1,31 +1,31 @@
 #include "linux/applications/DesktopOpener.h"
 
 #include "linux/calendar/EventIdentifier.h"
+#include "support/BusService.h"
 #include "support/PrivateBus.h"
 #include "support/Test.h"
 #include "support/TestFolder.h"
-
-#include <QDBusContext>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 /// A file manager that remembers what it was to show.
-class FileManager : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
-
+class FileManager final : public BusService {
 public:
+    explicit FileManager(const PrivateBus& bus)
+        : BusService(bus.address(), u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s)
+    {
+    }
+
     QStringList shown;
     bool fails = false;
 
-public Q_SLOTS:
-    void ShowItems(const QStringList& files, const QString& /*startupId*/) // NOLINT
+    bool handleMessage(const QDBusMessage& question, const QDBusConnection& /*connection*/) override
     {
-        if (fails)
-            sendErrorReply(QDBusError::Failed, u"no window"_s);
-        else
-            shown += files;
+        if (fails || signatureOf(question) != "org.freedesktop.FileManager1.ShowItems ass"_L1)
+            return m_bus.send(question.createErrorReply(QDBusError::Failed, u"no window"_s));
+        shown += question.arguments().at(0).toStringList();
+        return m_bus.send(question.createReply());
     }
 };
 
@@ -40,11 +40,8 @@ class DesktopOpenerTest : public QObject {
     void install(const QString& program)
     {
         m_folder->write("bin/"_L1 + program,
-            "#!/bin/sh\n{ echo \"${0##*/}\"; for a; do echo \"$a\"; done; } >'"
-                + m_folder->filePath(u"part"_s).toUtf8()
-                + "'\necho \"$(umask) $(ulimit -c) ${QT_QPA_PLATFORM-unset}\" >'"
-                + m_folder->filePath(u"state"_s).toUtf8() + "'\nmv '" + m_folder->filePath(u"part"_s).toUtf8()
-                + "' '" + m_folder->filePath(u"run"_s).toUtf8() + "'\n",
+            "#!/bin/sh\ncd \"${0%/*}/..\"\n{ echo \"${0##*/}\"; for a; do echo \"$a\"; done; } > part\n"
+            "echo \"$(umask) $(ulimit -c) ${QT_QPA_PLATFORM-unset}\" > state\nmv part run\n",
             QFile::ExeOwner);
     }
 
@@ -81,11 +78,7 @@ private Q_SLOTS:
             "text/calendar=handler.desktop\ntext/plain=handler.desktop\ninode/directory=handler.desktop\n");
     }
 
-    void cleanup()
-    {
-        QDBusConnection::disconnectFromBus(u"manager"_s);
-        QDBusConnection::disconnectFromBus(u"program"_s);
-    }
+    void cleanup() { QDBusConnection::disconnectFromBus(u"program"_s); }
 
     void linksGoToTheDefaultProgramOfTheSession_data()
     {
@@ -145,9 +138,8 @@ private Q_SLOTS:
     void whatWasOpenedOutlivesTheProgram()
     {
         m_folder->write(u"bin/gio"_s,
-            "#!/bin/sh\ntouch '" + m_folder->filePath(u"began"_s).toUtf8() + "'\nwhile [ ! -e '"
-                + m_folder->filePath(u"over"_s).toUtf8() + "' ]; do sleep 0.05; done\ntouch '"
-                + m_folder->filePath(u"ended"_s).toUtf8() + "'\n",
+            "#!/bin/sh\ncd \"${0%/*}/..\"\ntouch began\nwhile [ ! -e over ]; do sleep 0.05; done\ntouch "
+            "ended\n",
             QFile::ExeOwner);
         {
             DesktopOpener opener(m_state, {});
@@ -234,16 +226,11 @@ private Q_SLOTS:
     void filesAreShownByTheFileManager()
     {
         const auto [hasBus, shows] = Rows<bool, bool>::current();
-        FileManager manager;
+        FileManager manager(m_bus);
         manager.fails = !shows;
         std::optional<QDBusConnection> bus;
-        if (hasBus) {
-            auto service = QDBusConnection::connectToBus(m_bus.address(), u"manager"_s);
-            QVERIFY(service.registerObject(
-                u"/org/freedesktop/FileManager1"_s, &manager, QDBusConnection::ExportAllSlots));
-            QVERIFY(service.registerService(u"org.freedesktop.FileManager1"_s));
+        if (hasBus)
             bus = QDBusConnection::connectToBus(m_bus.address(), u"program"_s);
-        }
         m_folder->write(u"shots/one.txt"_s, "1");
 
         DesktopOpener opener(m_state, bus);

@@ -95,19 +95,13 @@ class LinuxCalendarStoreTest : public QObject {
         if (isInstalled)
             m_folder.write(
                 u"x.service"_s, "[D-BUS Service]\nName=" + service.toUtf8() + "\nExec=/bin/false\n");
-        configureBus(isRefused);
-        m_bus = std::make_unique<PrivateBus>(m_folder.filePath(u"bus.conf"_s));
+        m_bus = std::make_unique<PrivateBus>(configureBus(isRefused));
     }
 
-    void configureBus(bool isRefused) const
+    [[nodiscard]] QString configureBus(bool isRefused) const
     {
-        m_folder.write(u"bus.conf"_s,
-            "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><servicedir>"
-                + m_folder.path().toUtf8()
-                + "</servicedir><policy context=\"default\"><allow send_destination=\"*\"/>"
-                  "<allow eavesdrop=\"false\"/><allow own=\"*\"/>"
-                + (isRefused ? "<deny send_destination=\"" + service.toUtf8() + "\"/>" : QByteArray())
-                + "</policy></busconfig>");
+        return busConfiguration(
+            m_folder, isRefused ? "<deny send_destination=\"" + service.toUtf8() + "\"/>" : QByteArray());
     }
 
     QDBusConnection runServer() const
@@ -298,7 +292,7 @@ private Q_SLOTS:
         QCOMPARE(read(*calendars), u"no answer"_s);
         const QSignalSpy changed(calendars.get(), &CalendarStore::changed);
         QCOMPARE(calendars->authorization(), CalendarStore::Authorization::Denied);
-        configureBus(false);
+        (void)configureBus(false);
         server.call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
             u"org.freedesktop.DBus"_s, u"ReloadConfig"_s));
         // As at every refresh.

@@ -187,7 +187,7 @@ int main(int argc, char** argv)
     const PrivateCompositor compositor(PrivateCompositor::Kind::KWin);
     if (!compositor.isRunning())
         qFatal("kwin_wayland does not start");
-    qputenv("WAYLAND_DISPLAY", compositor.displayName());
+    qputenv("WAYLAND_DISPLAY", compositor.name());
     qputenv("XDG_RUNTIME_DIR", home.path().toLocal8Bit());
     qputenv("GSETTINGS_BACKEND", "memory");
     qputenv("NO_AT_BRIDGE", "1");

@@ -150,7 +150,7 @@ int main(int argc, char** argv)
     if (!compositor.isRunning())
         qFatal("sway does not start");
     const QTemporaryDir home;
-    qputenv("WAYLAND_DISPLAY", compositor.displayName());
+    qputenv("WAYLAND_DISPLAY", compositor.name());
     qputenv("HOME", home.path().toLocal8Bit());
     qputenv("XDG_RUNTIME_DIR", home.path().toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", "wayland");

@@ -1,6 +1,5 @@
 #include "linux/applications/DesktopEntries.h"
 #include "linux/applications/X11Applications.h"
-#include "linux/display/X11Pointer.h"
 #include "linux/keys/X11HotKeys.h"
 #include "linux/keys/X11Keystrokes.h"
 #include "support/Test.h"
@@ -210,18 +209,6 @@ private Q_SLOTS:
         other.destroy();
         applications.activate({ {}, {}, other.window() });
         QTRY_VERIFY(editor.isActive());
-    }
-
-    void pointerTellsPlaceAndButtons()
-    {
-        const X11Pointer pointer(false);
-        m_user->movePointer({ 300, 200 });
-        QTRY_COMPARE(pointer.location(), (ScreenPoint { 300, -200 }));
-        QVERIFY(!pointer.isAnyButtonDown());
-        m_user->button(true);
-        QTRY_VERIFY(pointer.isAnyButtonDown());
-        m_user->button(false);
-        QTRY_VERIFY(!pointer.isAnyButtonDown());
     }
 
     void init()

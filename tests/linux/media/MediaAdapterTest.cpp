@@ -1,13 +1,11 @@
 #include "mediaprotocol/MediaMessage.h"
+#include "support/BusService.h"
 #include "support/PrivateBus.h"
 #include "support/Test.h"
 #include "support/TestFolder.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QDBusVirtualObject>
 #include <QTcpServer>
 #include <QTimer>
 
@@ -67,18 +65,13 @@ private:
     }
 };
 
-/// A player on the bus that says whatever a test wants it to say, and keeps what it was asked to do. It ends
-/// without a word, as in a crash.
-class FakePlayer final : public QDBusVirtualObject {
+/// A player on the bus that says whatever a test wants it to say, and keeps what it was asked to do.
+class FakePlayer final : public BusService {
 public:
     FakePlayer(const QString& busAddress, const QString& name)
-        : m_bus(QDBusConnection::connectToBus(busAddress, name))
+        : BusService(busAddress, u"org.mpris.MediaPlayer2."_s + name, u"/org/mpris/MediaPlayer2"_s)
     {
-        m_bus.registerVirtualObject(u"/org/mpris/MediaPlayer2"_s, this);
-        m_bus.registerService(u"org.mpris.MediaPlayer2."_s + name);
     }
-    ~FakePlayer() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
-    Q_DISABLE_COPY_MOVE(FakePlayer)
 
     QVariantMap properties { { u"PlaybackStatus"_s, u"Stopped"_s }, { u"Position"_s, qint64(0) } };
     bool refusesVolume = false;
@@ -98,8 +91,6 @@ public:
                << (names ? changed.keys() : QStringList());
         m_bus.send(signal);
     }
-
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) override
     {
@@ -134,7 +125,6 @@ public:
 
 private:
     const QString interface = u"org.freedesktop.DBus.Properties"_s;
-    QDBusConnection m_bus;
 };
 
 QVariantMap track(const QString& title, const QString& artwork = {}, const QString& id = u"/track/1"_s)
@@ -389,28 +379,6 @@ private Q_SLOTS:
             QTRY_COMPARE(adapter.state.title, u"A"_s);
             QTRY_VERIFY(adapter.state.elapsed >= 7);
         }
-    }
-
-    void waitsForItsBusAndEndsWithIt()
-    {
-        const QTemporaryDir folder;
-        const auto address = u"unix:path="_s + folder.filePath(u"bus"_s);
-        const Adapter adapter(address);
-        QTRY_VERIFY(adapter.ready);
-        QCOMPARE(adapter.states, 0);
-        QProcess daemon;
-        daemon.start(u"dbus-daemon"_s,
-            { u"--session"_s, u"--nofork"_s, u"--address="_s + address, u"--print-address=1"_s });
-        QVERIFY(daemon.waitForReadyRead());
-        {
-            FakePlayer player(address, u"late"_s);
-            player.change(playing(track(u"A"_s)));
-            QTRY_COMPARE_WITH_TIMEOUT(adapter.state.title, u"A"_s, 20'000);
-        }
-        daemon.kill();
-        // Whoever started it starts another one.
-        QTRY_COMPARE(adapter.process.state(), QProcess::NotRunning);
-        daemon.waitForFinished();
     }
 
     void endsWithItsInput()

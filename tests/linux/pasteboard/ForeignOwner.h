@@ -3,19 +3,12 @@
 #include "linux/pasteboard/PasteboardBed.h"
 #include "linux/pasteboard/X11PasteboardConnection.h"
 
-#include <QList>
-
-#include <atomic>
-#include <functional>
-#include <limits>
 #include <poll.h>
-#include <thread>
-#include <utility>
 #include <vector>
 
 namespace nimbarrow {
 
-/// Another program that copies on an X server, on a connection and a thread of its own.
+/// Another program that copies on an X server.
 class ForeignOwner final : public ClipboardOwner {
 public:
     explicit ForeignOwner(const QByteArray& display, const QByteArray& selection = "CLIPBOARD")
@@ -25,57 +18,27 @@ public:
     {
     }
 
-    ~ForeignOwner() override
-    {
-        m_stop = true;
-        if (m_thread.joinable())
-            m_thread.join();
-    }
-
+    ~ForeignOwner() override { stop(); }
     Q_DISABLE_COPY_MOVE(ForeignOwner)
 
-    void copy(Offer offer, Manner manner = Manner::Polite, int incrPieces = 0) override
-    {
-        m_offer = std::move(offer);
-        m_manner = manner;
-        m_incrPieces = incrPieces;
-        // Not on the thread, which may begin only after the next program has copied.
-        claim();
-        m_connection.sync();
-        start([this] { serveUntilAsked(std::numeric_limits<int>::max()); });
-    }
-
-    void copyEach(const QList<QByteArray>& texts) override
-    {
-        start([this, texts] {
-            for (const auto& text : texts) {
-                m_offer = { { "UTF8_STRING", text } };
-                claim();
-                serveUntilAsked(m_dataRequests + 1);
-            }
-            serveUntilAsked(std::numeric_limits<int>::max());
-        });
-    }
-
     [[nodiscard]] xcb_window_t window() const { return m_window; }
-
-    [[nodiscard]] int dataRequests() const override { return m_dataRequests; }
-    [[nodiscard]] int piecesSent() const override { return m_piecesSent; }
 
     /// What the server refused, such as an answer to a window that is gone. It ends many a program.
     [[nodiscard]] int errors() const { return m_errors; }
 
 private:
-    void claim()
+    void claim() override
     {
         xcb_set_selection_owner(
             m_connection.get(), m_window, m_connection.atom(m_selection), XCB_CURRENT_TIME);
         xcb_flush(m_connection.get());
     }
 
-    void serveUntilAsked(int times)
+    void sync() override { m_connection.sync(); }
+
+    void serve() override
     {
-        while (!m_stop && m_dataRequests < times && m_connection.works()) {
+        while (!m_stop && m_connection.works()) {
             const X11PasteboardConnection::Reply<xcb_generic_event_t> event(
                 xcb_poll_for_event(m_connection.get()));
             if (!event) {
@@ -103,7 +66,7 @@ private:
         if (m_manner == (listing ? Manner::SilentOnTargets : Manner::SilentOnData))
             return;
         if (!listing && m_manner == Manner::Busy)
-            waitToGoOn();
+            m_goOn.acquire();
         xcb_selection_notify_event_t reply {};
         reply.response_type = XCB_SELECTION_NOTIFY;
         reply.requestor = request.requestor;
@@ -116,7 +79,7 @@ private:
             if (targets.back() != request.target)
                 continue;
             reply.property = request.property;
-            if (m_incrPieces > 0 && bytes.isEmpty()) {
+            if (m_pieces > 0 && bytes.isEmpty()) {
                 const uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
                 const uint32_t least = 1;
                 m_incrTarget = request.target;
@@ -140,22 +103,22 @@ private:
             m_window = m_connection.makeWindow();
             claim();
         }
+        if (!listing)
+            claimNext();
         xcb_flush(xcb);
     }
 
     void sendPiece(xcb_window_t requestor, xcb_atom_t property)
     {
-        // A euro sign has three bytes, so a bound of whole megabytes falls inside one.
-        static const QByteArray piece = QByteArray("\xE2\x82\xAC").repeated(1 << 18);
         if (m_manner == Manner::SilentAfterIncr)
             return;
         if (m_manner == Manner::DiesInIncr && m_piecesSent == 2) {
             m_stop = true;
             return;
         }
-        const bool last = m_piecesSent >= m_incrPieces;
+        const bool last = m_piecesSent >= m_pieces;
         xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, requestor, property, m_incrTarget, 8,
-            last ? 0 : static_cast<uint32_t>(piece.size()), piece.constData());
+            last ? 0 : static_cast<uint32_t>(m_piece.size()), m_piece.constData());
         xcb_flush(m_connection.get());
         if (last)
             m_incrTarget = XCB_ATOM_NONE;
@@ -163,20 +126,11 @@ private:
             ++m_piecesSent;
     }
 
-    void start(std::function<void()> work) { m_thread = std::thread(std::move(work)); }
-
     X11PasteboardConnection m_connection;
     QByteArray m_selection;
     xcb_window_t m_window;
-    Offer m_offer;
-    Manner m_manner = Manner::Polite;
-    int m_incrPieces = 0;
     xcb_atom_t m_incrTarget = XCB_ATOM_NONE;
-    std::atomic_int m_dataRequests = 0;
-    std::atomic_int m_piecesSent = 0;
     std::atomic_int m_errors = 0;
-    std::atomic_bool m_stop = false;
-    std::thread m_thread;
 };
 
 } // namespace nimbarrow

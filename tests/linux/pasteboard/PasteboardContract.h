@@ -28,11 +28,11 @@ public:
     {
     }
 
-private:
+protected:
     struct Fixture {
         explicit Fixture(const PasteboardContract& contract, const PasteboardLimits& limits = {})
             : bed(contract.m_makeBed())
-            , pasteboard(bed->pasteboard(limits))
+            , pasteboard(bed->pasteboard(bed->display->name(), limits))
         {
             QObject::connect(pasteboard.get(), &Pasteboard::changed, pasteboard.get(),
                 [this] { seen << pasteboard->string().value_or(QString()); });
@@ -69,7 +69,7 @@ private Q_SLOTS:
         bed->copy("old", utf8);
         // The tool goes into the background before it owns the clipboard.
         QTRY_COMPARE(bed->paste(utf8), "old"_ba);
-        const auto pasteboard = bed->pasteboard({});
+        const auto pasteboard = bed->pasteboard(bed->display->name(), {});
         QSignalSpy changed(pasteboard.get(), &Pasteboard::changed);
         bed->copy("new", utf8);
         QTRY_COMPARE(changed.size(), 1);
@@ -293,13 +293,13 @@ private Q_SLOTS:
     void isSilentWithoutAServer()
     {
         Fixture at(*this);
-        at.bed->kill();
+        at.bed->display->kill();
         QTRY_VERIFY(!at.pasteboard->works());
         QCOMPARE(at.pasteboard->access(), Pasteboard::Access::Denied);
         at.pasteboard->write({ { u"a"_s, {}, {} } });
         QCOMPARE(at.pasteboard->string(), u"a"_s);
         at.pasteboard->handOver();
-        QVERIFY(!at.bed->nowhere()->works());
+        QVERIFY(!at.bed->pasteboard(":987654", {})->works());
     }
 
 private:

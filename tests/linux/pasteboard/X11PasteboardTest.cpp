@@ -14,25 +14,23 @@ using Manner = ForeignOwner::Manner;
 
 namespace {
 
-/// A clipboard manager, as X11's conventions have it. A frozen one says nothing.
+/// A clipboard manager, as X11's conventions have it.
 class Manager {
 public:
-    explicit Manager(const QByteArray& display, bool frozen = false)
+    explicit Manager(const QByteArray& display)
         : m_connection(display)
         , m_window(m_connection.makeWindow())
     {
         xcb_set_selection_owner(
             m_connection.get(), m_window, m_connection.atom("CLIPBOARD_MANAGER"), XCB_CURRENT_TIME);
         m_connection.sync();
-        if (!frozen)
-            m_thread = std::thread([this] { serve(); });
+        m_thread = std::thread([this] { serve(); });
     }
 
     ~Manager()
     {
         m_stop = true;
-        if (m_thread.joinable())
-            m_thread.join();
+        m_thread.join();
     }
     Q_DISABLE_COPY_MOVE(Manager)
 
@@ -116,17 +114,19 @@ private:
 
 class X11Bed final : public PasteboardBed {
 public:
-    std::unique_ptr<SelectionPasteboard> pasteboard(const PasteboardLimits& limits) const override
+    X11Bed()
+        : PasteboardBed(std::make_unique<PrivateXServer>())
     {
-        return std::make_unique<X11Pasteboard>(m_server.displayName(), limits);
     }
-    std::unique_ptr<SelectionPasteboard> nowhere() const override
+
+    std::unique_ptr<SelectionPasteboard> pasteboard(
+        const QByteArray& displayName, const PasteboardLimits& limits) const override
     {
-        return std::make_unique<X11Pasteboard>(":987654");
+        return std::make_unique<X11Pasteboard>(displayName, limits);
     }
     std::unique_ptr<ClipboardOwner> owner() const override
     {
-        return std::make_unique<ForeignOwner>(m_server.displayName());
+        return std::make_unique<ForeignOwner>(display->name());
     }
     QList<Manner> silentManners() const override
     {
@@ -134,17 +134,13 @@ public:
     }
     void copy(const QByteArray& bytes, const QString& type) const override
     {
-        (void)m_server.run(u"xclip"_s, { u"-selection"_s, u"clipboard"_s, u"-t"_s, type }, bytes);
+        (void)display->run(u"xclip"_s, { u"-selection"_s, u"clipboard"_s, u"-t"_s, type }, bytes);
     }
     QByteArray paste(const QString& type) const override
     {
-        return m_server.run(u"xclip"_s, { u"-o"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, type });
+        return display->run(u"xclip"_s, { u"-o"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, type });
     }
     QByteArray types() const override { return paste(u"TARGETS"_s); }
-    void kill() override { m_server.kill(); }
-
-private:
-    PrivateXServer m_server;
 };
 
 } // namespace
@@ -158,72 +154,60 @@ public:
     {
     }
 
-private:
-    struct Fixture {
-        explicit Fixture(const PasteboardLimits& limits = {})
-            : pasteboard(server.displayName(), limits)
-        {
-            QObject::connect(&pasteboard, &Pasteboard::changed, &pasteboard,
-                [this] { seen << pasteboard.string().value_or(QString()); });
-        }
-        PrivateXServer server;
-        X11Pasteboard pasteboard;
-        QStringList seen;
-    };
-
 private Q_SLOTS:
     void announcesNothingOfASecretThatOvertookItsQuestion()
     {
-        Fixture at;
-        ForeignOwner owner(at.server.displayName());
+        Fixture at(*this);
+        ForeignOwner owner(at.bed->display->name());
         owner.copy({ { "UTF8_STRING", "hunter2" } }, Manner::HurriesOn);
         // The question was meant for the first copy, and the owner of the second one answers it.
         QTRY_COMPARE(owner.dataRequests(), 1);
-        QTRY_VERIFY(at.pasteboard.types().contains(pasteboardtype::concealed.toString()));
+        QTRY_VERIFY(at.pasteboard->types().contains(pasteboardtype::concealed.toString()));
         QCOMPARE(at.seen, QStringList { QString() });
         // And the answer finds a window, or the owner might not live to be asked by anybody else.
-        QCOMPARE(paste(at.server, "UTF8_STRING"), "hunter2"_ba);
+        QCOMPARE(at.bed->paste(u"UTF8_STRING"_s), "hunter2"_ba);
         QCOMPARE(owner.errors(), 0);
     }
 
     void handsWhatItHasToTheClipboardManager()
     {
-        Fixture at;
-        Manager manager(at.server.displayName());
-        at.pasteboard.handOver();
+        Fixture at(*this);
+        Manager manager(at.bed->display->name());
+        at.pasteboard->handOver();
         QVERIFY(manager.saved().isEmpty());
         const QByteArray image(3 << 20, 'P');
-        at.pasteboard.write({ { u"Ґ"_s, QUrl(u"file:///a"_s), [image] { return image; } } });
-        at.pasteboard.handOver();
+        at.pasteboard->write({ { u"Ґ"_s, QUrl(u"file:///a"_s), [image] { return image; } } });
+        at.pasteboard->handOver();
         QCOMPARE(manager.saved().value(u"UTF8_STRING"_s), "Ґ"_ba);
         QCOMPARE(manager.saved().value(u"text/uri-list"_s), "file:///a\r\n"_ba);
         QVERIFY(manager.saved().value(u"image/png"_s) == image);
 
         // What is another program's is that program's to hand over.
         const auto before = manager.saved();
-        (void)at.server.run(u"xclip"_s, { u"-selection"_s, u"clipboard"_s }, "theirs");
-        QTRY_COMPARE(at.pasteboard.string(), u"theirs"_s);
-        at.pasteboard.handOver();
+        at.bed->copy("theirs", u"UTF8_STRING"_s);
+        QTRY_COMPARE(at.pasteboard->string(), u"theirs"_s);
+        at.pasteboard->handOver();
         QVERIFY(manager.saved() == before);
     }
 
     void waitsForNoClipboardManagerForLong()
     {
-        Fixture at;
-        at.pasteboard.write({ { u"a"_s, {}, {} } });
-        at.pasteboard.handOver();
-        const Manager frozen(at.server.displayName(), true);
-        at.pasteboard.handOver();
-        QCOMPARE(paste(at.server, "UTF8_STRING"), "a"_ba);
+        Fixture at(*this);
+        at.pasteboard->write({ { u"a"_s, {}, {} } });
+        at.pasteboard->handOver();
+        ForeignOwner frozen(at.bed->display->name(), "CLIPBOARD_MANAGER");
+        frozen.copy({}, Manner::SilentOnData);
+        at.pasteboard->handOver();
+        QCOMPARE(at.bed->paste(u"UTF8_STRING"_s), "a"_ba);
     }
 
     void answersSeveralQuestionsAtOnceAndOutlivesWhoAsked()
     {
-        Fixture at;
+        Fixture at(*this);
         const QByteArray image(2 << 20, 'P');
-        at.pasteboard.write({ { u"text"_s, {}, [image] { return image; } } });
+        at.pasteboard->write({ { u"text"_s, {}, [image] { return image; } } });
         {
-            X11PasteboardConnection other(at.server.displayName());
+            X11PasteboardConnection other(at.bed->display->name());
             auto* const xcb = other.get();
             const auto window = other.makeWindow();
             const auto list = other.atom("LIST");
@@ -248,15 +232,8 @@ private Q_SLOTS:
             // Taking the announcement asks for the first piece, which nobody will be there for.
             QCOMPARE(other.takeProperty(window, pairs[5], 64).type, other.atom("INCR"));
         }
-        QVERIFY(paste(at.server, "image/png") == image);
-        QVERIFY(paste(at.server, "TARGETS").contains("TIMESTAMP"));
-    }
-
-private:
-    static QByteArray paste(const PrivateXServer& server, const char* target)
-    {
-        return server.run(
-            u"xclip"_s, { u"-o"_s, u"-selection"_s, u"clipboard"_s, u"-t"_s, QString::fromLatin1(target) });
+        QVERIFY(at.bed->paste(u"image/png"_s) == image);
+        QVERIFY(at.bed->paste(u"TARGETS"_s).contains("TIMESTAMP"));
     }
 };
 

@@ -6,7 +6,6 @@
 #include "support/TestFolder.h"
 
 #include <cerrno>
-#include <sys/stat.h>
 
 class AutostartLoginItemTest : public QObject {
     Q_OBJECT
@@ -87,15 +86,6 @@ private Q_SLOTS:
         const FileCalls full(folder.path(), [](const char* name) { return name == "write"_ba ? ENOSPC : 0; });
         QVERIFY(AutostartLoginItem(folder.path(), u"/other"_s).setEnabled(true)->contains("space"_L1));
         QVERIFY(item.isEnabled());
-    }
-
-    void nobodyIsWaitedForAtTheOtherEndOfAPipe()
-    {
-        const QTemporaryDir folder;
-        QVERIFY(QDir(folder.path()).mkdir(u"autostart"_s));
-        const auto path = folder.filePath(u"autostart/ua.tessak.Nimbarrow.desktop"_s);
-        QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-        QVERIFY(!AutostartLoginItem(folder.path(), u"/usr/bin/nimbarrow"_s).isEnabled());
     }
 
     void onlyWholeFoldersCountAsApplications_data()

@@ -1,11 +1,10 @@
 #include "linux/session/LinuxPreferences.h"
 
+#include "support/BusService.h"
 #include "support/PrivateBus.h"
 #include "support/Test.h"
 
-#include <QDBusError>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
 
 namespace {
 
@@ -13,63 +12,54 @@ const QString appearance = u"org.freedesktop.appearance"_s;
 const QString gnome = u"org.gnome.desktop.interface"_s;
 const QString kde = u"org.kde.kdeglobals.KDE"_s;
 
-} // namespace
-
 /// The settings portal of a desktop that has what is in `values`.
-class SettingsPortal : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
+class SettingsPortal final : public BusService {
 public:
-    QHash<QString, QVariant> values;
-    int asked = 0;
-
-public Q_SLOTS:
-    QDBusVariant Read(const QString& space, const QString& key, const QDBusMessage& message) // NOLINT
+    explicit SettingsPortal(const PrivateBus& bus, const QHash<QString, QVariant>& values = {})
+        : BusService(bus.address(), u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s)
+        , m_values(values)
     {
-        ++asked;
-        const auto value = values.value(space + u' ' + key);
-        if (!value.isValid()) {
-            message.setDelayedReply(true);
-            connection->send(
-                message.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such"_s));
-        }
-        // Portals wrap what they read twice.
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(value)));
     }
 
-public:
-    std::optional<QDBusConnection> connection;
+    int asked = 0;
 
-Q_SIGNALS:
-    void SettingChanged(const QString& space, const QString& key, const QDBusVariant& value); // NOLINT
+    bool handleMessage(const QDBusMessage& question, const QDBusConnection& /*connection*/) override
+    {
+        if (signatureOf(question) != "org.freedesktop.portal.Settings.Read ss"_L1)
+            return false;
+        ++asked;
+        const auto value = m_values.value(
+            question.arguments().at(0).toString() + u' ' + question.arguments().at(1).toString());
+        if (!value.isValid())
+            return m_bus.send(
+                question.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such"_s));
+        // Portals wrap what they read twice.
+        const QDBusVariant wrapped(QVariant::fromValue(QDBusVariant(value)));
+        return m_bus.send(question.createReply(QVariant::fromValue(wrapped)));
+    }
+
+    void change(const QString& space, const QString& key, const QVariant& value)
+    {
+        auto signal = QDBusMessage::createSignal(
+            u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
+        signal << space << key << QVariant::fromValue(QDBusVariant(value));
+        m_bus.send(signal);
+    }
+
+private:
+    QHash<QString, QVariant> m_values;
 };
+
+} // namespace
 
 class LinuxPreferencesTest : public QObject {
     Q_OBJECT
 
     PrivateBus m_bus;
 
-    [[nodiscard]] QDBusConnection connection(const QString& name) const
-    {
-        return QDBusConnection::connectToBus(m_bus.address(), name);
-    }
-
-    void offer(SettingsPortal& portal)
-    {
-        portal.connection = connection(u"portal"_s);
-        QVERIFY(portal.connection->registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
-            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
-        QVERIFY(portal.connection->registerService(u"org.freedesktop.portal.Desktop"_s));
-    }
+    QDBusConnection m_program = QDBusConnection::connectToBus(m_bus.address(), u"program"_s);
 
 private Q_SLOTS:
-    void cleanup()
-    {
-        QDBusConnection::disconnectFromBus(u"portal"_s);
-        QDBusConnection::disconnectFromBus(u"program"_s);
-    }
-
     void motionIsReducedWhereTheDesktopSaysSo_data()
     {
         const Rows<QVariant, QVariant, QVariant, bool> row;
@@ -87,39 +77,33 @@ private Q_SLOTS:
     {
         const auto [reducedMotion, animations, factor, reduced]
             = Rows<QVariant, QVariant, QVariant, bool>::current();
-        SettingsPortal portal;
-        portal.values = { { appearance + u" reduced-motion"_s, reducedMotion },
-            { gnome + u" enable-animations"_s, animations },
-            { kde + u" AnimationDurationFactor"_s, factor } };
-        offer(portal);
-
-        const LinuxPreferences preferences(connection(u"program"_s));
+        SettingsPortal portal(m_bus,
+            { { appearance + u" reduced-motion"_s, reducedMotion },
+                { gnome + u" enable-animations"_s, animations },
+                { kde + u" AnimationDurationFactor"_s, factor } });
+        const LinuxPreferences preferences(m_program);
         QVERIFY(!preferences.reduceMotion());
         QTRY_COMPARE(portal.asked, 3);
         // The last answer is on its way; this one comes behind it.
         auto last = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
             u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"Read"_s);
-        last << u"any"_s << u"thing"_s;
-        bool answered = false;
-        QDBusPendingCallWatcher watcher(connection(u"program"_s).asyncCall(last));
-        connect(&watcher, &QDBusPendingCallWatcher::finished, this, [&] { answered = true; });
-        QTRY_VERIFY(answered);
+        m_program.call(last << u"any"_s << u"thing"_s, QDBus::BlockWithGui);
+        QCoreApplication::processEvents();
         QCOMPARE(preferences.reduceMotion(), reduced);
     }
 
     void changesAreFollowed()
     {
-        SettingsPortal portal;
-        offer(portal);
-        const LinuxPreferences preferences(connection(u"program"_s));
+        SettingsPortal portal(m_bus);
+        const LinuxPreferences preferences(m_program);
         const QSignalSpy changed(&preferences, &DesktopPreferences::reduceMotionChanged);
         QTRY_COMPARE(portal.asked, 3);
 
-        Q_EMIT portal.SettingChanged(gnome, u"enable-animations"_s, QDBusVariant(false));
+        portal.change(gnome, u"enable-animations"_s, false);
         QTRY_COMPARE(changed.size(), 1);
         QVERIFY(preferences.reduceMotion());
-        Q_EMIT portal.SettingChanged(gnome, u"color-scheme"_s, QDBusVariant(u"x"_s));
-        Q_EMIT portal.SettingChanged(gnome, u"enable-animations"_s, QDBusVariant(true));
+        portal.change(gnome, u"color-scheme"_s, u"x"_s);
+        portal.change(gnome, u"enable-animations"_s, true);
         QTRY_COMPARE(changed.size(), 2);
         QVERIFY(!preferences.reduceMotion());
     }

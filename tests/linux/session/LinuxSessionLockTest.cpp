@@ -1,11 +1,11 @@
 #include "linux/session/LinuxSessionLock.h"
 
+#include "support/BusService.h"
+#include "support/FakeDesktop.h"
 #include "support/PrivateBus.h"
 #include "support/Test.h"
 
 #include <QDBusVariant>
-#include <QDBusVirtualObject>
-#include <QUuid>
 
 namespace {
 
@@ -17,21 +17,15 @@ const QString lockedHint = u"LockedHint"_s;
 } // namespace
 
 /// A service of a bus that answers whether the session is locked, as a screen saver or as the login manager.
-class FakeLocker final : public QDBusVirtualObject {
-    Q_OBJECT
-
+class FakeLocker final : public BusService {
 public:
     FakeLocker(const QString& address, const QString& name, bool locked)
-        : m_bus(QDBusConnection::connectToBus(address, QUuid::createUuid().toString()))
-        , m_name(name)
+        : BusService(address, name,
+            name == loginManager ? u"/org/freedesktop/login1/session/auto"_s
+                                 : u'/' + QString(name).replace(u'.', u'/'))
         , m_isLocked(locked)
     {
-        const auto path = isLogin() ? u"/org/freedesktop/login1/session/auto"_s
-                                    : u'/' + QString(name).replace(u'.', u'/');
-        if (!m_bus.registerVirtualObject(path, this) || !m_bus.registerService(name))
-            qFatal("The service does not start.");
     }
-    ~FakeLocker() override { endService(m_bus, m_name); }
 
     void setLocked(bool locked)
     {
@@ -52,8 +46,6 @@ public:
         m_bus.send(signal);
     }
 
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-
     bool handleMessage(const QDBusMessage& question, const QDBusConnection& bus) override
     {
         const QVariant answer(m_isLocked);
@@ -68,18 +60,7 @@ public:
 private:
     [[nodiscard]] bool isLogin() const { return m_name == loginManager; }
 
-    QDBusConnection m_bus;
-    QString m_name;
     bool m_isLocked;
-};
-
-/// What the display shows.
-class FakeDisplay final : public SessionLock {
-    Q_OBJECT
-
-public:
-    bool locked = false;
-    [[nodiscard]] bool isLocked() const override { return locked; }
 };
 
 class LinuxSessionLockTest : public QObject {
@@ -122,32 +103,26 @@ private Q_SLOTS:
     {
         FakeLocker saver(m_bus.address(), screenSaver, false);
         FakeLocker login(m_bus.address(), loginManager, true);
-        auto display = std::make_unique<FakeDisplay>();
-        display->locked = true;
+        auto display = std::make_unique<FakeSessionLock>();
+        display->setLocked(true);
         LinuxSessionLock lock(m_session, m_system);
         lock.follow(*display);
         QVERIFY(lock.isLocked());
         saver.setLocked(true);
         login.setLocked(false);
-        display->locked = false;
-        Q_EMIT display->changed();
+        display->setLocked(false);
         QTest::qWait(50);
         QVERIFY(lock.isLocked());
-        display.reset();
         saver.setLocked(false);
+        QTRY_VERIFY(!lock.isLocked());
+        display->setLocked(true);
+        QVERIFY(lock.isLocked());
+        display.reset();
+        saver.announce(false);
         QTRY_VERIFY(!lock.isLocked());
     }
 
-    void withoutABusOnlyTheDisplayCounts()
-    {
-        LinuxSessionLock lock({}, {});
-        FakeDisplay display;
-        lock.follow(display);
-        QVERIFY(!lock.isLocked());
-        display.locked = true;
-        Q_EMIT display.changed();
-        QVERIFY(lock.isLocked());
-    }
+    void withoutABusNothingIsLocked() { QVERIFY(!LinuxSessionLock({}, {}).isLocked()); }
 
 private:
     PrivateBus m_bus;
