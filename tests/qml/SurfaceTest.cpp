@@ -322,8 +322,11 @@ private Q_SLOTS:
         showTexts({ u"https://example.org"_s });
         auto* const entry = m_surface->find("ClipboardRow");
         m_surface->moveTo(m_surface->middle(entry));
+        QTRY_VERIFY(m_surface->button(entry, u"Share"_s));
         m_surface->click(m_surface->button(entry, u"Share"_s));
-        m_surface->settle();
+        // They have their places, one below the other, with the next frame.
+        QTRY_VERIFY(m_surface->findAll("ShareChoiceRow").size() > 1);
+        QTRY_VERIFY(m_surface->find("ShareChoiceRow", 1)->y() > m_surface->find("ShareChoiceRow")->y());
         QCOMPARE(holds, 1);
         const auto title = m_surface->middle(m_surface->find("ShareChooser")) - QPoint(0, 50);
         const auto row = m_surface->middle(m_surface->find("ShareChoiceRow", 1));
