@@ -4,7 +4,7 @@ private desktop."""
 import sys
 import time
 
-from desktop import reached, run_test, StageMissed, wait_until
+from desktop import run_test, StageMissed, wait_until
 from settings_test import SettingsFlow, WHEEL_DOWN, WHEEL_UP
 
 SETTINGS = {"en": ("push button", "Settings"), "uk": ("push button", "Налаштування")}
@@ -33,26 +33,12 @@ class AccessibilityFlow(SettingsFlow):
 
     def tells_history(self):
         desktop = self.desktop
-        desktop.copy_text("First of two")
-        desktop.copy_text("Second of two")
+        desktop.copy_texts("First of two", "Second of two")
         self.open_by_key()
         wait_until("both entries told", lambda: {"First of two", "Second of two"} <= set(self.named("list item")))
         self.named_controls()
         self.press("list item", "First of two")
         wait_until("the pressed entry on the clipboard", lambda: desktop.pasted() == b"First of two")
-
-    def focused(self):
-        return [node["name"] for node in self.reader.nodes() if node["focused"] and node["role"] != "frame"]
-
-    def focus(self, name):
-        """Presses Tab until it has reached the control of this name."""
-        reached = []
-        while name not in reached:
-            if len(reached) > 24:
-                raise StageMissed(f"{name!r} under the Tab key, which reached {reached}")
-            self.desktop.key("Tab")
-            time.sleep(0.1)
-            reached += self.focused()
 
     def keeps_history_from_return(self):
         """The keys stay with a control only until an arrow takes them back, and never from one opening to the next."""
@@ -62,7 +48,7 @@ class AccessibilityFlow(SettingsFlow):
             self.wait_closed()
             self.open_by_key()
             self.desktop.key("Down")
-            self.focus("Clear")
+            self.tabs_to("Clear")
             for key in after:
                 self.desktop.key(key)
                 time.sleep(0.5)
@@ -74,18 +60,18 @@ class AccessibilityFlow(SettingsFlow):
 
     def reaches_the_surface_with_tab(self):
         """The owl's durations open under the key that asks for them, and give it back."""
-        self.focus("Keep the computer awake")
+        self.tabs_to("Keep the computer awake")
         self.desktop.key("Return")
         wait_until("the first duration under the key", lambda: self.focused() == ["1 h"], 5)
         self.desktop.key("Escape")
         wait_until("the owl under the key again", lambda: self.focused() == ["Keep the computer awake"], 5)
         self.desktop.key("space")
-        self.focus("∞")
+        self.tabs_to("∞")
         self.desktop.key("Down")
         wait_until("no duration to be pressed", lambda: "∞" not in self.reader.texts(), 5)
-        self.focus("Keep the computer awake")
+        self.tabs_to("Keep the computer awake")
         self.desktop.key("space")
-        self.focus("∞")
+        self.tabs_to("∞")
         self.desktop.key("Return")
         wait_until("the owl, awake, under the key after the choice", lambda: self.focused() == ["Allow sleep"], 5)
         self.desktop.key("space")
@@ -130,21 +116,17 @@ class AccessibilityFlow(SettingsFlow):
 
     def reaches_all_with_tab(self):
         missing = set(SWITCHES["uk"] + BUTTONS["uk"] + ["Історія, елементів", "Мова", "Налаштування"])
-        for _ in range(24):
-            self.desktop.key("Tab")
-            time.sleep(0.1)
-            missing -= set(self.focused())
-            if not missing:
-                return
-        raise StageMissed(f"{missing} under the Tab key")
+
+        def are_all_reached():
+            missing.difference_update(self.focused())
+            return not missing
+
+        self.tabs_until(missing, are_all_reached)
 
     def toggles_with_space(self):
-        for _ in range(24):
-            focused = [control for control in self.reader.controls() if control["focused"]]
-            if focused and focused[0]["role"] == "check box":
-                break
-            self.desktop.key("Tab")
-        name, before = focused[0]["name"], focused[0]["checked"]
+        boxes = lambda: [box for box in self.reader.controls() if box["focused"] and box["role"] == "check box"]
+        self.tabs_until("a check box", boxes)
+        name, before = boxes()[0]["name"], boxes()[0]["checked"]
         self.desktop.key("space")
         wait_until(f"{name} toggled by the space bar", lambda: self.state(name) != before, 5)
         self.close_by_key()

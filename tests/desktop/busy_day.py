@@ -62,7 +62,7 @@ class BusyDay(SettingsFlow):
 
     ACTS = {
         "copies_texts": 6, "copies_again": 3, "copies_links": 2, "copies_files": 2, "copies_a_picture": 4,
-        "copies_much": 1, "copies_from_a_frozen_program": 1, "copies_a_secret": 1, "hovers_past": 2, "scrolls": 3,
+        "copies_much": 1, "copies_from_a_frozen_program": 1, "copies_a_secret": 1, "hovers_past": 2, "scrolls_the_lists": 3,
         "uses_the_keyboard": 4, "uses_a_row": 4, "looks_closely": 2, "changes_settings": 2, "changes_the_calendar": 3,
         "looks_at_the_day": 2, "plays": 4, "restarts_the_player": 1, "keeps_awake": 1, "takes_screenshots": 3,
     }
@@ -144,7 +144,7 @@ class BusyDay(SettingsFlow):
             self.pause(0.02, 0.4)
         self.wait_closed()
 
-    def scrolls(self):
+    def scrolls_the_lists(self):
         self.open_by_pointer()
         for place in ((CLIPBOARD_LEFT + 90, FIRST_ROW_Y + 60), (CLIPBOARD_LEFT + 90, STRIP_Y)):
             self.desktop.move(*place)
@@ -183,9 +183,9 @@ class BusyDay(SettingsFlow):
     def looks_closely(self):
         self.open_by_pointer()
         self.desktop.move(CLIPBOARD_LEFT + 30 + 66 * self.chance.randrange(3), STRIP_Y)
-        self.desktop.xdotool("mousedown", 1)
+        self.desktop.press()
         self.pause(0.4, 1)
-        self.desktop.xdotool("mouseup", 1)
+        self.desktop.release()
         self.leave()
 
     def changes_settings(self):
@@ -278,7 +278,7 @@ class BusyDay(SettingsFlow):
         self.fill()
         last = self.text(3)
         self.desktop.copy(last)
-        self.desktop.wait_for_entry("the last copy of a round", lambda item: item.get("text") == last, 30)
+        self.desktop.wait_for_text(last, 30)
         self.wait_notice_gone()
 
     def fill(self):

@@ -11,7 +11,6 @@ import time
 
 from desktop import reached, run_test, StageMissed, wait_until
 from flow import Flow, SURFACE_LEFT
-from screen_reader import PYTHON
 
 STRIP = (SURFACE_LEFT + 230, 239)
 EVENT_ROW_Y = 245
@@ -113,16 +112,8 @@ class DayFlow(Flow):
 
     def opens_by_key(self, title):
         """The Tab key unfolds the day and goes through it; Return shows what it is on."""
-        self.desktop.key("super+shift+v")
-        self.wait_open()
-        focused = lambda: [node["name"] for node in self.reader.nodes() if node["focused"]]
-        for _ in range(12):
-            self.desktop.key("Tab")
-            time.sleep(0.2)
-            if title in focused():
-                break
-        else:
-            raise StageMissed(f"{title!r} under the Tab key")
+        self.open_by_key()
+        self.tabs_to(title)
         self.desktop.key("Return", "Escape")
         self.wait_closed()
 
@@ -164,7 +155,7 @@ def calendar_folder(desktop):
 
 
 def in_both(desktop, flow):
-    ask = lambda command, **more: desktop.call([PYTHON, CALENDAR_PROGRAM, command, "system-calendar"], **more).decode()
+    ask = lambda command, **more: desktop.call([sys.executable, CALENDAR_PROGRAM, command, "system-calendar"], **more).decode()
     flow.asks()
     for components in flow.events():
         ask("receive", input=calendar(components).encode())

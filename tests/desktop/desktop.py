@@ -1,18 +1,18 @@
 """A private desktop: an X server, a window manager, a compositor, a message bus and folders of its own."""
 
-import ctypes
 import functools
 import json
 import os
 import pathlib
 import shutil
 import signal
-import struct
 import subprocess
 import sys
 import tempfile
 import time
-import zlib
+
+from Xlib import X
+from Xlib.display import Display
 
 WIDTH, HEIGHT = 1512, 982
 NOTCH_LEFT, NOTCH_RIGHT, NOTCH_HEIGHT = 664, 848, 32
@@ -42,14 +42,9 @@ def wait_until(what, condition, seconds=15.0):
 
 def gradient_png(width, height, top, bottom):
     """A picture to copy: an RGB gradient from `top` to `bottom`."""
-    def chunk(kind, data):
-        body = kind + data
-        return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
-
-    rows = b"".join(
-        b"\0" + bytes(round(a + (b - a) * y / height) for a, b in zip(top, bottom)) * width for y in range(height))
-    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
-    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
+    colours = "-".join(f"rgb{colour}" for colour in (top, bottom))
+    return subprocess.run(["convert", "-size", f"{width}x{height}", f"gradient:{colours}", "-depth", "8", "png:-"],
+                          check=True, stdout=subprocess.PIPE).stdout
 
 
 def run_test(program, play, told=False, kind=None, **options):
@@ -62,7 +57,7 @@ def run_test(program, play, told=False, kind=None, **options):
             play(desktop)
             desktop.check_log()
         except StageMissed as missed:
-            print("missed:", missed, "\n" + desktop.log(), file=sys.stderr)
+            print("missed:", missed, "\n" + desktop.all_logs(), file=sys.stderr)
             return 1
     return 0
 
@@ -87,38 +82,21 @@ class Peer:
 class ServerScreen:
     """What an X server shows, read without starting a program: on a busy machine a notice is gone before one runs."""
 
-    class Cookie(ctypes.Structure):
-        _fields_ = [("sequence", ctypes.c_uint)]
-
-    class Screens(ctypes.Structure):
-        _fields_ = [("first", ctypes.POINTER(ctypes.c_uint32)), ("left", ctypes.c_int), ("index", ctypes.c_int)]
-
     def __init__(self, display):
-        self.xcb = ctypes.CDLL("libxcb.so.1")
-        for name, result in (("connect", ctypes.c_void_p), ("get_setup", ctypes.c_void_p), ("get_image", self.Cookie),
-                             ("setup_roots_iterator", self.Screens), ("get_image_reply", ctypes.c_void_p),
-                             ("get_image_data", ctypes.c_void_p)):
-            getattr(self.xcb, "xcb_" + name).restype = result
-        self.connection = ctypes.c_void_p(self.xcb.xcb_connect(display.encode(), None))
-        if self.xcb.xcb_connection_has_error(self.connection):
-            raise StageMissed("an X server to look at")
-        setup = ctypes.c_void_p(self.xcb.xcb_get_setup(self.connection))
-        self.root = self.xcb.xcb_setup_roots_iterator(setup).first[0]
+        self.root = Display(display).screen().root
 
     def pixels(self, x, y, width, height):
         """Three bytes each: red, green, blue."""
-        pixmap_format, all_planes = 2, 0xffffffff
-        cookie = self.xcb.xcb_get_image(self.connection, pixmap_format, self.root, x, y, width, height, all_planes)
-        reply = ctypes.c_void_p(self.xcb.xcb_get_image_reply(self.connection, cookie, None))
-        if not reply:
-            raise StageMissed("a picture of what the X server shows")
-        data = ctypes.string_at(self.xcb.xcb_get_image_data(reply), width * height * 4)
-        ctypes.CDLL(None).free(reply)
+        all_planes = 0xffffffff
+        data = self.root.get_image(x, y, width, height, X.ZPixmap, all_planes).data
         return bytes(data[at + part] for at in range(0, len(data), 4) for part in (2, 1, 0))
 
 
 class Desktop:
     """`with Desktop(program) as desktop:` starts it all and ends it all."""
+
+    # Pixels a point of the output, where the windowing system has points of its own.
+    output_scale = 1
 
     def __init__(self, program, window_manager="openbox", compositor=True, bus=True, scale=1, settings=None,
                  services=None):
@@ -262,6 +240,10 @@ class Desktop:
         path = self.home / "nimbarrow.log"
         return path.read_text(errors="replace") if path.exists() else ""
 
+    def all_logs(self):
+        """What is to be read when something was missed."""
+        return self.log()
+
     def check_log(self):
         """Nothing but its start has been worth a word."""
         lines = [line for line in self.log().splitlines() if not any(words in line for words in self.usual_log)]
@@ -330,30 +312,46 @@ class Desktop:
 
     def move(self, x, y):
         """Moves the pointer there in a few steps, as a hand does."""
+        self._glide(self.pointer(), (x, y), steps=5, pause=0.015)
+
+    def _glide(self, start, end, steps, pause):
+        """By whole points."""
+        for step in range(1, steps + 1):
+            self.leap(*(int(a + (b - a) * step / steps) for a, b in zip(start, end)))
+            time.sleep(pause)
+
+    def pointer(self):
+        """Where it is."""
         place = dict(line.split("=") for line in self.xdotool("getmouselocation", "--shell").decode().split())
-        from_x, from_y = int(place["X"]), int(place["Y"])
-        to_x, to_y = x * self.scale, y * self.scale
-        for step in range(1, 6):
-            self.xdotool("mousemove", from_x + (to_x - from_x) * step // 5, from_y + (to_y - from_y) * step // 5)
-            time.sleep(0.015)
+        return int(place["X"]) // self.scale, int(place["Y"]) // self.scale
+
+    def leap(self, x, y):
+        """Puts the pointer there at once."""
+        self.xdotool("mousemove", x * self.scale, y * self.scale)
+
+    def press(self):
+        self.xdotool("mousedown", 1)
+
+    def release(self):
+        self.xdotool("mouseup", 1)
 
     def click(self, x, y):
         self.move(x, y)
-        self.xdotool("click", 1)
+        self.press()
+        time.sleep(0.05)
+        self.release()
 
     def drag(self, start, end):
         """Drags slowly enough for the drag protocol's handshakes."""
         self.move(*start)
         time.sleep(0.1)
-        self.xdotool("mousedown", 1)
+        self.press()
         self.drag_on(start, end)
 
     def drag_on(self, start, end):
         """With the button down already."""
-        for step in range(1, 13):
-            time.sleep(0.08)
-            self.xdotool("mousemove", (start[0] + (end[0] - start[0]) * step // 12) * self.scale,
-                         (start[1] + (end[1] - start[1]) * step // 12) * self.scale)
+        time.sleep(0.08)
+        self._glide(start, end, steps=12, pause=0.08)
         time.sleep(0.3)
 
     def key(self, *keys):
@@ -366,10 +364,11 @@ class Desktop:
                                    stderr=subprocess.DEVNULL)
         process.communicate(data if isinstance(data, bytes) else data.encode())
 
-    def copy_text(self, text):
-        """And waits until the history has it."""
-        self.copy(text)
-        self.wait_for_entry(repr(text), lambda item: item.get("text") == text)
+    def copy_texts(self, *texts, seconds=15.0):
+        """And waits each time until the history has it."""
+        for text in texts:
+            self.copy(text)
+            self.wait_for_text(text, seconds)
 
     def pasted(self, target="UTF8_STRING"):
         """What any other program would paste now."""
@@ -415,6 +414,9 @@ class Desktop:
             return json.loads((self.history_folder / "index.json").read_text())
         except FileNotFoundError:
             return []
+
+    def wait_for_text(self, text, seconds=15.0):
+        self.wait_for_entry(repr(text), lambda item: item.get("text") == text, seconds)
 
     def wait_for_entry(self, what, matches, seconds=15.0):
         return wait_until(f"{what} in the history", lambda: next(filter(matches, self.history()), None), seconds)

@@ -46,19 +46,17 @@ class Editor:
         wait_until(f"{what} in the editor (it has {self.text()!r})", lambda: expected in self.text())
 
 
-class Flow:
-    """Plays the stages in order; `show` is called with each stage's name when a person would look."""
+class Surface:
+    """Whether it is open, and how the pointer opens it and lets it go; the same on any desktop."""
 
-    def __init__(self, desktop, show=lambda stage: None):
+    def __init__(self, desktop):
         self.desktop = desktop
-        self.show = show
-        # Used where the program has been told that somebody listens.
-        self.reader = ScreenReader(desktop)
-
-    # What a person sees.
+        self.middle = NOTCH_MIDDLE / desktop.output_scale
+        self.notch_height = NOTCH_HEIGHT / desktop.output_scale
+        self.below = (self.middle, 500)
 
     def is_open(self):
-        return self.desktop.is_black(SURFACE_LEFT + 20, 200)
+        return self.desktop.is_black(int(self.middle) - 210, 200)
 
     def wait_open(self):
         wait_until("the surface grown down", self.is_open)
@@ -66,12 +64,39 @@ class Flow:
 
     def wait_closed(self):
         wait_until("the surface shrunk to the notch", lambda: not self.is_open() and not self.desktop.is_black(
-            NOTCH_MIDDLE, NOTCH_HEIGHT + 8))
+            int(self.middle), int(self.notch_height) + 8))
         time.sleep(0.35)
 
     def open_by_pointer(self):
-        self.desktop.move(NOTCH_MIDDLE, 16)
+        self.desktop.move(self.middle, self.notch_height / 2)
         self.wait_open()
+
+    def leave(self):
+        self.desktop.move(*self.below)
+        self.wait_closed()
+
+    def stays_closed(self):
+        """A pointer that rests where the surface was has not come back; one that moves there has."""
+        self.open_by_key()
+        self.desktop.move(self.middle, self.notch_height / 2)
+        self.close_by_key()
+        time.sleep(0.8)
+        if self.is_open():
+            raise StageMissed("a surface that stays closed below a pointer at rest")
+        self.desktop.move(self.middle + 5, self.notch_height / 2 - 3)
+        self.wait_open()
+        self.leave()
+
+
+class Flow(Surface):
+    """Plays the stages in order; `show` is called with each stage's name when a person would look."""
+
+    def __init__(self, desktop, show=lambda stage: None):
+        super().__init__(desktop)
+        self.below = BELOW_THE_SURFACE
+        self.show = show
+        # Used where the program has been told that somebody listens.
+        self.reader = ScreenReader(desktop)
 
     def open_by_key(self):
         self.desktop.key("super+shift+v")
@@ -81,16 +106,29 @@ class Flow:
         self.desktop.key("Escape")
         self.wait_closed()
 
+    def tabs_until(self, what, is_reached, presses=24):
+        """Presses Tab until the keys are where they are wanted."""
+        for _ in range(presses):
+            if is_reached():
+                return
+            self.desktop.key("Tab")
+            time.sleep(0.2)
+        if not is_reached():
+            raise StageMissed(f"{what} under the Tab key")
+
+    def tabs_to(self, name):
+        self.tabs_until(repr(name), lambda: name in self.focused())
+
+    def focused(self):
+        """The names of what has the keys."""
+        return [node["name"] for node in self.reader.nodes() if node["focused"] and node["role"] != "frame"]
+
     def press(self, role, name):
         """As a screen reader does it."""
         try:
             wait_until(name, lambda: self.reader.press(role, name), 10)
         except StageMissed:
             raise StageMissed(f"a press of the {role} {name!r}, among {self.reader.controls()}") from None
-
-    def leave(self):
-        self.desktop.move(*BELOW_THE_SURFACE)
-        self.wait_closed()
 
     def wait_for_notice(self, what, pause=0.35):
         wait_until(f"a notice for {what}", lambda: self.desktop.are_ends_black(NOTCH_LEFT - 40, NOTCH_RIGHT + 140, 4), 8)
@@ -171,40 +209,20 @@ class Flow:
         editor.wait_for_text("what was typed after Escape", "back again")
         self.show("keyboard-given-back")
 
-    def stays_closed(self):
-        """A pointer that rests where the surface was has not come back; one that moves there has."""
-        desktop = self.desktop
-        self.open_by_key()
-        desktop.move(NOTCH_MIDDLE, 16)
-        self.close_by_key()
-        time.sleep(0.8)
-        if self.is_open():
-            raise StageMissed("a surface that stays closed after Escape")
-        desktop.move(NOTCH_MIDDLE + 5, 12)
-        self.wait_open()
-        self.leave()
-
     def drops(self, drag_source):
         """Text dragged out of another program, then a file."""
         desktop = self.desktop
-        desktop.move(*drag_source.text_place)
-        desktop.drag(drag_source.text_place, (NOTCH_MIDDLE, 20))
-        wait_until("the surface open for the drop", self.is_open)
-        self.show("drop-hint")
-        desktop.xdotool("mouseup", 1)
-        desktop.wait_for_entry("the dropped text", lambda item: item.get("text") == drag_source.text
-                               and item.get("sourceApp") in ("Shelf", "Полиця"))
-        time.sleep(0.5)
-        desktop.move(*BELOW_THE_SURFACE)
-        self.wait_closed()
-        desktop.drag(drag_source.file_place, (NOTCH_MIDDLE, 20))
-        wait_until("the surface open for the file", self.is_open)
-        desktop.xdotool("mouseup", 1)
-        desktop.wait_for_entry("the dropped file",
-                               lambda item: item.get("filePaths") == [str(drag_source.file)])
-        time.sleep(0.5)
-        desktop.move(*BELOW_THE_SURFACE)
-        self.wait_closed()
+        for what, place, matches in (
+                ("text", drag_source.text_place, lambda item: item.get("text") == drag_source.text
+                 and item.get("sourceApp") in ("Shelf", "Полиця")),
+                ("file", drag_source.file_place, lambda item: item.get("filePaths") == [str(drag_source.file)])):
+            desktop.drag(place, (NOTCH_MIDDLE, 20))
+            wait_until(f"the surface open for the {what}", self.is_open)
+            self.show("drop-hint-" + what)
+            desktop.release()
+            desktop.wait_for_entry(f"the dropped {what}", matches)
+            time.sleep(0.5)
+            self.leave()
 
     def restarts(self, **environment):
         before = self.desktop.history()

@@ -58,10 +58,10 @@ class Handoff(Flow):
         desktop = self.desktop
         self.picture = desktop.home / "Sunset.png"
         self.picture.write_bytes(gradient_png(1600, 1000, (246, 160, 77), (91, 63, 168)))
-        desktop.copy_text("A text to carry")
+        desktop.copy_texts("A text to carry")
         desktop.copy(self.picture.as_uri() + "\r\n", "text/uri-list")
         desktop.wait_for_entry("an image", lambda item: item["kind"] == "image")
-        desktop.copy_text(self.LINK)
+        desktop.copy_texts(self.LINK)
         self.wait_notice_gone()
 
     def double_clicks(self, handler):
@@ -92,7 +92,7 @@ class Handoff(Flow):
             if not self.is_open():
                 raise StageMissed("the surface open while the button is down")
             self.show("dragged-" + what.split()[-1])
-            desktop.xdotool("mouseup", 1)
+            desktop.release()
             target.wait_for(what, expected)
             self.wait_closed()
         if not self.picture.exists():
@@ -103,13 +103,13 @@ class Handoff(Flow):
         desktop = self.desktop
         self.open_by_pointer()
         desktop.move(*FIRST_THUMB)
-        desktop.xdotool("mousedown", 1)
+        desktop.press()
         wait_until("the image large", self._is_large)
         time.sleep(0.4)
         self.show("preview")
         # As a hand trembles.
         desktop.xdotool("mousemove_relative", 1, 0)
-        desktop.xdotool("mouseup", 1)
+        desktop.release()
         wait_until("the preview closed", lambda: not self._is_large())
         wait_until("the buttons of the image under the pointer", lambda: max(desktop.pixel(*BESIDE_ITS_MIDDLE)) < 120)
         self.leave()
@@ -125,10 +125,10 @@ class Handoff(Flow):
         desktop = self.desktop
         self.open_by_pointer()
         desktop.move(*FIRST_THUMB)
-        desktop.xdotool("mousedown", 1)
+        desktop.press()
         wait_until("the image large", self._is_large)
         desktop.drag_on(FIRST_THUMB, target.place)
-        desktop.xdotool("mouseup", 1)
+        desktop.release()
         target.wait_for("the image", f"copy\n{self.picture.as_uri()}\n{self.picture.as_uri()}")
         self.wait_closed()
 

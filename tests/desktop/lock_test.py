@@ -67,7 +67,7 @@ class LockFlow(Flow):
         self.locks("over the notch")
         desktop.copy("copied while locked")
         self.stays_covered("a copy")
-        desktop.wait_for_entry("what was copied while locked", lambda item: item.get("text") == "copied while locked")
+        desktop.wait_for_text("copied while locked")
         # Another program opens a window and is brought to the front below the locker.
         window = desktop.spawn([self.other_program, "text", "/etc/hostname"])
         self.stays_covered("another program")

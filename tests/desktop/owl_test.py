@@ -9,7 +9,6 @@ import time
 
 from desktop import run_test, StageMissed, wait_until
 from flow import Flow
-from screen_reader import PYTHON
 
 PEERS = pathlib.Path(__file__).resolve().parent / "peers"
 
@@ -21,17 +20,15 @@ class Services:
         self.desktop = desktop
         bus = desktop.spawn(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
         desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
-        desktop.spawn([PYTHON, "-m", "dbusmock", "--system", "--template", "logind"])
+        desktop.spawn([sys.executable, "-m", "dbusmock", "--system", "--template", "logind"])
         self.log = desktop.home / "screen saver"
         self.start_saver()
         wait_until("a login manager", lambda: self.inhibitors() is not None)
 
     def start_saver(self):
         self.log.write_text("")
-        self.saver = self.desktop.spawn([PYTHON, str(PEERS / "screen_saver.py"), str(self.log)])
-        wait_until("a screen saver", lambda: b"org.freedesktop.ScreenSaver" in self.desktop.call(
-            ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
-             "org.freedesktop.DBus.ListNames"]))
+        self.saver = self.desktop.spawn([sys.executable, str(PEERS / "screen_saver.py"), str(self.log)])
+        self.desktop.call(["gdbus", "wait", "--session", "--timeout", "15", "org.freedesktop.ScreenSaver"])
 
     def restart_saver(self):
         self.saver.kill()

@@ -1,12 +1,14 @@
 """player_test.py PROGRAM PEERS: a real player on a private desktop, seen and played from the surface."""
 
-import json
 import sys
 import time
 
+import dbus
+import dbus.bus
 from desktop import run_test, wait_until
 from flow import Flow, SURFACE_LEFT
-from screen_reader import PYTHON
+
+NAME, PLAYER = "org.mpris.MediaPlayer2.mpv", "org.mpris.MediaPlayer2.Player"
 
 
 class Player:
@@ -22,7 +24,9 @@ class Player:
 
     def start(self):
         self.process = self.desktop.spawn(self.command)
-        wait_until("the player on the bus", lambda: self._get("PlaybackStatus", quiet=True) == "Playing", 20)
+        # For its own connection, which may end with the bus.
+        self.bus = dbus.bus.BusConnection(self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+        wait_until("the player on the bus", lambda: self.bus.name_has_owner(NAME) and self.status() == "Playing", 20)
 
     def _track(self, title, artist, color, seconds):
         folder = self.desktop.home / "home" / title
@@ -33,16 +37,11 @@ class Player:
         self.desktop.call([*make, "-i", f"color={color}:s=300x300", "-frames:v", "1", str(folder / "cover.jpg")])
         return folder / "track.mp3"
 
-    def _get(self, name, quiet=False):
-        script = ("import dbus, json; bus = dbus.SessionBus(); player = bus.get_object('org.mpris.MediaPlayer2.mpv', "
-                  "'/org/mpris/MediaPlayer2'); print(json.dumps(dbus.Interface(player, "
-                  f"'org.freedesktop.DBus.Properties').Get('org.mpris.MediaPlayer2.Player', '{name}'), default=str))")
-        try:
-            return json.loads(self.desktop.call([PYTHON, "-c", script]))
-        except Exception:
-            if quiet:
-                return None
-            raise
+    def _call(self, interface, method, *arguments):
+        return self.bus.call_blocking(NAME, "/org/mpris/MediaPlayer2", interface, method, "s" * len(arguments), arguments)
+
+    def _get(self, name):
+        return self._call("org.freedesktop.DBus.Properties", "Get", PLAYER, name)
 
     def status(self):
         return self._get("PlaybackStatus")
@@ -55,6 +54,9 @@ class Player:
 
     def volume(self):
         return self._get("Volume")
+
+    def next(self):
+        self._call(PLAYER, "Next")
 
     def quit(self):
         self.process.terminate()
@@ -76,8 +78,8 @@ class PlayerFlow(Flow):
             self.desktop.xdotool("mousemove", left + int(width * x), top + int(height * y))
             time.sleep(0.1)
             if number == 0:
-                self.desktop.xdotool("mousedown", 1)
-        self.desktop.xdotool("mouseup", 1)
+                self.desktop.press()
+        self.desktop.release()
 
     def artwork(self):
         return self.desktop.pixel(SURFACE_LEFT + 49, 77)
@@ -111,9 +113,7 @@ class PlayerFlow(Flow):
 
     def notices_a_track(self, player):
         self.leave()
-        self.desktop.call([PYTHON, "-c", "import dbus; dbus.Interface(dbus.SessionBus().get_object("
-                           "'org.mpris.MediaPlayer2.mpv', '/org/mpris/MediaPlayer2'), "
-                           "'org.mpris.MediaPlayer2.Player').Next()"])
+        player.next()
         self.wait_for_notice("a new track")
         self.show("track-notice")
         self.wait_notice_gone()

@@ -6,8 +6,6 @@ import subprocess
 import sys
 import time
 
-# The one that the distribution's packages are for; another one may come first in the path.
-PYTHON = "/usr/bin/python3"
 ACTIONABLE = ("push button", "check box", "radio button", "toggle button", "list item", "link", "slider")
 
 
@@ -20,7 +18,7 @@ class ScreenReader:
 
     def _ask(self, *words):
         if not self.process:
-            self.process = self.desktop.spawn([PYTHON, __file__], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+            self.process = self.desktop.spawn([sys.executable, __file__], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         for _ in range(2):
             self.process.stdin.write(json.dumps([self.desktop.nimbarrow.pid, *words]).encode() + b"\n")
             self.process.stdin.flush()

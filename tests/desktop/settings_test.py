@@ -5,7 +5,7 @@ import sys
 import time
 
 from desktop import gradient_png, NOTCH_LEFT, reached, run_test, StageMissed, wait_until
-from flow import BELOW_THE_SURFACE, Flow, SURFACE_LEFT
+from flow import Flow, SURFACE_LEFT
 
 GEAR = (SURFACE_LEFT + 383, 16)
 # The switches, one a row, from the top of the page.
@@ -81,7 +81,7 @@ class SettingsFlow(Flow):
         self.close_by_key()
 
     def copies_without_notice(self):
-        self.desktop.copy_text("Nobody is told")
+        self.desktop.copy_texts("Nobody is told")
         if self.desktop.is_black(NOTCH_LEFT - 40, 4):
             raise StageMissed("no notice where none is wanted")
 
@@ -129,9 +129,10 @@ class SettingsFlow(Flow):
         desktop.click(PICKER_LEFT + 140, HISTORY_Y)
         self.wait_for_setting("historyLimit", "200")
         english = desktop.picture(desktop.home / "english.png").read_bytes()
-        desktop.click(PICKER_LEFT + 85, LANGUAGE_Y)
-        self.wait_for_setting("language", "uk")
-        time.sleep(0.3)
+        for x, language in ((20, "system"), (85, "uk")):
+            desktop.click(PICKER_LEFT + x, LANGUAGE_Y)
+            self.wait_for_setting("language", language)
+            time.sleep(0.3)
         self.show("settings-in-ukrainian")
         if desktop.picture(desktop.home / "ukrainian.png").read_bytes() == english:
             raise StageMissed("the surface in another language")
@@ -155,8 +156,7 @@ class SettingsFlow(Flow):
         wait_until("a lower surface without the calendar",
                    lambda: not desktop.is_black(SURFACE_LEFT + 230, 250))
         self.show("without-calendar")
-        desktop.move(*BELOW_THE_SURFACE)
-        self.wait_closed()
+        self.leave()
 
 
 def play(desktop):

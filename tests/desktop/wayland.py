@@ -6,10 +6,9 @@ import pathlib
 import pwd
 import shutil
 import subprocess
-import sys
 import time
 
-from desktop import Desktop, HEIGHT, NOTCH_MIDDLE, ServerScreen, StageMissed, wait_until, WIDTH
+from desktop import Desktop, HEIGHT, ServerScreen, StageMissed, wait_until, WIDTH
 
 # sway refuses to run as root.
 OTHER_USER = "nobody"
@@ -90,6 +89,9 @@ class WaylandDesktop(Desktop):
 
     def compositor_log(self):
         return (self.home / "compositor.log").read_text(errors="replace")
+
+    def all_logs(self):
+        return self.log() + "\n" + self.compositor_log()[-2000:]
 
     def _start_labwc(self):
         configuration = self.home / "labwc"
@@ -216,31 +218,23 @@ class WaylandDesktop(Desktop):
 
     # What a person does and sees.
 
-    def spawn(self, command, **more):
-        stdin = more.pop("stdin", subprocess.DEVNULL)
-        process = subprocess.Popen(command, env=self.environment, cwd=self.home, stdin=stdin,
-                                   stdout=more.pop("stdout", subprocess.DEVNULL),
-                                   stderr=more.pop("stderr", subprocess.DEVNULL), **more)
-        self.processes.append(process)
-        return process
-
     def do(self, *words):
         self.hand.stdin.write(" ".join(map(str, words)) + "\n")
         self.hand.stdin.flush()
         if not self.hand.stdout.readline():
             raise StageMissed("hands that the compositor listens to")
 
-    def move(self, x, y):
-        from_x, from_y = self.place
-        for step in range(1, 6):
-            self.do("move", from_x + (x - from_x) * step // 5, from_y + (y - from_y) * step // 5)
-            time.sleep(0.015)
+    def pointer(self):
+        return self.place
+
+    def leap(self, x, y):
+        self.do("move", x, y)
         self.place = (x, y)
 
-    def click(self, x, y):
-        self.move(x, y)
+    def press(self):
         self.do("press")
-        time.sleep(0.05)
+
+    def release(self):
         self.do("release")
 
     def key(self, *keys):
@@ -299,20 +293,3 @@ def has_output_settings():
 def scales(compositor):
     version = subprocess.run(["dpkg-query", "-W", "-f=${Version}", "kwin-wayland"], capture_output=True, text=True).stdout
     return (1, 1.5) if compositor != "kwin" or ":5." in version or has_output_settings() else (1,)
-
-
-def wanted(words, usual):
-    """The compositors to play on: those that were asked for, or else the usual ones."""
-    return words or usual
-
-
-def run_wayland_test(program, peers, play, **options):
-    """As desktop.run_test()."""
-    with WaylandDesktop(program, peers, **options) as desktop:
-        try:
-            play(desktop)
-            desktop.check_log()
-        except StageMissed as missed:
-            print("missed:", missed, "\n" + desktop.log(), "\n" + desktop.compositor_log()[-2000:], file=sys.stderr)
-            return 1
-    return 0

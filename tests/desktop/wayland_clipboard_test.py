@@ -1,15 +1,14 @@
 """wayland_clipboard_test.py PROGRAM PEERS [COMPOSITOR...]: what native programs copy is announced and kept, and what is
 chosen in the surface is theirs to paste; what is dragged comes in and goes out."""
 
-import os
 import signal
 import subprocess
 import sys
 import time
 
-from desktop import NOTCH_MIDDLE, reached, StageMissed, wait_until
-from flow import BELOW_THE_SURFACE, Flow
-from wayland import run_wayland_test, wanted
+from desktop import NOTCH_MIDDLE, reached, run_test, StageMissed, wait_until
+from flow import Flow
+from wayland import WaylandDesktop
 
 SECRET = "correct horse battery staple"
 COPIES = 40
@@ -32,8 +31,7 @@ def copies_of_a_hurried_program(desktop):
 def copies_a_secret(desktop):
     """The next copy is there, so the secret would be."""
     desktop.copy(SECRET, "x-kde-passwordManagerHint")
-    desktop.copy("after the secret")
-    desktop.wait_for_entry("the copy after the secret", lambda item: item.get("text") == "after the secret")
+    desktop.copy_texts("after the secret")
     if any(SECRET in str(item) for item in desktop.history()):
         raise StageMissed("a history without the secret")
     reached("secret")
@@ -50,8 +48,7 @@ def copies_of_trying_programs(desktop):
         time.sleep(0.5)
         if stands_still:
             owner.send_signal(signal.SIGSTOP)
-        desktop.copy(f"after that, {stands_still}")
-        desktop.wait_for_entry("the next copy", lambda item: item.get("text") == f"after that, {stands_still}", 5)
+        desktop.copy_texts(f"after that, {stands_still}", seconds=5)
         owner.kill()
         owner.wait()
     reached("trying programs")
@@ -65,35 +62,22 @@ def chooses_by_click(desktop, flow):
     desktop.click(*flow.row(1))
     wait_until("the clicked entry on the clipboard",
                lambda: desktop.pasted().decode() == before[1]["text"])
-    desktop.move(*BELOW_THE_SURFACE)
-    flow.wait_closed()
+    flow.leave()
     if sorted(item["id"] for item in desktop.history()) != sorted(item["id"] for item in before):
         raise StageMissed("the same entries after one was chosen")
     reached("chosen")
 
 
-def drag(desktop, start, end):
-    desktop.move(*start)
-    time.sleep(0.3)
-    desktop.do("press")
-    for step in range(1, 13):
-        time.sleep(0.08)
-        desktop.do("move", start[0] + (end[0] - start[0]) * step // 12, start[1] + (end[1] - start[1]) * step // 12)
-    desktop.place = end
-    time.sleep(0.3)
-
-
-def peers_window(desktop, program, title, *words):
+def peers_window(desktop, program, *words):
     """Another program's window, with its upper left corner at a known place."""
     before = desktop.pixel(200, 720)
-    process = subprocess.Popen([program, *map(str, words)], env={**desktop.environment, "QT_QPA_PLATFORM": "wayland"})
-    desktop.processes.append(process)
-    wait_until(f"the window of {title}", lambda: desktop.pixel(200, 720) != before)
+    process = desktop.spawn([str(desktop.peers / program), "-platform", "wayland", *map(str, words)])
+    wait_until(f"the window of {program}", lambda: desktop.pixel(200, 720) != before)
     time.sleep(0.5)
     return process
 
 
-def drops(desktop, flow, peers):
+def drops(desktop, flow):
     """A file, then a text whose program stands still when it is dropped and goes on later; meanwhile the surface
     lives, and another program's text is dragged over it, which stays what it is open for. KWin tells of drags one
     listener alone, which is Qt: there it does not stand still."""
@@ -101,63 +85,60 @@ def drops(desktop, flow, peers):
     file.write_bytes(b"%PDF-1.4\n")
     can_move_windows = desktop.compositor_name == "sway"
     if can_move_windows:
-        other = peers_window(desktop, f"{peers}/DragSource", "the next drag", "Dragged meanwhile", file)
+        other = peers_window(desktop, "DragSource", "Dragged meanwhile", file)
         desktop.swaymsg(f"[pid={other.pid}] move position 400 600")
         wait_until("the window of the next drag elsewhere", lambda: min(desktop.pixel(420, 700)) == 255)
-    source = peers_window(desktop, f"{peers}/DragSource", "Drag source", "Dragged from afar", file)
-    drag(desktop, (160, 780), (NOTCH_MIDDLE, 20))
+    source = peers_window(desktop, "DragSource", "Dragged from afar", file)
+    desktop.drag((160, 780), (NOTCH_MIDDLE, 20))
     wait_until("the surface open for the drop", flow.is_open)
-    desktop.do("release")
+    desktop.release()
     desktop.wait_for_entry("the dropped file", lambda item: item.get("filePaths") == [str(file)])
-    desktop.move(*BELOW_THE_SURFACE)
-    flow.wait_closed()
-    drag(desktop, (160, 680), (NOTCH_MIDDLE, 20))
+    flow.leave()
+    desktop.drag((160, 680), (NOTCH_MIDDLE, 20))
     wait_until("the surface open for the drop", flow.is_open)
     if desktop.compositor_name == "kwin":
-        desktop.do("release")
+        desktop.release()
     else:
         source.send_signal(signal.SIGSTOP)
-        desktop.do("release")
+        desktop.release()
         # Longer than Qt would wait.
         if can_move_windows:
-            drag(desktop, (460, 680), (NOTCH_MIDDLE, 20))
+            desktop.drag((460, 680), (NOTCH_MIDDLE, 20))
         else:
             time.sleep(2.5)
-        desktop.copy("copied meanwhile")
-        desktop.wait_for_entry("a copy while a drop is read", lambda item: item.get("text") == "copied meanwhile")
+        desktop.copy_texts("copied meanwhile")
         source.send_signal(signal.SIGCONT)
-    desktop.wait_for_entry("the dropped text", lambda item: item.get("text") == "Dragged from afar")
+    desktop.wait_for_text("Dragged from afar")
     if can_move_windows:
         # Longer than it takes to fade.
         time.sleep(1)
         # Between the rows of entries, where the picture of the hint has its middle.
         if desktop.brightest(NOTCH_MIDDLE, 123, 132) < 100:
             raise StageMissed("the hint to drop here")
-        desktop.do("release")
-        desktop.wait_for_entry("the text dropped next", lambda item: item.get("text") == "Dragged meanwhile")
-    desktop.move(*BELOW_THE_SURFACE)
-    flow.wait_closed()
+        desktop.release()
+        desktop.wait_for_text("Dragged meanwhile")
+    flow.leave()
     source.terminate()
     reached("drops")
 
 
-def drags_out(desktop, flow, peers):
+def drags_out(desktop, flow):
     """Into another program's window, after which the surface closes."""
     came = desktop.home / "came.txt"
-    peers_window(desktop, f"{peers}/DropTarget", "Drop target", came)
+    peers_window(desktop, "DropTarget", came)
     expected = f"copy\n{desktop.history()[0]['text']}"
     flow.wait_notice_gone()
     flow.open_by_pointer()
-    drag(desktop, flow.row(0), (200, 720))
+    desktop.drag(flow.row(0), (200, 720))
     if not flow.is_open():
         raise StageMissed("the surface open while the button is down")
-    desktop.do("release")
+    desktop.release()
     wait_until("the dragged text", lambda: came.exists() and came.read_text() == expected)
     flow.wait_closed()
     reached("dragged-out")
 
 
-def play(desktop, peers):
+def play(desktop):
     flow = Flow(desktop, reached)
     desktop.start()
     flow.copies()
@@ -165,14 +146,13 @@ def play(desktop, peers):
     copies_a_secret(desktop)
     copies_of_trying_programs(desktop)
     chooses_by_click(desktop, flow)
-    drops(desktop, flow, os.path.abspath(peers))
-    drags_out(desktop, flow, os.path.abspath(peers))
+    drops(desktop, flow)
+    drags_out(desktop, flow)
 
 
 def main(program, peers, *compositors):
-    return any(run_wayland_test(program, peers, lambda desktop: play(desktop, peers), compositor=compositor,
-                                settings={"language": "en"})
-               for compositor in wanted(compositors, ("sway",)))
+    return any(run_test(program, play, kind=WaylandDesktop, peers=peers, compositor=compositor,
+                        settings={"language": "en"}) for compositor in compositors or ("sway",))
 
 
 if __name__ == "__main__":

@@ -5,37 +5,24 @@ import subprocess
 import sys
 import time
 
-from desktop import NOTCH_MIDDLE, reached, StageMissed, wait_until
-from wayland import run_wayland_test, wanted
-from wayland_panel_test import PanelFlow
+from desktop import NOTCH_MIDDLE, reached, run_test, StageMissed, wait_until
+from wayland import WaylandDesktop
+from wayland_panel_test import OtherProgram, PanelFlow
 
 CONTROL, SHIFT, META, ALT, S, V, RETURN, DOWN = 29, 42, 125, 56, 31, 47, 28, 108
 
 
-class Terminal:
+class Terminal(OtherProgram):
     """A terminal over the whole screen that writes down what arrives in it."""
 
-    def __init__(self, desktop):
-        self.desktop = desktop
-        self.typed = desktop.home / "typed"
-        self.typed.write_text("")
-        before = desktop.pixel(100, 600)
-        desktop.spawn(["foot", "-F", "sh", "-c", f"stty raw -echo; exec cat > '{self.typed}'"])
-        wait_until("a terminal", lambda: desktop.pixel(100, 600) != before)
-        time.sleep(0.5)
-
-    def text(self):
-        return self.typed.read_text()
-
-    def types(self, text):
-        self.desktop.type(text)
-        wait_until(f"{text!r} in the terminal", lambda: self.text().endswith(text))
+    def command(self):
+        return ["foot", "-F", "sh", "-c", f"stty raw -echo; exec cat > '{self.typed}'"]
 
 
-def copies(desktop, *texts):
-    for text in texts:
-        desktop.copy(text)
-        wait_until(f"{text!r} in the history", lambda: any(i.get("text") == text for i in desktop.history()))
+def expect_source(desktop, expected):
+    source = desktop.history()[0].get("sourceApp")
+    if source != expected:
+        raise StageMissed(f"the program in front when it was copied, not {source!r}")
 
 
 def play(desktop):
@@ -44,20 +31,16 @@ def play(desktop):
     terminal = Terminal(desktop)
     if desktop.lockers_are_surfaces():
         desktop.swaymsg("fullscreen", "disable")
-    copies(desktop, "older", "newer")
-    source = desktop.history()[0].get("sourceApp")
-    if source != "Foot":
-        raise StageMissed(f"the program in front when it was copied, not {source!r}")
+    desktop.copy_texts("older", "newer")
+    expect_source(desktop, "Foot")
     reached("the program in front")
     # The configuration's line does this.
-    flow.toggles()
-    flow.wait_open()
+    flow.open_by_key()
     desktop.key("Down", "Return")
     flow.wait_closed()
     wait_until("the picked entry in the terminal", lambda: "older" in terminal.text())
     reached("pasted from the keyboard")
-    desktop.move(flow.middle, flow.notch_height / 2)
-    flow.wait_open()
+    flow.open_by_pointer()
     desktop.click(flow.middle + 20, 82)
     wait_until("the clicked entry in the terminal", lambda: "newer" in terminal.text())
     reached("pasted by a click")
@@ -87,15 +70,13 @@ def play_on_kwin(desktop):
     desktop.spawn(["mousepad", "--disable-server"])
     wait_until("an editor", lambda: desktop.pixel(NOTCH_MIDDLE, 490) != before)
     time.sleep(1)
-    copies(desktop, "older", "newer")
+    desktop.copy_texts("older", "newer")
     for keys in ((META, SHIFT, V), (CONTROL, ALT, V)):
         chord(desktop, *keys)
         time.sleep(0.8)
         # The panel has the keyboard now, the editor has the person's attention.
-        copies(desktop, f"newest of {len(keys)} and {keys[0]}")
-        source = desktop.history()[0].get("sourceApp")
-        if source != "Mousepad":
-            raise StageMissed(f"the program in front when it was copied, not {source!r}")
+        desktop.copy_texts(f"newest of {len(keys)} and {keys[0]}")
+        expect_source(desktop, "Mousepad")
         for key in (DOWN, DOWN, RETURN):
             chord(desktop, key)
         wait_until("the entry that was picked", lambda: desktop.pasted() in (b"older", b"newer"))
@@ -106,9 +87,9 @@ def play_on_kwin(desktop):
 
 def main(program, peers, *compositors):
     settings = {"language": "en", "pasteOnClick": True, "peekOnClipboard": False}
-    return any(run_wayland_test(program, peers, play_on_kwin if compositor == "kwin" else play, compositor=compositor,
-                                settings=settings)
-               for compositor in wanted(compositors, ("sway", "kwin")))
+    return any(run_test(program, play_on_kwin if compositor == "kwin" else play, kind=WaylandDesktop, peers=peers,
+                        compositor=compositor, settings=settings)
+               for compositor in compositors or ("sway", "kwin"))
 
 
 if __name__ == "__main__":

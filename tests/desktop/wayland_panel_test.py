@@ -4,29 +4,12 @@ and never in anybody's way to the keyboard."""
 import sys
 import time
 
-from desktop import NOTCH_HEIGHT, NOTCH_LEFT, NOTCH_RIGHT, reached, StageMissed, wait_until
-from wayland import has_output_settings, run_wayland_test, scales, wanted
+from desktop import reached, run_test, StageMissed, wait_until
+from flow import Surface
+from wayland import has_output_settings, scales, WaylandDesktop
 
 
-class PanelFlow:
-    def __init__(self, desktop):
-        self.desktop = desktop
-        self.middle = (NOTCH_LEFT + NOTCH_RIGHT) / 2 / desktop.output_scale
-        self.notch_height = NOTCH_HEIGHT / desktop.output_scale
-        self.below = (self.middle, 500)
-
-    def is_open(self):
-        return self.desktop.is_black(int(self.middle) - 210, 200)
-
-    def wait_open(self):
-        wait_until("the surface grown down", self.is_open)
-        time.sleep(0.4)
-
-    def wait_closed(self):
-        wait_until("the surface shrunk to the notch", lambda: not self.is_open() and not self.desktop.is_black(
-            int(self.middle), int(self.notch_height) + 8))
-        time.sleep(0.35)
-
+class PanelFlow(Surface):
     def is_at_rest(self):
         return self.desktop.is_black(int(self.middle), int(self.notch_height / 2)) and not self.desktop.is_black(
             int(self.middle), int(self.notch_height) + 4)
@@ -38,61 +21,51 @@ class PanelFlow:
     def hovers(self):
         """In, out, and in again."""
         for _ in range(2):
-            self.desktop.move(self.middle, self.notch_height / 2)
-            self.wait_open()
+            self.open_by_pointer()
             # Inside it stays.
             self.desktop.move(self.middle + 100, 150)
             time.sleep(0.5)
             if not self.is_open():
                 raise StageMissed("a surface that stays open below the pointer")
-            self.desktop.move(*self.below)
-            self.wait_closed()
+            self.leave()
         reached("hover")
 
     def stays_closed(self):
-        """A pointer that rests where the surface was has not come back; one that moves there has."""
-        self.toggles()
-        self.wait_open()
-        self.desktop.move(self.middle, self.notch_height / 2)
-        self.toggles()
-        self.wait_closed()
-        time.sleep(0.8)
-        if self.is_open():
-            raise StageMissed("a surface that stays closed below a pointer at rest")
-        self.desktop.move(self.middle + 5, self.notch_height / 2 - 3)
-        self.wait_open()
-        self.desktop.move(*self.below)
-        self.wait_closed()
+        super().stays_closed()
         reached("a pointer at rest")
 
     def opens_at_a_leap(self):
         """Of the pointer into the notch, where it rests while the surface still shrinks."""
-        self.toggles()
-        self.wait_open()
+        self.open_by_key()
         self.toggles()
         wait_until("a surface that shrinks", lambda: not self.is_open())
-        self.desktop.do("move", self.middle, self.notch_height / 2)
+        self.desktop.leap(self.middle, self.notch_height / 2)
         self.wait_open()
-        self.desktop.move(*self.below)
-        self.wait_closed()
+        self.leave()
         reached("a leap into the notch")
 
     def toggles(self):
+        """As the desktop does that has a key for it."""
         self.desktop.call([self.desktop.program, "--toggle"])
+
+    def open_by_key(self):
+        self.toggles()
+        self.wait_open()
+
+    def close_by_key(self):
+        self.toggles()
+        self.wait_closed()
 
     def leaves_the_keyboard(self, other):
         """Neither the pointer over the surface nor a click on it takes the keyboard from another program."""
-        self.desktop.move(self.middle, self.notch_height / 2)
-        self.wait_open()
+        self.open_by_pointer()
         self.desktop.click(self.middle - 80, 150)
         other.types("one")
-        self.desktop.move(*self.below)
-        self.wait_closed()
+        self.leave()
         reached("a click that leaves the keyboard")
 
     def takes_the_keyboard(self, other):
-        self.toggles()
-        self.wait_open()
+        self.open_by_key()
         self.desktop.type("lost")
         self.desktop.key("Escape")
         self.wait_closed()
@@ -100,8 +73,7 @@ class PanelFlow:
         if "lost" in other.text():
             raise StageMissed("keys for the panel alone")
         reached("the keyboard, there and back")
-        self.toggles()
-        self.wait_open()
+        self.open_by_key()
         self.desktop.click(100, 600)
         self.wait_closed()
         other.types("three")
@@ -153,13 +125,11 @@ class PanelFlow:
             return told.exists()
 
         def opens_and_clicks(*places):
-            desktop.move(self.middle, self.notch_height / 2)
-            self.wait_open()
+            self.open_by_pointer()
             for place in places:
                 desktop.click(*place)
                 time.sleep(0.4)
-            desktop.move(*self.below)
-            self.wait_closed()
+            self.leave()
 
         owl, hour = (self.middle + 185, 16), (self.middle + 169, 49)
         if not is_idle():
@@ -187,9 +157,12 @@ class OtherProgram:
         self.typed = desktop.home / "typed"
         self.typed.write_text("")
         before = desktop.pixel(100, 600)
-        self.process = desktop.spawn([str(desktop.peers / "FullScreen"), str(self.typed)])
+        self.process = desktop.spawn(self.command())
         wait_until("another program's window", lambda: desktop.pixel(100, 600) != before)
         time.sleep(0.5)
+
+    def command(self):
+        return [str(self.desktop.peers / "FullScreen"), str(self.typed)]
 
     def text(self):
         return self.typed.read_text()
@@ -271,7 +244,7 @@ def play_locked(desktop):
 
 
 def main(program, peers, *compositors):
-    for compositor in wanted(compositors, ("sway", "kwin")):
+    for compositor in compositors or ("sway", "kwin"):
         plays = [(play, {"scale": scale}) for scale in scales(compositor)]
         if compositor == "kwin" and has_output_settings():
             plays.append((play_outputs, {"outputs": 2}))
@@ -280,7 +253,8 @@ def main(program, peers, *compositors):
             plays.append((play_in_x_server, {"xwayland": True}))
         for part, options in plays:
             reached(f"{part.__name__} on {compositor}, {options}")
-            if run_wayland_test(program, peers, part, compositor=compositor, settings={"language": "en"}, **options):
+            if run_test(program, part, kind=WaylandDesktop, peers=peers, compositor=compositor,
+                        settings={"language": "en"}, **options):
                 return 1
     return 0
 

@@ -18,14 +18,15 @@
 
 namespace {
 
+/// `setUp` is called with the writer before it writes.
 QByteArray encoded(
-    const QImage& image, const QByteArray& format, QImageIOHandler::Transformations turned = {})
+    const QImage& image, const QByteArray& format, const std::function<void(QImageWriter&)>& setUp)
 {
     QByteArray data;
     QBuffer buffer(&data);
     buffer.open(QBuffer::WriteOnly);
     QImageWriter writer(&buffer, format);
-    writer.setTransformation(turned);
+    setUp(writer);
     writer.write(image);
     return data;
 }
@@ -59,11 +60,12 @@ private Q_SLOTS:
     {
         const Rows<QByteArray, int, QSize> row;
         const auto large = encodedPicture({ 4000, 3000 });
-        const auto turned = QImageIOHandler::TransformationRotate90;
+        const auto turn
+            = [](QImageWriter& writer) { writer.setTransformation(QImageIOHandler::TransformationRotate90); };
         row("small", large, 200, QSize(200, 150));
         row("preview", large, 1600, QSize(1600, 1200));
         row("smaller already", encodedPicture({ 30, 20 }, "bmp"), 200, QSize(30, 20));
-        row("sideways", encoded(QImage::fromData(encodedPicture({ 400, 300 })), "jpeg", turned), 200,
+        row("sideways", encoded(QImage::fromData(encodedPicture({ 400, 300 })), "jpeg", turn), 200,
             QSize(150, 200));
         row("a thread", encodedPicture({ 4000, 2 }), 200, QSize(200, 1));
         row("webp", encodedPicture({ 100, 300 }, "webp"), 200, QSize(67, 200));
@@ -101,9 +103,11 @@ private Q_SLOTS:
         painted.fill(Qt::transparent);
         QPainter(&painted).fillRect(painted.rect(), colors);
         const auto picture = painted.convertToFormat(format);
-        const auto turn
-            = turned ? QImageIOHandler::TransformationRotate180 : QImageIOHandler::TransformationNone;
-        const auto thumbnail = imagecodec::thumbnail(encoded(picture, "tiff", turn), 100);
+        const auto data = encoded(picture, "tiff", [turned = turned](QImageWriter& writer) {
+            if (turned)
+                writer.setTransformation(QImageIOHandler::TransformationRotate180);
+        });
+        const auto thumbnail = imagecodec::thumbnail(data, 100);
         QCOMPARE(thumbnail.size(), QSize(100, 70));
         QCOMPARE(thumbnail.hasAlphaChannel(), picture.hasAlphaChannel());
         for (const auto& place :
@@ -120,16 +124,10 @@ private Q_SLOTS:
 
     void largePicturesAreDecodedOneAfterTheOther()
     {
-        QByteArray tiff;
-        {
-            QImage image(3600, 2700, QImage::Format_RGB32);
-            image.fill(Qt::red);
-            QBuffer buffer(&tiff);
-            buffer.open(QBuffer::WriteOnly);
-            QImageWriter writer(&buffer, "tiff");
-            writer.setCompression(1);
-            QVERIFY(writer.write(image));
-        }
+        QImage image(3600, 2700, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        const auto tiff = encoded(image, "tiff", [](QImageWriter& writer) { writer.setCompression(1); });
+        image = {};
         const auto before = peakMemory();
         std::array<std::thread, 4> threads;
         for (auto& thread : threads)
@@ -145,12 +143,8 @@ private Q_SLOTS:
     {
         auto png = encodedPicture({ 7, 5 });
         png.insert(png.size() - 12, "\x38\x58\0\x25tEXt\0"_ba);
-        QByteArray scans;
-        QBuffer buffer(&scans);
-        buffer.open(QBuffer::WriteOnly);
-        QImageWriter writer(&buffer, "jpeg");
-        writer.setProgressiveScanWrite(true);
-        QVERIFY(writer.write(QImage(40, 30, QImage::Format_RGB32)));
+        auto scans = encoded(QImage(40, 30, QImage::Format_RGB32), "jpeg",
+            [](QImageWriter& writer) { writer.setProgressiveScanWrite(true); });
         QCOMPARE(imagecodec::thumbnail(scans, 20).size(), QSize(20, 15));
         const auto frame = scans.indexOf("\xff\xc2"_ba);
         qToBigEndian<quint16>(10'000, scans.data() + frame + 5);

@@ -1,4 +1,3 @@
-#include "mediaprotocol/DecimalText.h"
 #include "mediaprotocol/LineCutter.h"
 #include "mediaprotocol/MediaCommand.h"
 #include "mediaprotocol/MediaMessage.h"
@@ -69,6 +68,8 @@ private Q_SLOTS:
             { { Verb::Refresh }, "refresh\n" },
             { { Verb::Seek, 42 }, "seek 42.0\n" },
             { { Verb::Seek, 0.1 + 0.2 }, "seek 0.30000000000000004\n" },
+            { { Verb::Seek, 0.00005 }, "seek 0.00005\n" },
+            { { Verb::Seek, 1e7 }, "seek 10000000.0\n" },
             { { Verb::Volume, 48 }, "volume 48\n" },
         };
         for (const auto& [command, line] : rows) {
@@ -158,30 +159,6 @@ private Q_SLOTS:
             QVERIFY(qIsFinite(state.duration) && state.duration >= 0);
             QVERIFY(qIsFinite(state.elapsed) && qIsFinite(state.rate) && !state.timestamp);
         }
-    }
-
-    void aTrackStaysItselfHoweverLongItBecomes()
-    {
-        auto state = fullState();
-        const auto isSameWith = [&state](auto member, const auto& value) {
-            auto other = state;
-            other.elapsed = 300;
-            other.*member = value;
-            return state.isSameTrack(other);
-        };
-        QVERIFY(isSameWith(&MediaState::duration, 500));
-        QVERIFY(!isSameWith(&MediaState::trackID, u"/track/2"_s));
-        QVERIFY(!isSameWith(&MediaState::title, u"T"_s));
-        // Without a name of its own only the length tells two of one title apart.
-        state.trackID.clear();
-        QVERIFY(!isSameWith(&MediaState::duration, 500));
-        QVERIFY(isSameWith(&MediaState::duration, state.duration));
-    }
-
-    void numbersBecomeTheirShortestText()
-    {
-        for (const auto* const text : { "0.0", "0.1", "10000000.0", "0.00005" })
-            QCOMPARE(shortestDecimal(QByteArray(text).toDouble()), QLatin1StringView(text));
     }
 };
 

@@ -134,6 +134,11 @@ private Q_SLOTS:
         settings->applyLaunchAtLogin();
         QCOMPARE(settings->launchAtLoginError(), u"No space left"_s);
         QVERIFY(!settings->launchAtLogin()); // what the user chose stays
+        // Until the page is opened anew.
+        settings->refreshLaunchAtLogin();
+        QVERIFY(settings->launchAtLogin() && !settings->launchAtLoginError());
+        settings->setLaunchAtLogin(false);
+        settings->applyLaunchAtLogin();
         f.loginItem.error.reset();
         settings->applyLaunchAtLogin();
         QCOMPARE(settings->launchAtLoginError(), std::nullopt);

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """pictures.py PROGRAM PEERS FOLDER [LANGUAGE...]: plays the real program on private desktops and keeps the pictures
 that the README and the guide show, and the moving one. All that is in them is made up."""
 
