@@ -38,9 +38,8 @@ def private_memory(desktop):
 
 
 def kill(desktop):
-    """What was copied a second before a kill is there after the restart, and files are private."""
-    desktop.copy("copied before the kill")
-    time.sleep(1)
+    """What was copied shortly before a kill is there after the restart, and files are private."""
+    desktop.copy_text("copied before the kill")
     desktop.stop(signal.SIGKILL)
     desktop.start()
     desktop.wait_for_text("copied before the kill", 1)

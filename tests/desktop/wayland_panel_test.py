@@ -116,10 +116,12 @@ class PanelFlow(Surface):
         desktop = self.desktop
         told = desktop.home / "idle"
 
-        def is_idle():
+        def is_idle(patience=15.0):
             told.unlink(missing_ok=True)
             watcher = desktop.spawn(["swayidle", "timeout", "1", f"touch '{told}'"])
-            time.sleep(2.5)
+            end = time.monotonic() + patience
+            while not told.exists() and time.monotonic() < end:
+                time.sleep(0.1)
             watcher.terminate()
             watcher.wait()
             return told.exists()
@@ -135,7 +137,7 @@ class PanelFlow(Surface):
         if not is_idle():
             raise StageMissed("a session that is idle when nobody touches it")
         opens_and_clicks(owl, hour)
-        if is_idle():
+        if is_idle(2.5):
             raise StageMissed("a session that is kept awake")
         opens_and_clicks(owl)
         if not is_idle():

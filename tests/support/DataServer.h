@@ -14,8 +14,8 @@ namespace nimbarrow {
 /// The process that makes one has its environment changed.
 class DataServer {
 public:
-    /// `folder` is for the server alone. It has the calendars "system-calendar" and "second" (red), and a
-    /// mail account of sam@example.org.
+    /// `folder` is for the server alone. It has the calendars "another", "system-calendar" and "second"
+    /// (red), and a mail account of sam@example.org.
     explicit DataServer(const QString& folder)
     {
         qputenv("HOME", QFile::encodeName(folder));
@@ -31,6 +31,9 @@ public:
         writeFile(sources + QStringLiteral("second.source"),
             "[Data Source]\nDisplayName=Second\nEnabled=true\nParent=local-stub\n"
             "[Calendar]\nBackendName=local\nColor=#ff0000\nSelected=true\n");
+        writeFile(sources + QStringLiteral("another.source"),
+            "[Data Source]\nDisplayName=Another\nEnabled=true\nParent=local-stub\n"
+            "[Calendar]\nBackendName=local\nSelected=true\n");
         writeFile(sources + QStringLiteral("mail.source"),
             "[Data Source]\nDisplayName=Mail\nEnabled=true\n"
             "[Mail Identity]\nAddress=Sam@Example.org\nName=Sam\n");

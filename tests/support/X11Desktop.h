@@ -50,10 +50,13 @@ public:
     [[nodiscard]] bool startCompositor()
     {
         m_compositor.setStandardErrorFile(QProcess::nullDevice());
-        m_compositor.start(u"picom"_s, { u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s });
+        // Before it writes this, its own window above all others takes every click for a moment.
+        const auto isUp = m_folder.filePath(u"picom"_s);
+        m_compositor.start(u"picom"_s,
+            { u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s, u"--write-pid-path"_s, isUp });
         const XClient user("User");
         return m_compositor.waitForStarted()
-            && QTest::qWaitFor([&user] { return user.isComposited(); }, patience);
+            && QTest::qWaitFor([&] { return user.isComposited() && QFile::exists(isUp); }, patience);
     }
 
     void stopCompositor() { stop(m_compositor); }

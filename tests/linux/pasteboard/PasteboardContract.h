@@ -7,8 +7,10 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <functional>
 #include <future>
+#include <limits>
 #include <thread>
 
 namespace nimbarrow {
@@ -238,10 +240,14 @@ private Q_SLOTS:
                                     return "P"_ba;
                                 } } });
         begun.get_future().wait();
-        QElapsedTimer spent;
-        spent.start();
-        at.pasteboard->write({ { u"newer"_s, {}, {} } });
-        const auto stood = spent.elapsed();
+        // More than one, for each may stand because the machine is busy.
+        auto stood = std::numeric_limits<qint64>::max();
+        for (int write = 0; write < 5; ++write) {
+            QElapsedTimer spent;
+            spent.start();
+            at.pasteboard->write({ { u"newer"_s, {}, {} } });
+            stood = std::min(stood, spent.elapsed());
+        }
         allowed.set_value();
         QTRY_COMPARE(at.bed->paste(utf8), "newer"_ba);
         QCOMPARE(at.bed->paste(png), QByteArray());

@@ -163,6 +163,7 @@ bool EdsCalendar::addEvents(const QDateTime& start, const QDateTime& end, QSet<Q
         color.isValid() ? std::optional(color) : std::nullopt,
         taken(e_source_dup_display_name(m_source.get())), {}, {} };
 
+    const auto endedBefore = patience.endedCalls();
     e_cal_client_set_default_timezone(m_client.get(), localZone());
     // Some editions of the library take the clock on the wall for UTC where they cut the time out, so they
     // are asked for a day more on either side. No clock is further away.
@@ -200,6 +201,11 @@ bool EdsCalendar::addEvents(const QDateTime& start, const QDateTime& end, QSet<Q
         const auto& event = collected.events[i];
         if (!event.hasRecurrenceRules || !changes[collected.uids[i]].contains(event.start.toSecsSinceEpoch()))
             events += event;
+    }
+    // A call that has come to no end has told of fewer events than there are, or of none.
+    if (patience.endedCalls() != endedBefore) {
+        qCWarning(eds, "A calendar does not answer in time");
+        return false;
     }
     return true;
 }

@@ -22,6 +22,12 @@ GCancellable* EdsPatience::nextCall()
     return m_call.get();
 }
 
+int EdsPatience::endedCalls() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_endedCalls;
+}
+
 void EdsPatience::finish()
 {
     const std::lock_guard lock(m_mutex);
@@ -64,6 +70,7 @@ bool EdsPatience::wait()
             lock.lock();
         } else if (m_call && now >= m_callEnd) {
             m_callEnd = m_end;
+            ++m_endedCalls;
             const auto call = referenceTo(m_call.get());
             lock.unlock();
             g_cancellable_cancel(call.get());

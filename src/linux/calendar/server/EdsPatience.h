@@ -22,6 +22,9 @@ public:
     /// given up.
     [[nodiscard]] GCancellable* nextCall();
 
+    /// For the job: how many of its calls have been ended so far. Some of the library's do not tell.
+    [[nodiscard]] int endedCalls() const;
+
     /// For the job: it has ended.
     void finish();
 
@@ -40,6 +43,7 @@ private:
     std::condition_variable m_changed;
     Reference<GCancellable> m_call;
     Clock::time_point m_callEnd;
+    int m_endedCalls = 0;
     bool m_isFinished = false;
     bool m_isGivenUp = false;
 };
