@@ -39,7 +39,7 @@ def private_memory(desktop):
 
 def kill(desktop):
     """What was copied shortly before a kill is there after the restart, and files are private."""
-    desktop.copy_text("copied before the kill")
+    desktop.copy_texts("copied before the kill")
     desktop.stop(signal.SIGKILL)
     desktop.start()
     desktop.wait_for_text("copied before the kill", 1)
