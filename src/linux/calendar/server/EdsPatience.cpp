@@ -47,6 +47,7 @@ void EdsPatience::giveUp()
     {
         const std::lock_guard lock(m_mutex);
         m_isGivenUp = true;
+        ++m_endedCalls;
         if (m_call)
             call = referenceTo(m_call.get());
         m_changed.notify_all();
