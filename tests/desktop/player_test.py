@@ -47,7 +47,7 @@ class Player:
         return self._get("PlaybackStatus")
 
     def title(self):
-        return self._get("Metadata")["xesam:title"]
+        return self._get("Metadata").get("xesam:title")
 
     def position(self):
         return self._get("Position") / 1e6
