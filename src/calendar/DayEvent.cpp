@@ -1,7 +1,7 @@
 #include "calendar/DayEvent.h"
 
 #include "calendar/LinkDetector.h"
-#include "platform/CalendarStore.h"
+#include "platform/Calendars.h"
 #include "text/DisplayLine.h"
 
 #include <QLocale>

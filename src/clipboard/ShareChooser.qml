@@ -37,11 +37,6 @@ FocusScope {
     Keys.onEscapePressed: _cancel()
     Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
-    Rectangle {
-        anchors.fill: parent
-        color: Theme.dropField
-    }
-
     TapHandler {
         gesturePolicy: TapHandler.ReleaseWithinBounds
 

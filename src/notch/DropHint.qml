@@ -11,9 +11,8 @@ FadingContent {
     fadeDuration: Theme.hintDuration
     fadeEasing: Easing.OutQuad
 
-    content: Rectangle {
+    content: Item {
         anchors.fill: parent
-        color: Theme.dropField
 
         DashedFrame {
             anchors.fill: parent

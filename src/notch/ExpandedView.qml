@@ -85,7 +85,7 @@ Item {
         anchors.topMargin: root.notch.notchSize.height + Theme.insetY
         enabled: !root.handoff.sharing
         // What shines through the hint must not be taken for a part of it.
-        opacity: 1 - 0.9 * Math.max(dropHint.opacity, chooser.opacity)
+        opacity: 1 - 0.9 * field.opacity
 
         FadingContent {
             anchors.fill: parent
@@ -176,6 +176,18 @@ Item {
         }
 
         target: root.handoff
+    }
+
+    // Below whatever lies over the content.
+    Rectangle {
+        id: field
+
+        anchors.fill: content
+        // A list leaves its ends room for the ring around an entry.
+        anchors.margins: -2
+        color: Theme.dropField
+        opacity: Math.max(dropHint.opacity, chooser.opacity)
+        visible: opacity > 0
     }
 
     FadingContent {

@@ -1,5 +1,4 @@
 import QtQuick
-import Nimbarrow.Notch
 import Nimbarrow.Style
 
 /// The spring of the surface, for one of the values that give it its form.

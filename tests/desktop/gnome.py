@@ -4,16 +4,12 @@ import json
 import pathlib
 import shutil
 import subprocess
+import sys
 import time
 
-try:
-    from gi.repository import Gio, GLib
-except ImportError:  # As missing() says.
-    pass
-
 from desktop import Desktop, HEIGHT, StageMissed, wait_until, WIDTH
+from gi.repository import Gio, GLib
 
-PYTHON = "/usr/bin/python3"
 OUTPUT, OTHER_OUTPUT = "Meta-0", "Meta-1"
 # The shell offers scales alone that make whole points of all pixels.
 MONITOR_HEIGHT = HEIGHT + 2
@@ -34,20 +30,6 @@ const seat = global.stage.get_context().get_backend().get_default_seat();
 global.hand = seat.create_virtual_device(Clutter.InputDeviceType.POINTER_DEVICE);
 global.keys = seat.create_virtual_device(Clutter.InputDeviceType.KEYBOARD_DEVICE);
 """
-
-
-def missing():
-    """What a desktop of this kind needs and this system lacks: programs, or packages of Debian."""
-    wanted = {"gnome-shell": "gnome-shell", "Xwayland": "xwayland", "dbus-daemon": "dbus-daemon", "xclip": "xclip",
-              "convert": "imagemagick", "/usr/libexec/xdg-desktop-portal-gnome": "xdg-desktop-portal-gnome",
-              "gnome-control-center": "gnome-control-center",
-              "/usr/libexec/gsd-media-keys": "gnome-settings-daemon", "gsettings": "libglib2.0-bin"}
-    return [package for program, package in wanted.items() if not shutil.which(program)] + [
-        package for module, package in {"dbusmock": "python3-dbusmock", "gi": "python3-gi"}.items()
-        if subprocess.run([PYTHON, "-c", f"import {module}"], stderr=subprocess.DEVNULL).returncode] + [
-        package for library, package in {"Gtk": "gir1.2-gtk-4.0"}.items()
-        if subprocess.run([PYTHON, "-c", f"import gi; gi.require_version('{library}', '4.0')"],
-                          stderr=subprocess.DEVNULL).returncode]
 
 
 def answered(bus, name, path, interface, method, parameters=None):
@@ -111,10 +93,10 @@ class GnomeDesktop(Desktop):
                             stdout=subprocess.PIPE)
         daemon.stdout.readline()
         self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = address
-        self.spawn([PYTHON, "-m", "dbusmock", "--system", "--template", "logind"])
+        self.spawn([sys.executable, "-m", "dbusmock", "--system", "--template", "logind"])
         # Without a display manager the shell locks nothing, and says so in a notification of its own.
         manager = "org.gnome.DisplayManager", "/org/gnome/DisplayManager/Manager", "org.gnome.DisplayManager.Manager"
-        self.spawn([PYTHON, "-m", "dbusmock", "--system", *manager])
+        self.spawn([sys.executable, "-m", "dbusmock", "--system", *manager])
         bus = self._connected(address)
         wait_until("a display manager", lambda: answered(bus, manager[0], manager[1], "org.freedesktop.DBus.Mock",
                    "AddProperty", GLib.Variant("(ssv)", (manager[2], "Version", GLib.Variant("s", "48.0")))))

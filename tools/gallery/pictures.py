@@ -3,6 +3,7 @@
 that the README and the guide show, and the moving one. All that is in them is made up."""
 
 import datetime
+import os
 import pathlib
 import signal
 import subprocess
@@ -327,7 +328,9 @@ class Letter:
         (settings / "keyfile").write_text(
             "[org/xfce/mousepad/preferences/window]\npath-in-title=false\nmenubar-visible=false\n"
             "[org/xfce/mousepad/preferences/view]\nuse-default-monospace-font=false\nfont-name='Noto Sans 11'\n")
-        desktop.spawn(["env", "GSETTINGS_BACKEND=keyfile", "GTK_CSD=1", f"GDK_SCALE={desktop.scale}",
+        # Above the text of root stands a warning.
+        nobody = ["unshare", "--user"] if os.geteuid() == 0 else []
+        desktop.spawn([*nobody, "env", "GSETTINGS_BACKEND=keyfile", "GTK_CSD=1", f"GDK_SCALE={desktop.scale}",
                        "mousepad", "--disable-server", str(file)])
         window = wait_until("the editor's window", lambda: desktop.xdotool(
             "search", "--sync", "--onlyvisible", "--class", "mousepad").split()[-1].decode(), 30)

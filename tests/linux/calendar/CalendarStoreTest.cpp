@@ -275,7 +275,7 @@ private Q_SLOTS:
     {
         const QDate day(2026, 11, 21);
         QCOMPARE(described(read(*m_store, day)), QStringList());
-        const QSignalSpy changed(m_store.get(), &CalendarStore::changed);
+        const QSignalSpy changed(m_store.get(), &Calendars::changed);
         QVERIFY(put(event("DTSTART:20261121T090000Z\r\nDURATION:PT1H")));
         QTRY_VERIFY(!changed.isEmpty());
         QTRY_COMPARE(described(read(*m_store, day)), QStringList { u"A 21T10:00-21T11:00"_s });
@@ -316,13 +316,12 @@ private Q_SLOTS:
     void aNewEventIsInTheStoreForEveryProgram()
     {
         const QDateTime start(QDate(2026, 11, 21), QTime(14, 30));
-        CalendarStore::Created created;
+        Calendars::Created created;
         bool done = false;
-        m_store->create(
-            u"Нова, подія"_s, start, start.addSecs(3600), [&](const CalendarStore::Created& answer) {
-                created = answer;
-                done = true;
-            });
+        m_store->create(u"Нова, подія"_s, start, start.addSecs(3600), [&](const Calendars::Created& answer) {
+            created = answer;
+            done = true;
+        });
         QVERIFY(!done);
         QTRY_VERIFY(done);
         QVERIFY2(!created.error, qPrintable(created.errorDescription));
@@ -360,8 +359,8 @@ private Q_SLOTS:
         bool failed = false;
         // On another day: the server may do it yet when it goes on.
         store->create(u"New"_s, day.addYears(1).startOfDay(), day.addYears(1).startOfDay().addSecs(60),
-            [&](const CalendarStore::Created& answer) {
-                failed = answer.error == CalendarStore::CreateError::Failed;
+            [&](const Calendars::Created& answer) {
+                failed = answer.error == Calendars::CreateError::Failed;
             });
         QTRY_VERIFY(failed);
         // One that was never connected.
@@ -414,7 +413,7 @@ private Q_SLOTS:
         const QDate day(2026, 11, 21);
         const QStringList expected { u"A 21T10:00-21T11:00"_s };
         QCOMPARE(described(read(*m_store, day)), expected);
-        const QSignalSpy changed(m_store.get(), &CalendarStore::changed);
+        const QSignalSpy changed(m_store.get(), &Calendars::changed);
         tell(m_server->processes(), SIGKILL);
         QTRY_VERIFY(!changed.isEmpty());
         // Meanwhile it may not answer. What it never says is that there is nothing.

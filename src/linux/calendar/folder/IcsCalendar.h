@@ -1,7 +1,7 @@
 #pragma once
 
 #include "linux/calendar/folder/IcsFile.h"
-#include "platform/CalendarStore.h"
+#include "platform/Calendars.h"
 
 #include <memory>
 #include <vector>

@@ -2,7 +2,7 @@
 
 #include "linux/calendar/folder/IcsTime.h"
 #include "linux/calendar/folder/IcsZones.h"
-#include "platform/CalendarStore.h"
+#include "platform/Calendars.h"
 
 #include <QList>
 #include <QSet>

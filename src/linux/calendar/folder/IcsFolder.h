@@ -1,7 +1,7 @@
 #pragma once
 
 #include "linux/calendar/folder/IcsFileCache.h"
-#include "platform/CalendarStore.h"
+#include "platform/Calendars.h"
 
 #include <optional>
 

@@ -2,7 +2,7 @@
 
 #include "linux/calendar/FolderTreeWatch.h"
 #include "linux/calendar/folder/IcsFolder.h"
-#include "platform/CalendarStore.h"
+#include "platform/Calendars.h"
 #include "qt/ThreadedQueue.h"
 
 #include <mutex>

@@ -2,7 +2,7 @@
 
 #include "linux/calendar/server/EdsPatience.h"
 #include "linux/calendar/server/GObjects.h"
-#include "platform/CalendarStore.h"
+#include "platform/Calendars.h"
 
 #include <QHash>
 #include <QSet>
