@@ -134,17 +134,21 @@ def play(desktop, pictures=None):
 def agrees_to_hot_key(flow):
     """The desktop asks by itself, as soon as the program has started."""
     desktop = flow.desktop
-    left, top, width, _ = wait_until("the question for the hot key", lambda: desktop.window("Add Keyboard Shortcuts"), 40)
+    wait_until("the question for the hot key", lambda: desktop.window("Add Keyboard Shortcuts"), 40)
     time.sleep(1)
     flow.show("the question for the hot key")
-    answers(desktop, "Add Keyboard Shortcuts", left + width - 40, top + 21)
+    answers(desktop, "Add Keyboard Shortcuts", from_right=40, from_top=21)
     toggles_by_hot_key(flow)
     reached("the hot key")
 
 
-def answers(desktop, title, x, y):
-    """With a button there; a dialog hears no clicks for a while after it is to be seen."""
+def answers(desktop, title, from_right, from_top):
+    """With a button there. For a while after a dialog is to be seen it hears no clicks, and goes to its place."""
     def is_gone():
+        frame = desktop.window(title)
+        if not frame:
+            return True
+        x, y = frame[0] + frame[2] - from_right, frame[1] + from_top
         # One that has come below a pointer at rest may not know of it.
         desktop.move(x, y + 100)
         desktop.click(x, y)
@@ -246,14 +250,15 @@ def pastes(flow, window):
     flow.wait_open()
     flow.show("keyboard mode")
     desktop.key("Down", "Return")
-    left, top, width, _ = wait_until("the question whether it may type", lambda: desktop.window("Remote Desktop"), 20)
-    # It does not hear clicks as soon as it is to be seen.
+    wait_until("the question whether it may type", lambda: desktop.window("Remote Desktop"), 20)
+    # As in answers().
     time.sleep(4)
     flow.show("the question whether it may type")
+    left, top, width, _ = desktop.window("Remote Desktop")
     desktop.click(left + width - 52, top + 144)
     time.sleep(1)
     flow.show("leave to type")
-    answers(desktop, "Remote Desktop", left + width - 42, top + 22)
+    answers(desktop, "Remote Desktop", from_right=42, from_top=22)
     wait_until("the keyboard back", window.is_active)
     token = desktop.home / "data" / "Nimbarrow" / "remote-desktop-token"
     wait_until("a leave that is remembered", token.exists)
