@@ -3,7 +3,10 @@
 #include "support/TestFolder.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QProcess>
+#include <QTest>
 
 #include <csignal>
 #include <sys/prctl.h>
@@ -54,5 +57,13 @@ private:
     QProcess m_daemon;
     QString m_address;
 };
+
+/// The answer to a question, with the events of this thread handled until it comes. QDBus::BlockWithGui does
+/// that too, but waits for ever for an answer that is there before its waiting has begun.
+inline QDBusMessage answerTo(const QDBusMessage& question, const QDBusConnection& bus)
+{
+    const auto call = bus.asyncCall(question);
+    return QTest::qWaitFor([&call] { return call.isFinished(); }, 20'000) ? call.reply() : QDBusMessage();
+}
 
 } // namespace nimbarrow

@@ -139,7 +139,7 @@ private:
         auto question = QDBusMessage::createMethodCall(
             u"org.kde.kglobalaccel"_s, u"/kglobalaccel"_s, u"org.kde.KGlobalAccel"_s, method);
         question.setArguments(arguments);
-        return m_bus.call(question, QDBus::BlockWithGui);
+        return answerTo(question, m_bus);
     }
 
     QList<int> keys(const QString& method)

@@ -209,13 +209,15 @@ private Q_SLOTS:
         });
         QTRY_COMPARE(adapter.state.title, u"B"_s);
         QCOMPARE(adapter.states, 2);
-        QCOMPARE(adapter.state.elapsed, 7);
+        // On a busy machine the answer may come so late that it counts as none; then it is asked for again.
+        QTRY_VERIFY(adapter.state.elapsed == 7 || (player.change(paused), false));
+        const auto states = adapter.states;
         adapter.hearAtOnce(player.bus(), [&] {
             player.change({ { u"CanGoNext"_s, true } });
             player.change({ { u"PlaybackStatus"_s, u"Stopped"_s } });
         });
         QTRY_VERIFY(adapter.idle);
-        QCOMPARE(adapter.states, 2);
+        QCOMPARE(adapter.states, states);
     }
 
     void artworkComesFromWhereverItIs()
