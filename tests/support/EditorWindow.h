@@ -26,6 +26,11 @@ public:
         show();
     }
 
+    /// Whether another window has the keyboard, as Qt sees it. A test waits for this, or for isActive(),
+    /// before the next window gets it: Qt compares with what it has not yet told, and of two changes at once
+    /// one is lost.
+    [[nodiscard]] bool isLeft() const { return !isActive(); }
+
     [[nodiscard]] QString text() const { return m_editor->property("text").toString(); }
 
 private:

@@ -52,6 +52,7 @@ private Q_SLOTS:
         other.setStandardErrorFile(QProcess::nullDevice());
         other.start(u"mousepad"_s, { u"--disable-server"_s });
         QTRY_COMPARE_WITH_TIMEOUT(front(), u"mousepad"_s, 20'000);
+        QTRY_VERIFY(m_editor->isLeft());
         QVERIFY(m_applications->isTerminalInFront());
         QCOMPARE(m_applications->withProcess(int(other.processId())), m_applications->frontmost());
 

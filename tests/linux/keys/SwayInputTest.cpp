@@ -43,6 +43,7 @@ private Q_SLOTS:
         QTRY_COMPARE(m_applications->frontmost().value_or(RunningApplication {}).name, u"some.tool"_s);
         QVERIFY(!m_applications->isTerminalInFront());
         const auto tool = *m_applications->frontmost();
+        QTRY_VERIFY(m_editor->isLeft());
 
         m_applications->activate(*editor);
         QTRY_COMPARE(m_applications->frontmost(), editor);
@@ -52,9 +53,11 @@ private Q_SLOTS:
         QTRY_VERIFY(!m_applications->frontmost());
         m_applications->activate(tool);
         QTRY_COMPARE(m_applications->frontmost(), std::optional(tool));
+        QTRY_VERIFY(m_editor->isLeft());
 
         end(other);
         QTRY_COMPARE(m_applications->frontmost(), editor);
+        QTRY_VERIFY(m_editor->isActive());
         m_applications->activate(tool);
         QTest::qWait(50);
         QCOMPARE(m_applications->frontmost(), editor);
@@ -67,6 +70,7 @@ private Q_SLOTS:
         startTerminal(terminal, u"terminal.of.test"_s, u"sleep 60 & echo $! >"_s + pid + u"; wait"_s);
         // The shell may run before the terminal has its window.
         QTRY_COMPARE(front(), u"sh"_s);
+        QTRY_VERIFY(m_editor->isLeft());
         QTRY_VERIFY(QFile(pid).size() > 1);
         m_applications->activate(*editorInFront());
         QTRY_COMPARE(front(), u"org.example.editor"_s);
@@ -74,6 +78,7 @@ private Q_SLOTS:
         QVERIFY(player);
         m_applications->activate(*player);
         QTRY_COMPARE(front(), u"sh"_s);
+        QTRY_VERIFY(m_editor->isLeft());
         end(terminal);
     }
 
@@ -107,8 +112,9 @@ private:
 
     [[nodiscard]] std::optional<RunningApplication> editorInFront() const
     {
-        if (!command(u"[app_id=org.example.editor] focus"_s)
-            || !QTest::qWaitFor([this] { return front() == u"org.example.editor"_s; }))
+        if (!command(u"[app_id=org.example.editor] focus"_s) || !QTest::qWaitFor([this] {
+                return front() == u"org.example.editor"_s && m_editor->isActive();
+            }))
             return {};
         return m_applications->frontmost();
     }
